@@ -1,0 +1,102 @@
+# Generates the OpenGL loader with glad and defines the target vellis_loader (an object library that
+# becomes part of vellis).
+#
+# Sets, in the including scope:
+#   VELLIS_GENERATED_INCLUDE_DIR  the include folder with vellis/glad/gl.h and vellis/glad/khrplatform.h
+#   VELLIS_LOADER_TABLE_DIR       the folder with entry_points.inc: one row per entry point and flag
+#   VELLIS_GLAD_PYTHON            the interpreter that runs glad
+
+# 3.2 is the smallest selection that defines every enumerator the library names. A 2.1 context that
+# has the first three extensions suffices; the rest serve it where they are present.
+set(VELLIS_GLAD_API "gl:compatibility=3.2")
+set(VELLIS_GLAD_EXTENSIONS
+    GL_ARB_vertex_array_object
+    GL_ARB_framebuffer_object
+    GL_ARB_map_buffer_range
+    GL_ARB_texture_float
+    GL_ARB_texture_rg
+    GL_EXT_gpu_shader4)
+
+# The first interpreter that has glad 2, whichever python3 comes first in the search path.
+function(vellis_find_glad result)
+    find_program(python_in_path NAMES python3 python NO_CACHE)
+    foreach(python IN ITEMS "${Python3_EXECUTABLE}" "${python_in_path}" /usr/bin/python3)
+        if(python)
+            execute_process(
+                COMMAND "${python}" -c
+                        "import glad, sys; sys.exit(not glad.__version__.startswith('2.'))"
+                RESULT_VARIABLE failed OUTPUT_QUIET ERROR_QUIET)
+            if(failed EQUAL 0)
+                set(${result} "${python}" PARENT_SCOPE)
+                return()
+            endif()
+        endif()
+    endforeach()
+    message(FATAL_ERROR
+        "vellis needs the OpenGL loader generator glad 2 for python3: install it with "
+        "`apt-get install python3-glad` or `pip install glad2`, then configure again.")
+endfunction()
+
+function(vellis_generate_loader python out)
+    set(fresh "${out}/fresh")
+    file(REMOVE_RECURSE "${fresh}")
+    list(JOIN VELLIS_GLAD_EXTENSIONS "," extensions)
+    execute_process(
+        COMMAND "${python}" -m glad --quiet --reproducible --api ${VELLIS_GLAD_API}
+                --extensions ${extensions} --out-path "${fresh}" c
+        RESULT_VARIABLE failed ERROR_VARIABLE errors OUTPUT_QUIET)
+    if(failed)
+        message(FATAL_ERROR "The OpenGL loader generator glad failed:\n${errors}")
+    endif()
+
+    # glad's headers move into vellis's own include folder, so that an application's glad is never
+    # mistaken for ours.
+    file(READ "${fresh}/include/glad/gl.h" header)
+    string(REPLACE "<KHR/khrplatform.h>" "\"khrplatform.h\"" header "${header}")
+    file(WRITE "${fresh}/gl.h" "${header}")
+    file(READ "${fresh}/src/gl.c" source)
+    string(REPLACE "<glad/gl.h>" "<vellis/glad/gl.h>" source "${source}")
+    file(WRITE "${fresh}/gl.c" "${source}")
+
+    # One row per pointer and per flag, for code that walks them all.
+    string(REGEX MATCHALL "glad_gl[A-Za-z0-9]+;" pointers "${header}")
+    string(REGEX MATCHALL "GLAD_API_CALL int GLAD_GL_[A-Za-z0-9_]+" flags "${header}")
+    list(TRANSFORM pointers REPLACE "glad_(gl[A-Za-z0-9]+);?" "VELLIS_ENTRY_POINT(\\1)")
+    list(TRANSFORM flags REPLACE ".*(GLAD_GL_[A-Za-z0-9_]+)" "VELLIS_LOADER_FLAG(\\1)")
+    list(REMOVE_ITEM pointers "")
+    list(JOIN pointers "\n" pointers)
+    list(JOIN flags "\n" flags)
+    file(WRITE "${fresh}/entry_points.inc" "${pointers}\n${flags}\n")
+
+    foreach(file IN ITEMS include/vellis/glad/gl.h src/gl.c table/entry_points.inc)
+        get_filename_component(folder "${out}/${file}" DIRECTORY)
+        get_filename_component(name "${file}" NAME)
+        file(MAKE_DIRECTORY "${folder}")
+        file(COPY_FILE "${fresh}/${name}" "${out}/${file}" ONLY_IF_DIFFERENT)
+    endforeach()
+    file(COPY_FILE "${fresh}/include/KHR/khrplatform.h"
+         "${out}/include/vellis/glad/khrplatform.h" ONLY_IF_DIFFERENT)
+    file(REMOVE_RECURSE "${fresh}")
+endfunction()
+
+vellis_find_glad(VELLIS_GLAD_PYTHON)
+set(vellis_loader_dir "${CMAKE_CURRENT_BINARY_DIR}/loader")
+vellis_generate_loader("${VELLIS_GLAD_PYTHON}" "${vellis_loader_dir}")
+set(VELLIS_GENERATED_INCLUDE_DIR "${vellis_loader_dir}/include")
+set(VELLIS_LOADER_TABLE_DIR "${vellis_loader_dir}/table")
+
+# Generated C, built without the project's warnings. Its two load functions get names of our own:
+# `gladLoadGL` is a function of this library with another signature (vellis/gl.hpp), and an
+# application may have a glad of its own.
+add_library(vellis_loader OBJECT "${vellis_loader_dir}/src/gl.c")
+target_include_directories(vellis_loader SYSTEM PRIVATE "${VELLIS_GENERATED_INCLUDE_DIR}")
+target_compile_definitions(vellis_loader PRIVATE
+    gladLoadGL=vellis_gladLoadGL
+    gladLoadGLUserPtr=vellis_gladLoadGLUserPtr)
+if(BUILD_SHARED_LIBS)
+    target_compile_definitions(vellis_loader PRIVATE
+        GLAD_API_CALL_EXPORT GLAD_API_CALL_EXPORT_BUILD)
+endif()
+set_target_properties(vellis_loader PROPERTIES
+    C_VISIBILITY_PRESET hidden
+    POSITION_INDEPENDENT_CODE ON)

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include <vellis/buffers/buffer_object.hpp>
+#include <vellis/export.hpp>
+
+namespace vellis {
+
+/// The process-wide registry of buffers. It owns every buffer that is added to it, until that is
+/// removed or engine::dispose releases them all; a buffer's address is its key. Buffers are not
+/// added by themselves.
+///
+/// \code
+/// auto& registry = vellis::BufferObjectManager::instance();
+/// vellis::BufferObject* key = registry.add(buffer); // now the registry owns it, too
+/// registry.remove(key);
+/// \endcode
+///
+/// Releasing the last reference to a buffer deletes its GL buffer, so call what releases with the
+/// context current. The one instance is made on first use and destroyed at the end of the process.
+class VELLIS_EXPORT BufferObjectManager {
+public:
+    /// The registry.
+    static BufferObjectManager& instance();
+
+    /// Adds \p buffer, unless it is there already.
+    /// \return its key; the invalid one for an empty pointer, which is not added.
+    BufferObject* add(const std::shared_ptr<BufferObject>& buffer);
+
+    /// Releases the buffer with that key; an unknown key does nothing.
+    void remove(BufferObject* id);
+
+    /// True for any key but the invalid one. The registry is not asked: a removed buffer's key is
+    /// valid in this sense.
+    static bool isValid(BufferObject* id) { return id != invalidId(); }
+
+    /// The invalid key, null.
+    static BufferObject* invalidId() { return nullptr; }
+
+    /// Empties the registry. Buffers that nobody else owns are destroyed; the others live on with
+    /// their GL names.
+    static void dispose();
+
+    /// Copies the entries: a copy owns the same buffers.
+    BufferObjectManager(const BufferObjectManager&) = default;
+    BufferObjectManager& operator=(const BufferObjectManager&) = default;
+
+    /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the one
+    /// instance beside the copy itself.
+    ~BufferObjectManager();
+
+private:
+    BufferObjectManager() = default;
+
+    /// The buffer with that key, or an empty pointer.
+    const std::shared_ptr<BufferObject>& internal_get(BufferObject* id) const;
+
+    std::map<BufferObject*, std::shared_ptr<BufferObject>> buffers_;
+};
+
+} // namespace vellis

@@ -1,0 +1,7 @@
+#pragma once
+
+/// \file
+/// What can be drawn.
+
+#include <vellis/drawing/drawable.hpp>
+#include <vellis/drawing/vertex_attributes_binding.hpp>

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+
+#include <vellis/export.hpp>
+
+namespace vellis {
+
+class Program;
+
+/// A GL vertex array object: which buffers feed which attributes of a program, and which element
+/// buffer is bound. Program::beginAttributesBinding and Program::finishAttributesBinding make one;
+/// a Drawable keeps it.
+///
+/// Where the context has no vertex array objects, the GL name is 0 and no operation does anything.
+class VELLIS_EXPORT VertexAttributesBinding {
+public:
+    VertexAttributesBinding(const VertexAttributesBinding&) = delete;
+
+    /// Copies the GL name; the destructors of both then delete it.
+    VertexAttributesBinding& operator=(const VertexAttributesBinding&) = default;
+
+    /// Deletes the vertex array object with `glDeleteVertexArrays`, whatever its name. GL binds 0
+    /// instead where it was bound.
+    ~VertexAttributesBinding();
+
+    /// `glBindVertexArray`: what is set up now lands in this binding.
+    void bind() const;
+
+    /// Binds the vertex array object 0.
+    static void unbind();
+
+    /// True for the binding that was bound last, until unbind. GL is not asked.
+    bool isCurrent() const { return current_ == this; }
+
+private:
+    friend class Program;
+
+    static std::shared_ptr<VertexAttributesBinding> make();
+
+    VertexAttributesBinding();
+
+    unsigned int id() const { return id_; }
+
+    /// The binding that was bound last, or null. Only unbind clears it, so that it may outlive its
+    /// object: it is compared, never followed.
+    static const VertexAttributesBinding* current_;
+
+    unsigned int id_ = 0;
+};
+
+} // namespace vellis

@@ -1,0 +1,57 @@
+#pragma once
+
+/// \file
+/// OpenGL itself: types, enumerators and entry points, for code that calls GL beside the library.
+///
+/// The entry points are function pointers (`glBindBuffer` stands for `glad_glBindBuffer`) that are
+/// null until vellis::engine::init, gladLoadGL() or gladLoadGLLoader() has succeeded with a context
+/// current. An entry point that the context does not have stays null; the flags
+/// `GLAD_GL_VERSION_2_1`, `GLAD_GL_ARB_map_buffer_range` and their like say what there is.
+///
+/// No other header of the library includes this one. It takes the place of `<GL/gl.h>`: include it
+/// before headers that would include that one by themselves.
+
+#include <vellis/export.hpp>
+
+#if defined(GLAD_GL_H_) || defined(__glad_h_)
+#error "<vellis/gl.hpp> brings its own OpenGL loader and must be included in place of another glad header."
+#endif
+
+// glad's own gladLoadGL has another signature than the one declared below.
+#define gladLoadGL vellis_gladLoadGL
+#if !defined(VELLIS_STATIC_DEFINE)
+#define GLAD_API_CALL_EXPORT
+#endif
+#include <vellis/glad/gl.h> // IWYU pragma: export
+#undef GLAD_API_CALL_EXPORT
+#undef gladLoadGL
+
+extern "C" {
+
+/// Returns the address of the GL entry point of that name, or null.
+typedef void* (*GLADloadproc)(const char* name);
+
+/// A GL version number.
+struct VellisGLVersion {
+    int major;
+    int minor;
+};
+
+/// The version of the loaded context: 0.0 before a load has succeeded, and again after one that
+/// failed.
+extern VELLIS_EXPORT struct VellisGLVersion GLVersion;
+
+/// Loads every entry point through the lookup of the platform whose context is current: EGL or GLX
+/// on Linux and its like (the system GL library's own lookup where neither reports a context), WGL
+/// with the exports of opengl32.dll behind it on Windows.
+/// \return 1 on success; 0 where no context is current or its GL cannot be loaded. A load that fails
+///         leaves the entry points and flags as they were.
+VELLIS_EXPORT int gladLoadGL(void);
+
+/// Loads every entry point through \p load, for contexts with a lookup of their own (OSMesa, a
+/// toolkit's). Entry points that the context does not have become null, also those that an earlier
+/// load had filled.
+/// \return 1 on success; 0 where \p load is null, has no `glGetString`, or where no context is
+///         current. A load that fails leaves the entry points and flags as they were.
+VELLIS_EXPORT int gladLoadGLLoader(GLADloadproc load);
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+/// \file
+/// Shaders and programs.
+
+#include <vellis/shading/program.hpp>
+#include <vellis/shading/shader.hpp>

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <vellis/export.hpp>
+
+namespace vellis {
+
+/// A GL shader: created, given its source and compiled at construction, deleted at destruction.
+///
+/// A source may be taken as it stands, or get a version line and a few macros put in front, so that
+/// one text compiles as GLSL 1.20, 3.30 and 4.10:
+///
+/// \code
+/// auto vertex = vellis::VertexShader::make("IN vec2 position; \n"
+///                                          "OUT vec2 uv; \n"
+///                                          "void main() { \n"
+///                                          "  uv = position; \n"
+///                                          "  gl_Position = vec4(position, 0.0, 1.0); \n"
+///                                          "} \n",
+///                                          vellis::Shader::Version::V210);
+/// auto fragment = vellis::FragmentShader::make("IN vec2 uv; \n"
+///                                              "DECL_OUT0; \n"
+///                                              "void main() { OUT0 = vec4(uv, 0.0, 1.0); } \n",
+///                                              vellis::Shader::Version::V210);
+/// \endcode
+///
+/// | macro | stage | up to GLSL 1.20 | from GLSL 1.30 |
+/// |---|---|---|---|
+/// | `IN` | vertex | `attribute` | `in` |
+/// | `OUT` | vertex | `varying` | `out` |
+/// | `IN` | fragment | `varying` | `in` |
+/// | `DECL_OUT0;` | fragment | a float that nobody uses | `layout(location = 0) out vec4 OUT0;` |
+/// | `OUT0` | fragment | `gl_FragColor` | the output that `DECL_OUT0` declares |
+///
+/// Nothing is printed or thrown where the source does not compile: ask hasCompilationError, and GL
+/// for the log. GL keeps a deleted shader for as long as a program has it attached.
+///
+/// Copies copy the GL name, and each destructor deletes it: hold a shader through the shared pointer
+/// that made it.
+class VELLIS_EXPORT Shader {
+public:
+    /// The GL version whose GLSL the source is compiled as, times 100. Any other value counts as
+    /// the newest.
+    enum class Version : unsigned int {
+        V210 = 210, ///< GLSL 1.20
+        V330 = 330, ///< GLSL 3.30
+        V410 = 410, ///< GLSL 4.10
+    };
+
+    Shader(const Shader&) = default;
+    Shader& operator=(const Shader&) = default;
+
+    /// Deletes the GL shader with `glDeleteShader`.
+    virtual ~Shader();
+
+    /// The GL name; 0 where GL could not make the shader.
+    unsigned int id() const { return id_; }
+
+    /// True when `GL_COMPILE_STATUS` is not `GL_TRUE`, so also for a name of 0.
+    bool hasCompilationError() const;
+
+protected:
+    /// `glCreateShader`. \param type  `GL_VERTEX_SHADER` or `GL_FRAGMENT_SHADER`.
+    explicit Shader(unsigned int type);
+
+    /// Replaces the source with `glShaderSource` and compiles it with `glCompileShader`. A null
+    /// \p source counts as empty.
+    void compile(const char* source) const;
+
+private:
+    unsigned int id_;
+};
+
+/// A shader of the vertex stage.
+class VELLIS_EXPORT VertexShader : public Shader {
+public:
+    /// Compiles \p source as it stands.
+    static std::shared_ptr<VertexShader> make(const std::string& source);
+
+    /// Compiles \p source behind the line of that version and the vertex macros.
+    static std::shared_ptr<VertexShader> make(const std::string& source, Version version);
+
+    VertexShader(const VertexShader&) = default;
+    VertexShader& operator=(const VertexShader&) = default;
+    ~VertexShader() override;
+
+protected:
+    explicit VertexShader(const std::string& source);
+    VertexShader(const std::string& source, Version version);
+};
+
+/// A shader of the fragment stage.
+class VELLIS_EXPORT FragmentShader : public Shader {
+public:
+    /// Compiles \p source as it stands.
+    static std::shared_ptr<FragmentShader> make(const std::string& source);
+
+    /// Compiles \p source behind the line of that version and the fragment macros.
+    static std::shared_ptr<FragmentShader> make(const std::string& source, Version version);
+
+    FragmentShader(const FragmentShader&) = default;
+    FragmentShader& operator=(const FragmentShader&) = default;
+    ~FragmentShader() override;
+
+protected:
+    explicit FragmentShader(const std::string& source);
+    FragmentShader(const std::string& source, Version version);
+};
+
+} // namespace vellis

@@ -1,0 +1,12 @@
+#pragma once
+
+/// \file
+/// The version of the headers. CMakeLists.txt reads it from here.
+
+#define VELLIS_VERSION_MAJOR 1
+#define VELLIS_VERSION_MINOR 0
+#define VELLIS_VERSION_PATCH 0
+
+/// One number to compare: 10203 stands for version 1.2.3.
+#define VELLIS_VERSION                                                                             \
+    (VELLIS_VERSION_MAJOR * 10000 + VELLIS_VERSION_MINOR * 100 + VELLIS_VERSION_PATCH)

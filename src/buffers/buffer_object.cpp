@@ -1,0 +1,135 @@
+#include <vellis/buffers/buffer_object.hpp>
+
+#include <vellis/gl.hpp>
+
+#include "engine/entry_point.hpp"
+
+namespace vellis {
+namespace {
+
+/// The GL usage hint, or 0 where one of the two is not an enumerator.
+unsigned int usageHint(BufferUsage usage, BufferAccess access) {
+    constexpr unsigned int hints[3][3] = {
+        {GL_STREAM_DRAW, GL_STREAM_READ, GL_STREAM_COPY},
+        {GL_STATIC_DRAW, GL_STATIC_READ, GL_STATIC_COPY},
+        {GL_DYNAMIC_DRAW, GL_DYNAMIC_READ, GL_DYNAMIC_COPY},
+    };
+    const auto row = static_cast<unsigned int>(usage);
+    const auto column = static_cast<unsigned int>(access);
+    return row < 3 && column < 3 ? hints[row][column] : 0;
+}
+
+/// The access bits of a mapping, or \p otherwise where \p access is not an enumerator.
+unsigned int accessBits(MapAccess access, unsigned int otherwise) {
+    constexpr unsigned int bits[] = {
+        GL_MAP_READ_BIT,
+        GL_MAP_WRITE_BIT | GL_MAP_FLUSH_EXPLICIT_BIT,
+        GL_MAP_READ_BIT | GL_MAP_WRITE_BIT | GL_MAP_FLUSH_EXPLICIT_BIT,
+    };
+    const auto index = static_cast<unsigned int>(access);
+    return index < 3 ? bits[index] : otherwise;
+}
+
+} // namespace
+
+BufferObject::BufferObject(unsigned int target, const void* data, unsigned int numBytes,
+                           BufferUsage usage, BufferAccess access)
+    : target_(target),
+      usage_(usageHint(usage, access)),
+      numBytes_(numBytes) {
+    glGenBuffers(1, &id_);
+    load(data, numBytes);
+}
+
+BufferObject::~BufferObject() {
+    if (id_ != 0)
+        glDeleteBuffers(1, &id_);
+}
+
+void BufferObject::dispose() {
+    if (id_ != 0)
+        glDeleteBuffers(1, &id_);
+    id_ = 0;
+}
+
+void BufferObject::bind() const {
+    glBindBuffer(target_, id_);
+    bound_ = true;
+}
+
+void BufferObject::unbind() const {
+    glBindBuffer(target_, 0);
+    bound_ = false;
+}
+
+void BufferObject::alloc(unsigned int numBytes) {
+    load(nullptr, numBytes);
+}
+
+void BufferObject::load(const void* data, unsigned int numBytes) {
+    numBytes_ = numBytes;
+    bind();
+    glBufferData(target_, numBytes, nullptr, usage_);
+    if (data != nullptr)
+        glBufferSubData(target_, 0, numBytes, data);
+    unbind();
+}
+
+void BufferObject::load(const void* data, unsigned int offset, unsigned int numBytes) {
+    if (data == nullptr)
+        return;
+    bind();
+    glBufferSubData(target_, offset, numBytes, data);
+    unbind();
+}
+
+void* BufferObject::map(MapAccess access) {
+    if (glMapBufferRange == nullptr)
+        return nullptr;
+    mapAccess_ = accessBits(access, mapAccess_);
+    mapOffset_ = 0;
+    mapLength_ = numBytes_;
+    bind();
+    void* const store = glMapBufferRange(target_, mapOffset_, mapLength_, mapAccess_);
+    unbind();
+    return store;
+}
+
+void BufferObject::flush(unsigned int offset, unsigned int length) {
+    if (!isMapped())
+        return;
+    if (length == 0)
+        length = mapLength_ - offset;
+    bind();
+    callIfLoaded(glFlushMappedBufferRange, target_, offset, length);
+    unbind();
+}
+
+void BufferObject::flushAndUnmap() {
+    unmap(true);
+}
+
+void BufferObject::flushAndUnmap(unsigned int offset, unsigned int length) {
+    flush(offset, length);
+    unmap(false);
+}
+
+void BufferObject::unmap(bool flush) {
+    if (!isMapped())
+        return;
+    bind();
+    if (flush && isFlushable())
+        callIfLoaded(glFlushMappedBufferRange, target_, 0, mapLength_);
+    glUnmapBuffer(target_);
+    unbind();
+    mapAccess_ = 0;
+    mapOffset_ = 0;
+    mapLength_ = 0;
+}
+
+bool BufferObject::isFlushable() const {
+    // Compares with the enumerators of glMapBuffer, which are no masks of access bits.
+    return mapAccess_ == GL_WRITE_ONLY || mapAccess_ == GL_READ_WRITE;
+}
+
+} // namespace vellis

@@ -1,0 +1,142 @@
+#include <vellis/drawing/drawable.hpp>
+
+#include <cstddef>
+
+#include <vellis/gl.hpp>
+
+#include "state/capability.hpp"
+
+namespace vellis {
+namespace {
+
+/// The value of an enumerator that is GL's own.
+template <class Enumeration>
+constexpr unsigned int gl(Enumeration value) {
+    return static_cast<unsigned int>(value);
+}
+
+static_assert(gl(Drawable::PrimitiveType::Points) == GL_POINTS);
+static_assert(gl(Drawable::PrimitiveType::Lines) == GL_LINES);
+static_assert(gl(Drawable::PrimitiveType::LineLoop) == GL_LINE_LOOP);
+static_assert(gl(Drawable::PrimitiveType::LineStrip) == GL_LINE_STRIP);
+static_assert(gl(Drawable::PrimitiveType::Triangles) == GL_TRIANGLES);
+static_assert(gl(Drawable::PrimitiveType::TriangleStrip) == GL_TRIANGLE_STRIP);
+static_assert(gl(Drawable::PrimitiveType::TriangleFan) == GL_TRIANGLE_FAN);
+static_assert(gl(Drawable::PrimitiveType::Quads) == GL_QUADS);
+static_assert(gl(Drawable::PrimitiveType::QuadStrip) == GL_QUAD_STRIP);
+static_assert(gl(Drawable::PrimitiveType::Polygon) == GL_POLYGON);
+static_assert(gl(Drawable::Face::Front) == GL_FRONT);
+static_assert(gl(Drawable::Face::Back) == GL_BACK);
+static_assert(gl(Drawable::Face::FrontAndBack) == GL_FRONT_AND_BACK);
+static_assert(gl(Drawable::SmoothHint::DontCare) == GL_DONT_CARE);
+static_assert(gl(Drawable::SmoothHint::Fastest) == GL_FASTEST);
+static_assert(gl(Drawable::SmoothHint::Nicest) == GL_NICEST);
+static_assert(gl(Drawable::PolygonMode::Point) == GL_POINT);
+static_assert(gl(Drawable::PolygonMode::Line) == GL_LINE);
+static_assert(gl(Drawable::PolygonMode::Fill) == GL_FILL);
+
+/// Draws indices of type \p T, which GL calls \p glType.
+template <class T>
+void drawIndexed(Drawable::PrimitiveType primitive, const IndexBuffer<T>& indices,
+                 unsigned int glType, unsigned int first, unsigned int count) {
+    if (count == 0)
+        count = indices.count() - first;
+    indices.bind();
+    // With an element buffer bound, the pointer is an offset into it.
+    const std::size_t offset = first * sizeof(T);
+    glDrawElements(gl(primitive), static_cast<int>(count), glType,
+                   reinterpret_cast<const void*>(offset));
+    indices.unbind();
+}
+
+} // namespace
+
+Drawable::Drawable(PrimitiveType type) : primitiveType_(type) {}
+
+Drawable::~Drawable() = default;
+
+void Drawable::draw(const IndexBuffer<unsigned int>& indices, unsigned int first,
+                    unsigned int count) const {
+    drawIndexed(primitiveType_, indices, GL_UNSIGNED_INT, first, count);
+}
+
+void Drawable::draw(const IndexBuffer<unsigned short>& indices, unsigned int first,
+                    unsigned int count) const {
+    drawIndexed(primitiveType_, indices, GL_UNSIGNED_SHORT, first, count);
+}
+
+void Drawable::draw(const IndexBuffer<unsigned char>& indices, unsigned int first,
+                    unsigned int count) const {
+    drawIndexed(primitiveType_, indices, GL_UNSIGNED_BYTE, first, count);
+}
+
+void Drawable::draw(unsigned int first, unsigned int count) const {
+    if (count == 0)
+        count = numVertices_ - first;
+    glDrawArrays(gl(primitiveType_), static_cast<int>(first), static_cast<int>(count));
+}
+
+void Drawable::enableFaceCulling(Face face) {
+    glCullFace(gl(face));
+    glEnable(GL_CULL_FACE);
+}
+
+void Drawable::enableFaceCulling(bool on) {
+    state::switchCapability(GL_CULL_FACE, on);
+}
+
+void Drawable::disableFaceCulling() {
+    enableFaceCulling(false);
+}
+
+void Drawable::enableLineSmooth(SmoothHint hint) {
+    glEnable(GL_LINE_SMOOTH);
+    glHint(GL_LINE_SMOOTH_HINT, gl(hint));
+}
+
+void Drawable::enableLineSmooth(bool on) {
+    state::switchCapability(GL_LINE_SMOOTH, on);
+}
+
+void Drawable::disableLineSmooth() {
+    enableLineSmooth(false);
+}
+
+void Drawable::enablePolygonSmooth(SmoothHint hint) {
+    glEnable(GL_POLYGON_SMOOTH);
+    glHint(GL_POLYGON_SMOOTH_HINT, gl(hint));
+}
+
+void Drawable::enablePolygonSmooth(bool on) {
+    state::switchCapability(GL_POLYGON_SMOOTH, on);
+}
+
+void Drawable::disablePolygonSmooth() {
+    enablePolygonSmooth(false);
+}
+
+void Drawable::enablePointSprite(bool on) {
+    state::switchCapability(GL_POINT_SPRITE, on);
+    // Contexts that have only point sprites refuse to switch them; that is nobody's mistake.
+    glGetError();
+    state::switchCapability(GL_VERTEX_PROGRAM_POINT_SIZE, on);
+}
+
+void Drawable::disablePointSprite() {
+    enablePointSprite(false);
+}
+
+void Drawable::setLineWidth(float width) {
+    glLineWidth(width);
+}
+
+void Drawable::setPointSize(float size) {
+    glPointSize(size);
+    glDisable(GL_VERTEX_PROGRAM_POINT_SIZE);
+}
+
+void Drawable::setPolygonMode(Face face, PolygonMode mode) {
+    glPolygonMode(gl(face), gl(mode));
+}
+
+} // namespace vellis

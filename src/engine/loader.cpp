@@ -1,0 +1,180 @@
+/// The loader functions that <vellis/gl.hpp> documents, over the generated loader.
+
+#include "engine/loader.hpp"
+
+#include <vellis/gl.hpp>
+
+#ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
+// The generated loader, under the name that the build gives it. It is not exported, so that no
+// other loader in the process can take its place.
+extern "C" int vellis_gladLoadGLUserPtr(GLADuserptrloadfunc load, void* userptr);
+
+extern "C" {
+struct VellisGLVersion GLVersion = {0, 0};
+}
+
+namespace vellis::loader {
+namespace {
+
+/// Everything that a load writes.
+struct EntryPoints {
+#define VELLIS_ENTRY_POINT(name) decltype(glad_##name) name##_;
+#define VELLIS_LOADER_FLAG(name) int name##_;
+#include "entry_points.inc"
+#undef VELLIS_ENTRY_POINT
+#undef VELLIS_LOADER_FLAG
+};
+
+EntryPoints current() {
+    EntryPoints table;
+#define VELLIS_ENTRY_POINT(name) table.name##_ = glad_##name;
+#define VELLIS_LOADER_FLAG(name) table.name##_ = name;
+#include "entry_points.inc"
+#undef VELLIS_ENTRY_POINT
+#undef VELLIS_LOADER_FLAG
+    return table;
+}
+
+void install(const EntryPoints& table) {
+#define VELLIS_ENTRY_POINT(name) glad_##name = table.name##_;
+#define VELLIS_LOADER_FLAG(name) name = table.name##_;
+#include "entry_points.inc"
+#undef VELLIS_ENTRY_POINT
+#undef VELLIS_LOADER_FLAG
+}
+
+/// The version, and the pointers of entry points that only a former context had, must not outlive
+/// that context: they are cleared first and come back only where the load fails as a whole.
+template <class Lookup>
+bool load(Lookup lookup) {
+    const auto call = [](void* userptr, const char* name) -> GLADapiproc {
+        return (*static_cast<Lookup*>(userptr))(name);
+    };
+    const EntryPoints before = current();
+    install(EntryPoints{});
+    const int version = vellis_gladLoadGLUserPtr(call, &lookup);
+    GLVersion = {GLAD_VERSION_MAJOR(version), GLAD_VERSION_MINOR(version)};
+    if (version == 0)
+        install(before);
+    return version != 0;
+}
+
+#ifdef _WIN32
+
+bool loadFromPlatform() {
+    const HMODULE library = LoadLibraryW(L"opengl32.dll");
+    if (library == nullptr)
+        return false;
+    const auto function = [library](const char* name) {
+        return reinterpret_cast<GLADapiproc>(GetProcAddress(library, name));
+    };
+    using Lookup = PROC(WINAPI*)(LPCSTR);
+    const auto wglGetProcAddress = reinterpret_cast<Lookup>(function("wglGetProcAddress"));
+    bool loaded = false;
+    if (wglGetProcAddress != nullptr) {
+        loaded = load([&](const char* name) {
+            const auto address = reinterpret_cast<GLADapiproc>(wglGetProcAddress(name));
+            return address != nullptr ? address : function(name);
+        });
+    }
+    FreeLibrary(library);
+    return loaded;
+}
+
+#else
+
+/// A shared library of the system, kept open for the time of one load.
+class Library {
+public:
+    Library(const char* name, int mode) : handle_(dlopen(name, mode)) {}
+    ~Library() {
+        if (handle_ != nullptr)
+            dlclose(handle_);
+    }
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    /// The function of that name, or null, also where the library is not open.
+    template <class Function>
+    Function* find(const char* name) const {
+        return handle_ != nullptr ? reinterpret_cast<Function*>(dlsym(handle_, name)) : nullptr;
+    }
+
+private:
+    void* handle_;
+};
+
+/// A way to create contexts: its library, how it tells that a context is current, its lookup.
+struct Platform {
+    const char* library;
+    const char* getCurrentContext;
+    const char* getProcAddress;
+};
+
+using GetCurrentContext = void*();
+using GetProcAddress = GLADapiproc(const char*);
+
+/// Loads through \p platform where the process has its library open and a context of it is current.
+bool loadFromCurrent(const Platform& platform) {
+    const Library library(platform.library, RTLD_LAZY | RTLD_NOLOAD);
+    const auto getCurrentContext = library.find<GetCurrentContext>(platform.getCurrentContext);
+    const auto getProcAddress = library.find<GetProcAddress>(platform.getProcAddress);
+    if (getCurrentContext == nullptr || getProcAddress == nullptr || getCurrentContext() == nullptr)
+        return false;
+    return load(getProcAddress);
+}
+
+bool loadFromPlatform() {
+    // libGLX is the part of libGL that vendor-neutral systems split off.
+    constexpr Platform platforms[] = {
+        {"libEGL.so.1", "eglGetCurrentContext", "eglGetProcAddress"},
+        {"libGLX.so.0", "glXGetCurrentContext", "glXGetProcAddressARB"},
+        {"libGL.so.1", "glXGetCurrentContext", "glXGetProcAddressARB"},
+    };
+    for (const Platform& platform : platforms) {
+        if (loadFromCurrent(platform))
+            return true;
+    }
+    // No platform that is known here says that it has a context: the system's GL library may.
+    const Library library("libGL.so.1", RTLD_LAZY);
+    const auto getProcAddress = library.find<GetProcAddress>("glXGetProcAddressARB");
+    return getProcAddress != nullptr && load(getProcAddress);
+}
+
+#endif
+
+} // namespace
+
+bool loadCurrentContext() {
+    const bool loaded = loadFromPlatform();
+    if (!loaded)
+        GLVersion = {0, 0};
+    return loaded;
+}
+
+bool loadThrough(void* (*lookup)(const char* name)) {
+    if (lookup == nullptr) {
+        GLVersion = {0, 0};
+        return false;
+    }
+    return load([lookup](const char* name) { return reinterpret_cast<GLADapiproc>(lookup(name)); });
+}
+
+} // namespace vellis::loader
+
+int gladLoadGL() {
+    return vellis::loader::loadCurrentContext() ? 1 : 0;
+}
+
+int gladLoadGLLoader(GLADloadproc load) {
+    return vellis::loader::loadThrough(load) ? 1 : 0;
+}

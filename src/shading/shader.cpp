@@ -1,0 +1,117 @@
+#include <vellis/shading/shader.hpp>
+
+#include <vellis/gl.hpp>
+
+namespace vellis {
+namespace {
+
+/// The texts that are put in front of portable sources.
+struct Preambles {
+    const std::string version120 = "#version 120 \n";
+    const std::string version330 = "#version 330 \n";
+    const std::string version410 = "#version 410 \n";
+    const std::string vertexMacros = "#if __VERSION__ >= 130 \n"
+                                     "#define IN in \n"
+                                     "#define OUT out \n"
+                                     "#else \n"
+                                     "#define IN attribute \n"
+                                     "#define OUT varying \n"
+                                     "#endif \n";
+    // DECL_OUT0; must compile as a declaration before GLSL 1.30, too.
+    const std::string fragmentMacros =
+        "#if __VERSION__ >= 130 \n"
+        "#define IN in \n"
+        "#define DECL_OUT0 layout(location = 0) out vec4 OUT0; \n"
+        "#else \n"
+        "#define IN varying \n"
+        "#define DECL_OUT0 float null_var_to_avoid_compilation_error \n"
+        "#define OUT0 gl_FragColor \n"
+        "#endif \n";
+
+    static const Preambles& instance() {
+        static const Preambles preambles;
+        return preambles;
+    }
+
+    const std::string& versionLine(Shader::Version version) const {
+        switch (version) {
+        case Shader::Version::V210:
+            return version120;
+        case Shader::Version::V330:
+            return version330;
+        case Shader::Version::V410:
+            break;
+        }
+        return version410;
+    }
+};
+
+std::string portableVertexSource(const std::string& source, Shader::Version version) {
+    const Preambles& preambles = Preambles::instance();
+    return preambles.versionLine(version) + preambles.vertexMacros + source;
+}
+
+std::string portableFragmentSource(const std::string& source, Shader::Version version) {
+    const Preambles& preambles = Preambles::instance();
+    return preambles.versionLine(version) + preambles.fragmentMacros + source;
+}
+
+} // namespace
+
+Shader::Shader(unsigned int type) : id_(glCreateShader(type)) {}
+
+Shader::~Shader() {
+    if (id_ != 0)
+        glDeleteShader(id_);
+}
+
+bool Shader::hasCompilationError() const {
+    int status = GL_FALSE;
+    glGetShaderiv(id_, GL_COMPILE_STATUS, &status);
+    return status != GL_TRUE;
+}
+
+void Shader::compile(const char* source) const {
+    const char* const text = source != nullptr ? source : "";
+    glShaderSource(id_, 1, &text, nullptr);
+    glCompileShader(id_);
+}
+
+std::shared_ptr<VertexShader> VertexShader::make(const std::string& source) {
+    return std::shared_ptr<VertexShader>(new VertexShader(source));
+}
+
+std::shared_ptr<VertexShader> VertexShader::make(const std::string& source, Version version) {
+    return std::shared_ptr<VertexShader>(new VertexShader(source, version));
+}
+
+VertexShader::VertexShader(const std::string& source) : Shader(GL_VERTEX_SHADER) {
+    compile(source.c_str());
+}
+
+VertexShader::VertexShader(const std::string& source, Version version) : Shader(GL_VERTEX_SHADER) {
+    compile(portableVertexSource(source, version).c_str());
+}
+
+VertexShader::~VertexShader() = default;
+
+std::shared_ptr<FragmentShader> FragmentShader::make(const std::string& source) {
+    return std::shared_ptr<FragmentShader>(new FragmentShader(source));
+}
+
+std::shared_ptr<FragmentShader> FragmentShader::make(const std::string& source, Version version) {
+    return std::shared_ptr<FragmentShader>(new FragmentShader(source, version));
+}
+
+FragmentShader::FragmentShader(const std::string& source) : Shader(GL_FRAGMENT_SHADER) {
+    compile(source.c_str());
+}
+
+FragmentShader::FragmentShader(const std::string& source, Version version)
+    : Shader(GL_FRAGMENT_SHADER) {
+    compile(portableFragmentSource(source, version).c_str());
+}
+
+FragmentShader::~FragmentShader() = default;
+
+} // namespace vellis

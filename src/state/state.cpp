@@ -1,0 +1,75 @@
+#include <vellis/state.hpp>
+
+#include <vellis/gl.hpp>
+
+#include "engine/entry_point.hpp"
+#include "state/capability.hpp"
+
+namespace vellis::state {
+namespace {
+
+/// GL takes enumerators and names as unsigned numbers and gives them as signed ones.
+constexpr unsigned int u(int value) {
+    return static_cast<unsigned int>(value);
+}
+
+void query(unsigned int pname, int* values) {
+    glGetIntegerv(pname, values);
+}
+
+void query(unsigned int pname, float* values) {
+    glGetFloatv(pname, values);
+}
+
+void query(unsigned int pname, double* values) {
+    glGetDoublev(pname, values);
+}
+
+/// Fills \p values from one query, or each from its own.
+template <class T, unsigned int N, unsigned int Q>
+void read(T (&values)[N], const unsigned int (&pnames)[Q]) {
+    static_assert(Q == 1 || Q == N, "one query for all values, or one for each");
+    // What GL refuses to tell is not left undefined.
+    for (T& value : values)
+        value = T();
+    for (unsigned int i = 0; i < Q; ++i)
+        query(pnames[i], values + i);
+}
+
+template <unsigned int N>
+void read(bool (&values)[N], const unsigned int (&pnames)[1]) {
+    GLboolean booleans[N] = {};
+    glGetBooleanv(pnames[0], booleans);
+    for (unsigned int i = 0; i < N; ++i)
+        values[i] = booleans[i] != GL_FALSE;
+}
+
+/// Most programs have one framebuffer bound for drawing and reading: putting that back is one call.
+void bindFramebuffers(unsigned int draw, unsigned int read) {
+    if (draw == read) {
+        callIfLoaded(glBindFramebuffer, u(GL_FRAMEBUFFER), draw);
+    } else {
+        callIfLoaded(glBindFramebuffer, u(GL_DRAW_FRAMEBUFFER), draw);
+        callIfLoaded(glBindFramebuffer, u(GL_READ_FRAMEBUFFER), read);
+    }
+}
+
+} // namespace
+
+#define VELLIS_QUERIES(...)                                                                        \
+    { __VA_ARGS__ }
+#define VELLIS_STATE(T, N, pname, queries, command)                                                \
+    template <>                                                                                    \
+    VELLIS_EXPORT void get(State<T, N, pname>& record) {                                           \
+        read(record.value, VELLIS_QUERIES queries);                                                \
+    }                                                                                              \
+    template <>                                                                                    \
+    VELLIS_EXPORT void set(const State<T, N, pname>& record) {                                     \
+        const T(&v)[N] = record.value;                                                             \
+        command;                                                                                   \
+    }
+#include "state/state_records.inc"
+#undef VELLIS_STATE
+#undef VELLIS_QUERIES
+
+} // namespace vellis::state
