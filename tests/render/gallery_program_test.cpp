@@ -1,0 +1,184 @@
+/// The gallery as a user runs it.
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include <gallery/panel.hpp>
+#include <offscreen/image.hpp>
+
+#include "render/render_test.hpp"
+#include "render/temporary_folder.hpp"
+
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+struct Outcome {
+    bool succeeded;
+    std::string output;
+    std::string errors;
+};
+
+std::string contents(const fs::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+std::string quoted(const fs::path& path) {
+    return "'" + path.string() + "'";
+}
+
+/// Runs the gallery.
+/// \param environment  Variables as the shell takes them before a command.
+Outcome runGallery(const std::string& arguments, const std::string& environment = "") {
+    const TemporaryFolder folder;
+    const fs::path output = folder.path() / "output";
+    const fs::path errors = folder.path() / "errors";
+    const std::string command = environment + " '" VELLIS_GALLERY_PROGRAM "' " + arguments + " >" +
+                                quoted(output) + " 2>" + quoted(errors);
+    const int status = std::system(command.c_str());
+    return {status == 0, contents(output), contents(errors)};
+}
+
+std::vector<std::string> lines(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> result;
+    for (std::string line; std::getline(stream, line);)
+        result.push_back(line);
+    return result;
+}
+
+/// That a run failed with one sentence and left nothing at \p folder.
+void expectOneSentence(const Outcome& run, const fs::path& folder,
+                       const ::testing::Matcher<const std::string&>& sentence) {
+    EXPECT_FALSE(run.succeeded);
+    EXPECT_EQ(run.output, "");
+    ASSERT_EQ(lines(run.errors).size(), 1u) << run.errors;
+    EXPECT_THAT(lines(run.errors).front(), sentence);
+    EXPECT_FALSE(fs::exists(folder));
+}
+
+/// The number of files that the gallery leaves.
+std::size_t fileCount() {
+    return gallery::panels().size() + 1;
+}
+
+TEST(GalleryProgram, LeavesAPictureOfEachPanelAndAContactSheetAndSaysWhere) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "a new" / "folder";
+    const Outcome run = runGallery(quoted(target));
+    EXPECT_TRUE(run.succeeded) << run.errors;
+    EXPECT_EQ(run.errors, "");
+    const std::vector<std::string> paths = lines(run.output);
+    ASSERT_EQ(paths.size(), fileCount());
+    EXPECT_EQ(paths.back(), (target / "gallery.png").string());
+    for (const std::string& path : paths) {
+        offscreen::Image image;
+        std::string error;
+        EXPECT_TRUE(offscreen::readPng(path, image, error)) << error;
+        EXPECT_GE(image.width, gallery::panelSize);
+    }
+}
+
+TEST(GalleryProgram, RunsTwiceIntoOneFolder) {
+    const TemporaryFolder folder;
+    EXPECT_TRUE(runGallery(quoted(folder.path())).succeeded);
+    EXPECT_TRUE(runGallery(quoted(folder.path())).succeeded);
+    const auto files =
+        std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator());
+    EXPECT_EQ(static_cast<std::size_t>(files), fileCount());
+}
+
+TEST(GalleryProgram, SaysThatThereIsNoEgl) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "target";
+    const Outcome run = runGallery(quoted(target), "OFFSCREEN_PLATFORM=egl "
+                                                   "__EGL_VENDOR_LIBRARY_FILENAMES=/nonexistent");
+    expectOneSentence(run, target,
+                      AllOf(StartsWith("No EGL display gives a GL context ("),
+                            HasSubstr("install a GL driver, for instance with `apt-get install ")));
+}
+
+TEST(GalleryProgram, SaysWhatPlatformsThereAre) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "target";
+    const Outcome run = runGallery(quoted(target), "OFFSCREEN_PLATFORM=vga");
+    expectOneSentence(run, target, HasSubstr("set it to one of egl, "));
+}
+
+TEST(GalleryProgram, SaysThatAFileStandsInPlaceOfTheFolder) {
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "file";
+    std::ofstream(file) << "text";
+    for (const fs::path& target : {file, file / "folder"}) {
+        const Outcome run = runGallery(quoted(target));
+        EXPECT_FALSE(run.succeeded);
+        EXPECT_EQ(run.errors, "The output folder " + target.string() +
+                                  " cannot be made: Not a directory. Name another one.\n");
+    }
+    EXPECT_EQ(contents(file), "text");
+}
+
+TEST(GalleryProgram, SaysWhichPictureCannotBeWritten) {
+    const TemporaryFolder folder;
+    fs::create_directories(folder.path() / "gallery.png");
+    const Outcome run = runGallery(quoted(folder.path()));
+    EXPECT_FALSE(run.succeeded);
+    ASSERT_EQ(lines(run.errors).size(), 1u) << run.errors;
+    EXPECT_THAT(run.errors, StartsWith("The picture " + (folder.path() / "gallery.png").string() +
+                                       " cannot be written: "));
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder.path()))
+        EXPECT_EQ(entry.path().extension(), ".png");
+}
+
+TEST(GalleryProgram, SaysHowItIsUsed) {
+    const Outcome run = runGallery("one two");
+    EXPECT_FALSE(run.succeeded);
+    EXPECT_EQ(run.errors, "Usage: vellis_gallery [folder for the pictures]\n");
+}
+
+/// Drivers limited by environment variables, as far as they heed them.
+class GalleryProgramOnAnOldDriver : public RenderTest {
+protected:
+    void SetUp() override {
+        RenderTest::SetUp();
+        if (!isMesa())
+            GTEST_SKIP() << "only Mesa's drivers can be limited";
+    }
+
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "target";
+};
+
+TEST_F(GalleryProgramOnAnOldDriver, NamesTheVersionThatIsNeeded) {
+    const Outcome run = runGallery(quoted(target), "MESA_GL_VERSION_OVERRIDE=1.4");
+    expectOneSentence(run, target,
+                      AllOf(HasSubstr("OpenGL 1.4"), HasSubstr(" lacks OpenGL 2.1: use ")));
+}
+
+TEST_F(GalleryProgramOnAnOldDriver, NamesTheExtensionsThatAreMissing) {
+    const Outcome run = runGallery(quoted(target), "MESA_GL_VERSION_OVERRIDE=2.1 "
+                                                   "MESA_EXTENSION_MAX_YEAR=2005");
+    expectOneSentence(run, target,
+                      HasSubstr(" lacks GL_ARB_vertex_array_object, GL_ARB_map_buffer_range: "));
+}
+
+TEST_F(GalleryProgramOnAnOldDriver, NeedsNoMoreThan21WithTheExtensions) {
+    const Outcome run = runGallery(quoted(target), "MESA_GL_VERSION_OVERRIDE=2.1 "
+                                                   "MESA_GLSL_VERSION_OVERRIDE=120 "
+                                                   "MESA_SHADER_CACHE_DISABLE=true");
+    EXPECT_TRUE(run.succeeded) << run.errors;
+}
+
+} // namespace

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace vellis::test {
+
+/// The position of an entry point among all those that the loader has.
+enum class EntryPoint : unsigned int {
+#define VELLIS_ENTRY_POINT(name) name##_,
+#define VELLIS_LOADER_FLAG(name)
+#include "entry_points.inc"
+#undef VELLIS_ENTRY_POINT
+#undef VELLIS_LOADER_FLAG
+};
+
+/// How many entry points the loader has.
+constexpr std::size_t entryPointCount = 0
+#define VELLIS_ENTRY_POINT(name) +1
+#define VELLIS_LOADER_FLAG(name)
+#include "entry_points.inc"
+#undef VELLIS_ENTRY_POINT
+#undef VELLIS_LOADER_FLAG
+    ;
+
+/// The name as GL writes it: `glBindBuffer`.
+const char* name(EntryPoint entryPoint);
+
+/// Whether the loader has an entry point of that name.
+bool isEntryPoint(std::string_view name);
+
+/// The entry point whose pointer (`glad_glBindBuffer`) lies at \p pointer. Throws
+/// std::invalid_argument for any other address.
+EntryPoint entryPointAt(const void* pointer);
+
+/// The position as an index.
+constexpr std::size_t index(EntryPoint entryPoint) {
+    return static_cast<std::size_t>(entryPoint);
+}
+
+} // namespace vellis::test

@@ -1,0 +1,200 @@
+#include "support/gl_script.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace vellis::test {
+namespace {
+
+const char* name(ObjectKind kind) {
+    switch (kind) {
+    case ObjectKind::Buffer:
+        return "buffer";
+    case ObjectKind::Texture:
+        return "texture";
+    case ObjectKind::VertexArray:
+        return "vertex array";
+    case ObjectKind::Framebuffer:
+        return "framebuffer";
+    case ObjectKind::Renderbuffer:
+        return "renderbuffer";
+    case ObjectKind::Query:
+        return "query";
+    case ObjectKind::Shader:
+        return "shader";
+    case ObjectKind::Program:
+        return "program";
+    }
+    return "object";
+}
+
+std::string describe(ObjectKind kind, GLuint object) {
+    return std::string(name(kind)) + ' ' + std::to_string(object);
+}
+
+struct BindingPoint {
+    ObjectKind kind;
+    GLenum target;
+    GLenum pname;
+};
+
+// Targets that are not named in the call are 0.
+constexpr BindingPoint bindingPoints[] = {
+    {ObjectKind::Buffer, GL_ARRAY_BUFFER, GL_ARRAY_BUFFER_BINDING},
+    {ObjectKind::Buffer, GL_ELEMENT_ARRAY_BUFFER, GL_ELEMENT_ARRAY_BUFFER_BINDING},
+    {ObjectKind::Buffer, GL_PIXEL_PACK_BUFFER, GL_PIXEL_PACK_BUFFER_BINDING},
+    {ObjectKind::Buffer, GL_PIXEL_UNPACK_BUFFER, GL_PIXEL_UNPACK_BUFFER_BINDING},
+    {ObjectKind::Buffer, GL_COPY_READ_BUFFER, GL_COPY_READ_BUFFER},
+    {ObjectKind::Buffer, GL_COPY_WRITE_BUFFER, GL_COPY_WRITE_BUFFER},
+    {ObjectKind::Buffer, GL_UNIFORM_BUFFER, GL_UNIFORM_BUFFER_BINDING},
+    {ObjectKind::Texture, GL_TEXTURE_1D, GL_TEXTURE_BINDING_1D},
+    {ObjectKind::Texture, GL_TEXTURE_2D, GL_TEXTURE_BINDING_2D},
+    {ObjectKind::Texture, GL_TEXTURE_3D, GL_TEXTURE_BINDING_3D},
+    {ObjectKind::Texture, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_BINDING_CUBE_MAP},
+    {ObjectKind::Texture, GL_TEXTURE_RECTANGLE, GL_TEXTURE_BINDING_RECTANGLE},
+    {ObjectKind::Texture, GL_TEXTURE_1D_ARRAY, GL_TEXTURE_BINDING_1D_ARRAY},
+    {ObjectKind::Texture, GL_TEXTURE_2D_ARRAY, GL_TEXTURE_BINDING_2D_ARRAY},
+    {ObjectKind::VertexArray, 0, GL_VERTEX_ARRAY_BINDING},
+    {ObjectKind::Framebuffer, GL_DRAW_FRAMEBUFFER, GL_DRAW_FRAMEBUFFER_BINDING},
+    {ObjectKind::Framebuffer, GL_READ_FRAMEBUFFER, GL_READ_FRAMEBUFFER_BINDING},
+    {ObjectKind::Renderbuffer, GL_RENDERBUFFER, GL_RENDERBUFFER_BINDING},
+    {ObjectKind::Program, 0, GL_CURRENT_PROGRAM},
+};
+
+} // namespace
+
+GLuint ObjectNames::make(ObjectKind kind, bool remember) {
+    ++last_;
+    if (remember)
+        objects_[last_] = {kind, true};
+    return last_;
+}
+
+void ObjectNames::remove(ObjectKind kind, GLuint name) {
+    const auto object = objects_.find(name);
+    const bool madeUnseen = object == objects_.end() && name <= last_;
+    if (name == 0 || madeUnseen)
+        return;
+    if (object == objects_.end() || object->second.kind != kind || !object->second.live)
+        wrongDeletes_.push_back(describe(kind, name));
+    else
+        object->second.live = false;
+}
+
+std::vector<std::string> ObjectNames::live() const {
+    std::vector<std::string> names;
+    for (const auto& [name, object] : objects_) {
+        if (object.live)
+            names.push_back(describe(object.kind, name));
+    }
+    return names;
+}
+
+Bindings::Bindings() {
+    for (const BindingPoint& point : bindingPoints)
+        bindings_.push_back({point.kind, point.target, point.pname, {}});
+}
+
+std::size_t Bindings::slot(const Binding& binding) const {
+    return binding.kind == ObjectKind::Texture ? (activeTexture_ - GL_TEXTURE0) % numUnits : 0;
+}
+
+void Bindings::bind(ObjectKind kind, GLenum target, GLuint name) {
+    for (Binding& binding : bindings_) {
+        if (binding.kind == kind && (binding.target == target || target == GL_FRAMEBUFFER))
+            binding.names[slot(binding)] = name;
+    }
+}
+
+void Bindings::unbind(ObjectKind kind, GLuint name) {
+    for (Binding& binding : bindings_) {
+        if (binding.kind == kind)
+            std::replace(binding.names.begin(), binding.names.end(), name, GLuint(0));
+    }
+}
+
+GLuint Bindings::bound(ObjectKind kind, GLenum target) const {
+    for (const Binding& binding : bindings_) {
+        if (binding.kind == kind && binding.target == target)
+            return binding.names[slot(binding)];
+    }
+    return 0;
+}
+
+const GLuint* Bindings::query(GLenum pname) const {
+    if (pname == GL_ACTIVE_TEXTURE)
+        return &activeTexture_;
+    for (const Binding& binding : bindings_) {
+        if (binding.pname == pname)
+            return &binding.names[slot(binding)];
+    }
+    return nullptr;
+}
+
+const BufferStores::Store* BufferStores::find(GLuint buffer) const {
+    const auto store = stores_.find(buffer);
+    return store != stores_.end() ? &store->second : nullptr;
+}
+
+unsigned char* BufferStores::range(GLuint buffer, GLintptr offset, GLsizeiptr length) {
+    const auto store = stores_.find(buffer);
+    if (store == stores_.end() || offset < 0 || length <= 0)
+        return nullptr;
+    std::vector<unsigned char>& bytes = store->second.bytes;
+    const auto size = static_cast<GLsizeiptr>(bytes.size());
+    return offset <= size && length <= size - offset ? bytes.data() + offset : nullptr;
+}
+
+unsigned char* BufferStores::scratch(GLsizeiptr length) {
+    // Earlier blocks stay: mappings may still point into them.
+    const auto size = static_cast<std::size_t>(std::max<GLsizeiptr>(length, 1));
+    if (scratch_.empty() || scratch_.back().size() < size)
+        scratch_.emplace_back(size);
+    return scratch_.back().data();
+}
+
+void GlScript::failToCreate() {
+    failing_.fill(true);
+}
+
+std::vector<unsigned char> GlScript::bufferBytes(GLuint buffer) const {
+    const BufferStores::Store* store = stores_.find(buffer);
+    return store != nullptr ? store->bytes : std::vector<unsigned char>();
+}
+
+bool GlScript::isMapped(GLuint buffer) const {
+    const BufferStores::Store* store = stores_.find(buffer);
+    return store != nullptr && store->mapped;
+}
+
+void GlScript::failToCompile(std::string log, GLuint shader) {
+    compilations_.set(shader, {false, std::move(log)});
+}
+
+void GlScript::failToLink(std::string log, GLuint program) {
+    links_.set(program, {false, std::move(log)});
+}
+
+void GlScript::setCompileLog(std::string log, GLuint shader) {
+    compilations_.set(shader, {true, std::move(log)});
+}
+
+void GlScript::setLinkLog(std::string log, GLuint program) {
+    links_.set(program, {true, std::move(log)});
+}
+
+void GlScript::setActiveUniforms(std::vector<ActiveVariable> uniforms, GLuint program) {
+    uniforms_.set(program, std::move(uniforms));
+}
+
+void GlScript::setActiveAttributes(std::vector<ActiveVariable> attributes, GLuint program) {
+    attributes_.set(program, std::move(attributes));
+}
+
+std::string GlScript::shaderSource(GLuint shader) const {
+    const auto found = shaders_.find(shader);
+    return found != shaders_.end() ? found->second.source : "";
+}
+
+} // namespace vellis::test

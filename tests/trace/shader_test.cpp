@@ -1,0 +1,157 @@
+#include <vellis/shading/shader.hpp>
+
+#include <string>
+
+#include <gtest/gtest.h>
+#include <vellis/gl.hpp>
+
+#include "support/fake_gl.hpp"
+
+namespace {
+
+using vellis::FragmentShader;
+using vellis::Shader;
+using vellis::VertexShader;
+using vellis::test::FakeGl;
+
+const std::string vertexMacros = "#if __VERSION__ >= 130 \n#define IN in \n#define OUT out \n#else "
+                                 "\n#define IN attribute \n#define OUT varying \n#endif \n";
+const std::string fragmentMacros =
+    "#if __VERSION__ >= 130 \n#define IN in \n#define DECL_OUT0 layout(location = 0) out vec4 "
+    "OUT0; "
+    "\n#else \n#define IN varying \n#define DECL_OUT0 float null_var_to_avoid_compilation_error "
+    "\n#define OUT0 gl_FragColor \n#endif \n";
+const std::string source = "void main() { \n} \n";
+
+/// A version, also one that is no enumerator, and the line that it gives.
+struct VersionRow {
+    unsigned int version;
+    const char* line;
+};
+
+class ShaderVersionTrace : public testing::TestWithParam<VersionRow> {
+protected:
+    Shader::Version version() const { return static_cast<Shader::Version>(GetParam().version); }
+    FakeGl gl;
+};
+
+TEST_P(ShaderVersionTrace, VertexSourceGetsVersionLineAndMacros) {
+    const auto shader = VertexShader::make(source, version());
+    EXPECT_EQ(gl.shaderSource(shader->id()), GetParam().line + vertexMacros + source);
+    gl.ignoreTheRest();
+}
+
+TEST_P(ShaderVersionTrace, FragmentSourceGetsVersionLineAndMacros) {
+    const auto shader = FragmentShader::make(source, version());
+    EXPECT_EQ(gl.shaderSource(shader->id()), GetParam().line + fragmentMacros + source);
+    gl.ignoreTheRest();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Versions, ShaderVersionTrace,
+    testing::Values(VersionRow{210, "#version 120 \n"}, VersionRow{330, "#version 330 \n"},
+                    VersionRow{410, "#version 410 \n"}, VersionRow{400, "#version 410 \n"},
+                    VersionRow{0, "#version 410 \n"}, VersionRow{211, "#version 410 \n"},
+                    VersionRow{0xFFFFFFFF, "#version 410 \n"}),
+    [](const auto& row) { return std::to_string(row.param.version); });
+
+TEST(ShaderTrace, MacroBlocksHaveTheirLengths) {
+    EXPECT_EQ(vertexMacros.size(), 114u);
+    EXPECT_EQ(fragmentMacros.size(), 217u);
+}
+
+TEST(ShaderTrace, VertexShaderIsCreatedSourcedAndCompiled) {
+    FakeGl gl;
+    const auto shader = VertexShader::make("void main() {}");
+    EXPECT_GL_CALLS(gl, "glCreateShader(GL_VERTEX_SHADER)",
+                    "glShaderSource(1, 1, {\"void main() {}\"}, null)", "glCompileShader(1)");
+    EXPECT_EQ(shader->id(), 1u);
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, FragmentShaderIsCreatedSourcedAndCompiled) {
+    FakeGl gl;
+    {
+        const auto shader = FragmentShader::make("void main() {}");
+        EXPECT_GL_CALLS(gl, "glCreateShader(GL_FRAGMENT_SHADER)",
+                        "glShaderSource(1, 1, {\"void main() {}\"}, null)", "glCompileShader(1)");
+    }
+    EXPECT_GL_CALLS(gl, "glDeleteShader(1)");
+}
+
+TEST(ShaderTrace, VersionedShaderMakesTheSameThreeCalls) {
+    FakeGl gl;
+    const auto shader = FragmentShader::make(source, Shader::Version::V330);
+    EXPECT_EQ(gl.takeCalls().size(), 3u);
+    const auto vertex = VertexShader::make(source, Shader::Version::V330);
+    EXPECT_EQ(gl.takeCalls().size(), 3u);
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, CompileStatusIsAskedOnlyWhenTheCallerAsks) {
+    FakeGl gl;
+    const auto shader = VertexShader::make(source);
+    gl.forget();
+    EXPECT_FALSE(shader->hasCompilationError());
+    EXPECT_GL_CALLS(gl, "glGetShaderiv(1, GL_COMPILE_STATUS, out)");
+    gl.failToCompile();
+    EXPECT_TRUE(shader->hasCompilationError());
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, StatusThatGlDoesNotTellIsAnError) {
+    FakeGl gl;
+    const auto shader = VertexShader::make(source);
+    gl.answer(glad_glGetShaderiv, [](GLuint, GLenum, GLint*) {});
+    EXPECT_TRUE(shader->hasCompilationError());
+    gl.answer(glad_glGetShaderiv, [](GLuint, GLenum, GLint* status) { *status = 2; });
+    EXPECT_TRUE(shader->hasCompilationError());
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, CopyReportsTheSameNameAndDeletesItAgain) {
+    FakeGl gl;
+    {
+        const auto shader = VertexShader::make(source);
+        gl.forget();
+        const VertexShader copy = *shader;
+        EXPECT_EQ(copy.id(), shader->id());
+        auto other = VertexShader::make(source);
+        gl.forget();
+        *other = *shader;
+        EXPECT_EQ(other->id(), shader->id());
+        EXPECT_GL_CALLS(gl);
+    }
+    EXPECT_GL_CALLS(gl, "glDeleteShader(1)", "glDeleteShader(1)", "glDeleteShader(1)");
+}
+
+TEST(ShaderTrace, NameThatGlRefusedToMakeIsNeverDeleted) {
+    FakeGl gl;
+    gl.answer(glad_glCreateShader, [](GLenum) -> GLuint { return 0; });
+    gl.failToCompile();
+    {
+        const auto shader = FragmentShader::make(source);
+        EXPECT_EQ(shader->id(), 0u);
+        EXPECT_TRUE(shader->hasCompilationError());
+    }
+    EXPECT_EQ(gl.countOf("glDeleteShader"), 0u);
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, EmptySourceIsCompiledAsItStands) {
+    FakeGl gl;
+    const auto shader = VertexShader::make(std::string());
+    EXPECT_EQ(gl.shaderSource(shader->id()), "");
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, NullSourceCountsAsEmpty) {
+    FakeGl gl;
+    const auto shader = VertexShader::make(source);
+    gl.forget();
+    shader->compile(nullptr);
+    EXPECT_GL_CALLS(gl, "glShaderSource(1, 1, {\"\"}, null)", "glCompileShader(1)");
+    gl.ignoreTheRest();
+}
+
+} // namespace
