@@ -53,6 +53,8 @@ function(vellis_generate_loader python out)
     # mistaken for ours.
     file(READ "${fresh}/include/glad/gl.h" header)
     string(REPLACE "<KHR/khrplatform.h>" "\"khrplatform.h\"" header "${header}")
+    # Its load functions are the library's own business: undeclared here, they are not exported.
+    string(REGEX REPLACE "GLAD_API_CALL int gladLoadGL(UserPtr)?\\([^;]*;" "" header "${header}")
     file(WRITE "${fresh}/gl.h" "${header}")
     file(READ "${fresh}/src/gl.c" source)
     string(REPLACE "<glad/gl.h>" "<vellis/glad/gl.h>" source "${source}")
@@ -86,8 +88,8 @@ set(VELLIS_GENERATED_INCLUDE_DIR "${vellis_loader_dir}/include")
 set(VELLIS_LOADER_TABLE_DIR "${vellis_loader_dir}/table")
 
 # Generated C, built without the project's warnings. Its two load functions get names of our own:
-# `gladLoadGL` is a function of this library with another signature (vellis/gl.hpp), and an
-# application may have a glad of its own.
+# `gladLoadGL` is a function of this library with another signature (vellis/gl.hpp), and in a static
+# build an application's own glad would clash with them.
 add_library(vellis_loader OBJECT "${vellis_loader_dir}/src/gl.c")
 target_include_directories(vellis_loader SYSTEM PRIVATE "${VELLIS_GENERATED_INCLUDE_DIR}")
 target_compile_definitions(vellis_loader PRIVATE

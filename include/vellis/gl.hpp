@@ -17,14 +17,11 @@
 #error "<vellis/gl.hpp> brings its own OpenGL loader and must be included in place of another glad header."
 #endif
 
-// glad's own gladLoadGL has another signature than the one declared below.
-#define gladLoadGL vellis_gladLoadGL
 #if !defined(VELLIS_STATIC_DEFINE)
 #define GLAD_API_CALL_EXPORT
 #endif
 #include <vellis/glad/gl.h> // IWYU pragma: export
 #undef GLAD_API_CALL_EXPORT
-#undef gladLoadGL
 
 extern "C" {
 

@@ -176,8 +176,10 @@ bool GlScript::unmap(GLenum target) {
 }
 
 void GlScript::allocate(GLenum target, GLsizeiptr size, const void* data, GLenum usage) {
+    if (!isRecording())
+        return;
     const GLuint buffer = bindings_.bound(ObjectKind::Buffer, target);
-    if (!isRecording() || buffer == 0 || size < 0)
+    if (buffer == 0 || size < 0)
         return;
     const auto numBytes = static_cast<std::size_t>(size);
     const auto* bytes = static_cast<const unsigned char*>(data);

@@ -12,16 +12,11 @@ enum class EntryPoint : unsigned int {
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
+    end
 };
 
 /// How many entry points the loader has.
-constexpr std::size_t entryPointCount = 0
-#define VELLIS_ENTRY_POINT(name) +1
-#define VELLIS_LOADER_FLAG(name)
-#include "entry_points.inc"
-#undef VELLIS_ENTRY_POINT
-#undef VELLIS_LOADER_FLAG
-    ;
+constexpr auto entryPointCount = static_cast<std::size_t>(EntryPoint::end);
 
 /// The name as GL writes it: `glBindBuffer`.
 const char* name(EntryPoint entryPoint);

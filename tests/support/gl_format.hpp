@@ -37,7 +37,7 @@ struct Argument {
             argument.floating = static_cast<double>(value);
         } else if constexpr (std::is_signed_v<T>) {
             argument.kind = Kind::Signed;
-            argument.signedValue = value;
+            argument.signedValue = static_cast<std::int64_t>(value);
         } else {
             argument.kind = Kind::Unsigned;
             argument.unsignedValue = value;

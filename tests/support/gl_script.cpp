@@ -39,7 +39,7 @@ struct BindingPoint {
     GLenum pname;
 };
 
-// Targets that are not named in the call are 0.
+// Kind by kind. Targets that are not named in the call are 0.
 constexpr BindingPoint bindingPoints[] = {
     {ObjectKind::Buffer, GL_ARRAY_BUFFER, GL_ARRAY_BUFFER_BINDING},
     {ObjectKind::Buffer, GL_ELEMENT_ARRAY_BUFFER, GL_ELEMENT_ARRAY_BUFFER_BINDING},
@@ -61,6 +61,24 @@ constexpr BindingPoint bindingPoints[] = {
     {ObjectKind::Renderbuffer, GL_RENDERBUFFER, GL_RENDERBUFFER_BINDING},
     {ObjectKind::Program, 0, GL_CURRENT_PROGRAM},
 };
+constexpr std::size_t numBindingPoints = std::size(bindingPoints);
+
+/// Calls \p function with the position of each binding point of a kind. The null driver comes by
+/// here with every call that binds: no search among the other kinds.
+template <class Function>
+void forEachPoint(ObjectKind kind, Function function) {
+    static constexpr auto first = [] {
+        std::array<std::size_t, numObjectKinds> positions{};
+        for (std::size_t& position : positions)
+            position = numBindingPoints;
+        for (std::size_t i = numBindingPoints; i-- != 0;)
+            positions[static_cast<std::size_t>(bindingPoints[i].kind)] = i;
+        return positions;
+    }();
+    for (std::size_t i = first[static_cast<std::size_t>(kind)];
+         i < numBindingPoints && bindingPoints[i].kind == kind; ++i)
+        function(i);
+}
 
 } // namespace
 
@@ -91,43 +109,42 @@ std::vector<std::string> ObjectNames::live() const {
     return names;
 }
 
-Bindings::Bindings() {
-    for (const BindingPoint& point : bindingPoints)
-        bindings_.push_back({point.kind, point.target, point.pname, {}});
-}
-
-std::size_t Bindings::slot(const Binding& binding) const {
-    return binding.kind == ObjectKind::Texture ? (activeTexture_ - GL_TEXTURE0) % numUnits : 0;
+std::size_t Bindings::unit(ObjectKind kind) const {
+    return kind == ObjectKind::Texture ? (activeTexture_ - GL_TEXTURE0) % numUnits : 0;
 }
 
 void Bindings::bind(ObjectKind kind, GLenum target, GLuint name) {
-    for (Binding& binding : bindings_) {
-        if (binding.kind == kind && (binding.target == target || target == GL_FRAMEBUFFER))
-            binding.names[slot(binding)] = name;
-    }
+    static_assert(numPoints == numBindingPoints);
+    forEachPoint(kind, [&](std::size_t i) {
+        if (bindingPoints[i].target == target || target == GL_FRAMEBUFFER)
+            names_[unit(kind)][i] = name;
+    });
 }
 
 void Bindings::unbind(ObjectKind kind, GLuint name) {
-    for (Binding& binding : bindings_) {
-        if (binding.kind == kind)
-            std::replace(binding.names.begin(), binding.names.end(), name, GLuint(0));
-    }
+    forEachPoint(kind, [&](std::size_t i) {
+        for (auto& names : names_) {
+            if (names[i] == name)
+                names[i] = 0;
+        }
+    });
 }
 
 GLuint Bindings::bound(ObjectKind kind, GLenum target) const {
-    for (const Binding& binding : bindings_) {
-        if (binding.kind == kind && binding.target == target)
-            return binding.names[slot(binding)];
-    }
-    return 0;
+    GLuint name = 0;
+    forEachPoint(kind, [&](std::size_t i) {
+        if (bindingPoints[i].target == target)
+            name = names_[unit(kind)][i];
+    });
+    return name;
 }
 
 const GLuint* Bindings::query(GLenum pname) const {
     if (pname == GL_ACTIVE_TEXTURE)
         return &activeTexture_;
-    for (const Binding& binding : bindings_) {
-        if (binding.pname == pname)
-            return &binding.names[slot(binding)];
+    for (std::size_t i = 0; i < numBindingPoints; ++i) {
+        if (bindingPoints[i].pname == pname)
+            return &names_[unit(bindingPoints[i].kind)][i];
     }
     return nullptr;
 }

@@ -67,6 +67,7 @@ enum class ObjectKind : unsigned char {
     Shader,
     Program,
 };
+constexpr std::size_t numObjectKinds = 8;
 
 /// The names of GL objects: which were made, and which deleted.
 class ObjectNames {
@@ -91,8 +92,6 @@ private:
 /// What is bound where.
 class Bindings {
 public:
-    Bindings();
-
     void bind(ObjectKind kind, GLenum target, GLuint name);
     /// Takes a deleted object from everywhere it is bound.
     void unbind(ObjectKind kind, GLuint name);
@@ -104,18 +103,13 @@ public:
     const GLuint* query(GLenum pname) const;
 
 private:
+    static constexpr std::size_t numPoints = 19;
     static constexpr std::size_t numUnits = 32;
 
-    struct Binding {
-        ObjectKind kind;
-        GLenum target;
-        GLenum pname;
-        std::array<GLuint, numUnits> names; ///< by texture unit; others use the first
-    };
+    /// The texture unit that counts for a kind of object: the first one for what has no units.
+    std::size_t unit(ObjectKind kind) const;
 
-    std::size_t slot(const Binding& binding) const;
-
-    std::vector<Binding> bindings_;
+    std::array<std::array<GLuint, numPoints>, numUnits> names_{};
     GLuint activeTexture_ = GL_TEXTURE0;
 };
 

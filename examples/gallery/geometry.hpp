@@ -1,0 +1,24 @@
+#pragma once
+
+#include <vector>
+
+#include <gallery/mesh.hpp>
+
+/// Surfaces to draw. Their positions lie between -1 and 1, x to the right, y upwards and z towards
+/// the viewer; the front of their triangles is outside.
+namespace gallery {
+
+/// A tube along a trefoil knot, coloured along its way.
+Surface makeKnot();
+
+/// A ball of flat triangles, coloured from top to bottom.
+Surface makeBall();
+
+/// A round bowl, open to the top and tilted towards the viewer.
+Surface makeBowl();
+
+/// A colour between the colours of a list.
+/// \param at  From 0 for the first to 1 for the last.
+glm::vec3 blend(const std::vector<Colour>& colours, float at);
+
+} // namespace gallery

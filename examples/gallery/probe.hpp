@@ -1,0 +1,62 @@
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+#include <gallery/colour.hpp>
+#include <offscreen/image.hpp>
+
+namespace gallery {
+
+struct Panel;
+
+/// A pixel of a panel, counted from the left and from the top.
+struct Point {
+    int x;
+    int y;
+};
+
+/// How far each channel may be off, where a probe does not say otherwise: drivers round
+/// differently.
+inline constexpr int usualTolerance = 10;
+
+/// The picture has a colour at a point.
+struct ColourAt {
+    Point at;
+    Colour colour;
+    int tolerance = usualTolerance;
+};
+
+/// Going from one point straight to another, the picture has the first colour, then the second, and
+/// between them no more than an antialiased edge.
+struct EdgeBetween {
+    Point from;
+    Point to;
+    Colour before;
+    Colour after;
+    int tolerance = usualTolerance;
+};
+
+/// Going from one point straight to another, between `minimum` and `maximum` pixels have neither of
+/// two colours: many on a smoothed or shaded stretch, none on a hard one.
+struct MixedBetween {
+    Point from;
+    Point to;
+    Colour first;
+    Colour second;
+    int minimum;
+    int maximum;
+    int tolerance = usualTolerance;
+};
+
+/// One thing that a panel's picture must show.
+using Probe = std::variant<ColourAt, EdgeBetween, MixedBetween>;
+
+/// Holds a picture against the probes of a panel.
+/// \return One sentence for each probe that fails, with the name of the panel, the place, and what
+/// was
+///         expected and found; a picture of another size fails as a whole.
+std::vector<std::string> check(const Panel& panel, const offscreen::Image& image);
+
+} // namespace gallery

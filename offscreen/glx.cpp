@@ -1,0 +1,228 @@
+/// Contexts through GLX, on an X server. The few declarations of Xlib and GLX that are needed stand
+/// here, so that building needs no headers of X.
+
+#include <cstdlib>
+
+#include "platforms.hpp"
+#include "shared_library.hpp"
+
+namespace offscreen {
+namespace {
+
+struct Display;
+using Xid = unsigned long;
+using FbConfig = void*;
+using GlxContext = void*;
+
+struct XErrorEvent {
+    int type;
+    Display* display;
+    Xid resourceId;
+    unsigned long serial;
+    unsigned char errorCode;
+    unsigned char requestCode;
+    unsigned char minorCode;
+};
+
+using XErrorHandler = int (*)(Display*, XErrorEvent*);
+
+// Values of <GL/glx.h>.
+enum GlxAttribute : int {
+    None = 0,
+    DoubleBuffer = 5,
+    RedSize = 8,
+    GreenSize = 9,
+    BlueSize = 10,
+    AlphaSize = 11,
+    DepthSize = 12,
+    StencilSize = 13,
+    DrawableType = 0x8010,
+    PbufferBit = 0x4,
+    RenderType = 0x8011,
+    RgbaBit = 0x1,
+    RgbaType = 0x8014,
+    PbufferHeight = 0x8040,
+    PbufferWidth = 0x8041,
+    SampleBuffers = 100000,
+};
+
+/// The functions of Xlib and GLX.
+class Glx {
+public:
+    Display* (*openDisplay)(const char*) = nullptr;
+    int (*closeDisplay)(Display*) = nullptr;
+    int (*defaultScreen)(Display*) = nullptr;
+    int (*synchronise)(Display*, int) = nullptr;
+    int (*freeData)(void*) = nullptr;
+    XErrorHandler (*setErrorHandler)(XErrorHandler) = nullptr;
+    FbConfig* (*chooseFbConfig)(Display*, int, const int*, int*) = nullptr;
+    Xid (*createPbuffer)(Display*, FbConfig, const int*) = nullptr;
+    void (*destroyPbuffer)(Display*, Xid) = nullptr;
+    GlxContext (*createContext)(Display*, FbConfig, int, GlxContext, int) = nullptr;
+    void (*destroyContext)(Display*, GlxContext) = nullptr;
+    int (*makeContextCurrent)(Display*, Xid, Xid, GlxContext) = nullptr;
+    GlxContext (*getCurrentContext)() = nullptr;
+
+    Glx() : x11_("libX11.so.6"), gl_("libGL.so.1") {
+        x11_.find("XOpenDisplay", openDisplay);
+        x11_.find("XCloseDisplay", closeDisplay);
+        x11_.find("XDefaultScreen", defaultScreen);
+        x11_.find("XSync", synchronise);
+        x11_.find("XFree", freeData);
+        x11_.find("XSetErrorHandler", setErrorHandler);
+        gl_.find("glXChooseFBConfig", chooseFbConfig);
+        gl_.find("glXCreatePbuffer", createPbuffer);
+        gl_.find("glXDestroyPbuffer", destroyPbuffer);
+        gl_.find("glXCreateNewContext", createContext);
+        gl_.find("glXDestroyContext", destroyContext);
+        gl_.find("glXMakeContextCurrent", makeContextCurrent);
+        gl_.find("glXGetCurrentContext", getCurrentContext);
+    }
+
+    /// Why the functions cannot be used; empty where they can.
+    const std::string& error() const { return x11_.error().empty() ? gl_.error() : x11_.error(); }
+
+private:
+    SharedLibrary x11_;
+    SharedLibrary gl_;
+};
+
+/// Keeps errors of the X server from ending the process, as they do by default, and remembers the
+/// latest.
+class XErrorTrap {
+public:
+    explicit XErrorTrap(const Glx& glx) : glx_(glx), before_(glx.setErrorHandler(note)) {
+        latest_ = 0;
+    }
+    ~XErrorTrap() { glx_.setErrorHandler(before_); }
+    XErrorTrap(const XErrorTrap&) = delete;
+    XErrorTrap& operator=(const XErrorTrap&) = delete;
+
+    /// Whether the server has refused anything so far.
+    bool caught(Display* display) const {
+        glx_.synchronise(display, 0);
+        return latest_ != 0;
+    }
+
+    /// What the server answered; the end of a reason.
+    std::string message() const {
+        return latest_ != 0 ? "X error " + std::to_string(latest_) : "no error is reported";
+    }
+
+private:
+    static int note(Display*, XErrorEvent* event) {
+        latest_ = event->errorCode;
+        return 0;
+    }
+
+    inline static int latest_ = 0;
+    const Glx& glx_;
+    XErrorHandler before_;
+};
+
+class GlxPbufferContext final : public Context {
+public:
+    GlxPbufferContext(const Glx& glx, Display* display) : glx_(glx), display_(display) {}
+
+    ~GlxPbufferContext() override {
+        if (context_ != nullptr && glx_.getCurrentContext() == context_)
+            release();
+        if (context_ != nullptr)
+            glx_.destroyContext(display_, context_);
+        if (pbuffer_ != 0)
+            glx_.destroyPbuffer(display_, pbuffer_);
+        glx_.closeDisplay(display_);
+    }
+
+    bool makeCurrent() override {
+        const XErrorTrap trap(glx_);
+        return glx_.makeContextCurrent(display_, pbuffer_, pbuffer_, context_) != 0 &&
+               !trap.caught(display_);
+    }
+
+    void release() override { glx_.makeContextCurrent(display_, 0, 0, nullptr); }
+
+    /// Makes the context and makes it current.
+    /// \return empty, or why that failed.
+    std::string create(const Settings& settings) {
+        const XErrorTrap trap(glx_);
+        const FbConfig config = chooseConfig();
+        if (config == nullptr)
+            return "it has no pbuffers with RGBA8, depth 24, stencil 8";
+        const int size[] = {PbufferWidth, static_cast<int>(settings.width), PbufferHeight,
+                            static_cast<int>(settings.height), None};
+        pbuffer_ = glx_.createPbuffer(display_, config, size);
+        if (pbuffer_ == 0 || trap.caught(display_))
+            return "glXCreatePbuffer: " + trap.message();
+        constexpr int direct = 1;
+        context_ = glx_.createContext(display_, config, RgbaType, nullptr, direct);
+        if (context_ == nullptr || trap.caught(display_))
+            return "glXCreateNewContext: " + trap.message();
+        return makeCurrent() ? "" : "glXMakeContextCurrent: " + trap.message();
+    }
+
+private:
+    /// The config, or null. Drawing goes to a back buffer: Mesa's software drivers would pass a front
+    /// one on to the X server, which refuses it for a pbuffer.
+    FbConfig chooseConfig() const {
+        constexpr int attributes[] = {
+            // clang-format off
+            DrawableType, PbufferBit,
+            RenderType, RgbaBit,
+            DoubleBuffer, 1,
+            RedSize, 8,
+            GreenSize, 8,
+            BlueSize, 8,
+            AlphaSize, 8,
+            DepthSize, 24,
+            StencilSize, 8,
+            SampleBuffers, 0,
+            None,
+            // clang-format on
+        };
+        int count = 0;
+        FbConfig* configs =
+            glx_.chooseFbConfig(display_, glx_.defaultScreen(display_), attributes, &count);
+        const FbConfig config = configs != nullptr && count > 0 ? configs[0] : nullptr;
+        if (configs != nullptr)
+            glx_.freeData(configs);
+        return config;
+    }
+
+    const Glx& glx_;
+    Display* display_;
+    Xid pbuffer_ = 0;
+    GlxContext context_ = nullptr;
+};
+
+/// `$DISPLAY` as a part of a sentence.
+std::string displayName() {
+    const char* name = std::getenv("DISPLAY");
+    return name != nullptr ? "DISPLAY is \"" + std::string(name) + "\"" : "DISPLAY is not set";
+}
+
+} // namespace
+
+std::unique_ptr<Context> openGlx(const Settings& settings, std::string& error) {
+    static const Glx glx;
+    if (!glx.error().empty()) {
+        error = "GLX cannot be used (" + glx.error() +
+                "): install it, for instance with `apt-get install libgl1 libx11-6`.";
+        return nullptr;
+    }
+    Display* display = glx.openDisplay(nullptr);
+    if (display == nullptr) {
+        error = "No X server can be reached (" + displayName() +
+                "): start one, for instance with `xvfb-run -a`, or choose the platform egl.";
+        return nullptr;
+    }
+    auto context = std::make_unique<GlxPbufferContext>(glx, display);
+    const std::string reason = context->create(settings);
+    if (!reason.empty()) {
+        error = "The X server gives no GL context (" + reason + "): " + installDriver;
+        return nullptr;
+    }
+    return context;
+}
+
+} // namespace offscreen

@@ -1,0 +1,72 @@
+#pragma once
+
+/// \file
+/// GL contexts without a window.
+
+#include <memory>
+#include <string>
+
+namespace offscreen {
+
+/// A way to make a context.
+enum class Platform {
+    Egl, ///< EGL, on the first display that works: surfaceless, a device, the default one.
+    EglSurfaceless, ///< EGL on Mesa's surfaceless platform.
+    EglDevice,      ///< EGL on the first graphics device that works.
+    Glx,            ///< GLX on the X server that `$DISPLAY` names.
+};
+
+/// What a context is to be.
+struct Settings {
+    unsigned int width = 256;  ///< Width of the default framebuffer in pixels.
+    unsigned int height = 256; ///< Height of the default framebuffer in pixels.
+    Platform platform = Platform::Egl;
+};
+
+/// Reads a platform from the environment variable `OFFSCREEN_PLATFORM` (`egl`, `egl-surfaceless`,
+/// `egl-device`, `glx`), so that a program can be tried on another one without a change. Leaves
+/// \p platform as it is where the variable is unset or empty.
+/// \param error  One sentence, where the result is false: the variable has another value.
+bool platformFromEnvironment(Platform& platform, std::string& error);
+
+/// A GL context with a default framebuffer that nobody sees: 8 bits each of red, green, blue and
+/// alpha, at least 24 of depth and 8 of stencil, one sample a pixel.
+///
+/// \code
+/// std::string error;
+/// const auto context = offscreen::Context::open({640, 480}, error);
+/// if (context == nullptr || !vellis::engine::init())
+///     return EXIT_FAILURE;
+/// // ... draw ...
+/// const offscreen::Image image = offscreen::readPixels(640, 480);
+/// \endcode
+///
+/// Whatever version the driver gives for a context of the compatibility kind is taken; see
+/// missingRequirement().
+class Context {
+public:
+    /// Makes a context and makes it current on this thread.
+    /// \param error  Where the result is null: one sentence that says what is missing, why, and
+    /// what
+    ///               to do about it.
+    static std::unique_ptr<Context> open(const Settings& settings, std::string& error);
+
+    /// Destroys the context; where it is current, none is current afterwards.
+    virtual ~Context() = default;
+
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+
+    /// Makes the context current on this thread.
+    /// \return false where the platform refuses, for instance because it is current on another
+    ///         thread.
+    virtual bool makeCurrent() = 0;
+
+    /// Leaves this thread without a current context.
+    virtual void release() = 0;
+
+protected:
+    Context() = default;
+};
+
+} // namespace offscreen

@@ -1,0 +1,100 @@
+# Sourced by the scripts beside it, not run: makes the tools and libraries ready that building needs,
+# and builds. Sets `repository`, the root of the checkout.
+# shellcheck shell=bash
+
+repository="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+
+# What a bare Debian 12 lacks: the build, then the library's dependencies, then those of the tests
+# and the examples, with a GL driver that needs no hardware.
+packages=(
+    g++ cmake ninja-build
+    libglm-dev python3 python3-glad
+    libegl-dev libegl1 libgl1 libgl1-mesa-dri libpng-dev libgtest-dev libgmock-dev
+)
+
+# What those packages give, for systems of another kind.
+tools=(c++ cmake python3)
+
+say() {
+    printf '%s\n' "$*"
+}
+
+fail() {
+    printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+    exit 1
+}
+
+# Prints those of the given Debian packages that are not installed.
+missing_packages() {
+    local package
+    for package in "$@"; do
+        # shellcheck disable=SC2016 # the format is dpkg's, not the shell's
+        if [[ "$(dpkg-query --show --showformat '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]]; then
+            printf '%s\n' "$package"
+        fi
+    done
+}
+
+# Runs a command as root.
+as_root() {
+    if [[ "$(id -u)" -eq 0 ]]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        fail "installing needs root: run '$*' as root, then run this again."
+    fi
+}
+
+# Installs what is missing of the given Debian packages; does nothing where all is there.
+install_packages() {
+    local missing
+    mapfile -t missing < <(missing_packages "$@")
+    if [[ ${#missing[@]} -eq 0 ]]; then
+        return
+    fi
+    say "Installing ${missing[*]}"
+    local install=(env DEBIAN_FRONTEND=noninteractive apt-get install --yes --quiet
+        --no-install-recommends "${missing[@]}")
+    # The lists of packages may be missing, as in a fresh container, or too old.
+    as_root "${install[@]}" >/dev/null 2>&1 ||
+        { as_root apt-get update --quiet && as_root "${install[@]}"; } ||
+        fail "'apt-get install ${missing[*]}' failed (see above): install them, then run this again."
+}
+
+# On a system without apt-get and dpkg: says what is needed, and goes on where the tools are there.
+require_tools() {
+    local tool
+    for tool in "${tools[@]}"; do
+        command -v "$tool" >/dev/null ||
+            fail "'$tool' is missing: install what your system calls ${packages[*]}, then run this again."
+    done
+    say "Not a Debian system: nothing is installed. What is needed, by Debian's names: ${packages[*]}"
+}
+
+# Makes everything ready that building and running need.
+install_dependencies() {
+    if command -v apt-get >/dev/null && command -v dpkg-query >/dev/null; then
+        install_packages "${packages[@]}"
+    else
+        require_tools
+    fi
+}
+
+# Configures the given preset in build/<preset> and builds it; further arguments go to the build, for
+# instance --target and a name.
+build_preset() {
+    local preset="$1"
+    shift
+    local options=()
+    # A build folder keeps the generator that it was made with.
+    if [[ ! -e "$repository/build/$preset/CMakeCache.txt" ]] && command -v ninja >/dev/null; then
+        options+=(-G Ninja)
+    fi
+    say "Configuring build/$preset"
+    (cd "$repository" && cmake --preset "$preset" "${options[@]}") ||
+        fail "configuring failed (see above): mend what it names; where the build folder is stale, delete $repository/build/$preset. Then run this again."
+    say "Building build/$preset"
+    cmake --build "$repository/build/$preset" --parallel "$(nproc)" "$@" ||
+        fail "building failed: mend the first error above, then run this again."
+}
