@@ -31,11 +31,12 @@ namespace vellis::engine {
 ///         GL library cannot be used. A failed call leaves the entry points as they were.
 VELLIS_EXPORT bool init();
 
-/// Releases the GL objects that the library's registries still hold. Call it last, with the context
+/// Releases the GL objects that the library's registries still hold: programs first, the built-in
+/// ones included, then buffers. Call it last, with the context
 /// still current. Objects that the application holds itself keep their GL names.
 ///
-/// The entry points stay loaded and the library may be used again: new objects register themselves
-/// again.
+/// The entry points stay loaded and the library may be used again, but for the built-in programs and
+/// the Toolbox, whose calls do nothing from now on.
 VELLIS_EXPORT void dispose();
 
 } // namespace vellis::engine

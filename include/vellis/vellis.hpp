@@ -6,7 +6,9 @@
 #include <vellis/buffers.hpp>
 #include <vellis/drawing.hpp>
 #include <vellis/engine.hpp>
+#include <vellis/framebuffer.hpp>
 #include <vellis/internal.hpp>
 #include <vellis/shading.hpp>
 #include <vellis/state.hpp>
+#include <vellis/texture.hpp>
 #include <vellis/version.hpp>

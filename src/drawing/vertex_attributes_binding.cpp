@@ -1,5 +1,6 @@
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 
+#include <vellis/detail/make_shared.hpp>
 #include <vellis/gl.hpp>
 
 #include "engine/entry_point.hpp"
@@ -9,7 +10,7 @@ namespace vellis {
 const VertexAttributesBinding* VertexAttributesBinding::current_ = nullptr;
 
 std::shared_ptr<VertexAttributesBinding> VertexAttributesBinding::make() {
-    return std::shared_ptr<VertexAttributesBinding>(new VertexAttributesBinding);
+    return detail::makeShared<VertexAttributesBinding>();
 }
 
 VertexAttributesBinding::VertexAttributesBinding() {

@@ -1,6 +1,7 @@
 #include <vellis/engine.hpp>
 
 #include <vellis/buffers/buffer_object_manager.hpp>
+#include <vellis/shading/program_manager.hpp>
 
 #include "engine/loader.hpp"
 
@@ -11,7 +12,7 @@ bool init() {
 }
 
 void dispose() {
-    // Programs are released before the buffers; their registry's dispose belongs here, first.
+    ProgramManager::dispose();
     BufferObjectManager::dispose();
 }
 

@@ -1,8 +1,12 @@
 #include <vellis/shading/program.hpp>
 
+#include <algorithm>
 #include <utility>
 
 #include <vellis/gl.hpp>
+#include <vellis/texture/texture.hpp>
+
+#include "shading/uniform_factory.hpp"
 
 namespace vellis {
 namespace {
@@ -77,6 +81,8 @@ Program::~Program() {
 void Program::dispose() {
     if (id_ == 0)
         return;
+    clearAttributes();
+    clearUniforms();
     glDeleteProgram(id_);
     id_ = 0;
 }
@@ -144,6 +150,8 @@ const Program& Program::null() {
 void Program::link() {
     gl_link();
     bind();
+    initUniforms();
+    initAttributes();
     unbind();
 }
 
@@ -151,6 +159,124 @@ void Program::link(std::initializer_list<unsigned int> outputs) {
     link();
     clearOutputs();
     addOutputs(outputs);
+}
+
+UniformVariable* Program::findUniform(const char* name) const {
+    if (name == nullptr)
+        return nullptr;
+    const auto entry = uniforms_.find(name);
+    return entry != uniforms_.end() ? entry->second.get() : nullptr;
+}
+
+unsigned int Program::getUniformLoc(const char* name) const {
+    const UniformVariable* const uniform = findUniform(name);
+    return static_cast<unsigned int>(uniform != nullptr ? uniform->loc : -1);
+}
+
+const Attrib& Program::getAttrib(const char* name) const {
+    static const Attrib none(-1);
+    if (name == nullptr)
+        return none;
+    const auto entry = attributes_.find(name);
+    return entry != attributes_.end() ? *entry->second : none;
+}
+
+bool Program::hasAttrib(const char* name) const {
+    return name != nullptr && attributes_.find(name) != attributes_.end();
+}
+
+unsigned int Program::getAttribLoc(const char* name) const {
+    return static_cast<unsigned int>(getAttrib(name).loc);
+}
+
+void Program::setUniform(const char* name, const Texture& texture) {
+    if (Uniform<Texture>* const uniform = findUniform<Texture>(name)) {
+        uniform->texture = &texture;
+        setUniform(*uniform);
+    }
+}
+
+void Program::setUniform(const Uniform<Texture>& uniform) {
+    const Uniform<Texture>* const target =
+        uniform.loc < 0 ? findUniform<Texture>(uniform.name) : &uniform;
+    if (target != nullptr && uniform.texture != nullptr)
+        setUniform(target->loc, static_cast<int>(target->unit), *uniform.texture);
+}
+
+void Program::setUniform(int location, int unit, const Texture& texture) {
+    glUniform1i(location, unit);
+    glActiveTexture(GL_TEXTURE0 + static_cast<unsigned int>(unit));
+    texture.bind();
+}
+
+namespace {
+
+/// How many active variables of a kind a program has, and room for the longest of their names.
+struct ActiveVariables {
+    ActiveVariables(unsigned int program, unsigned int countName, unsigned int lengthName) {
+        glGetProgramiv(program, countName, &count);
+        int length = 0;
+        glGetProgramiv(program, lengthName, &length);
+        // Also where GL tells nothing there is room for the final zero.
+        name.resize(static_cast<std::size_t>(length > 0 ? length : 1));
+    }
+
+    int count = 0;
+    std::vector<char> name;
+};
+
+using GetActive = void(GLAD_API_PTR*)(GLuint, GLuint, GLsizei, GLsizei*, GLint*, GLenum*, GLchar*);
+
+/// The active variable of that index: its name is left in \p variables.
+struct ActiveVariable {
+    ActiveVariable(GetActive get, unsigned int program, int index, ActiveVariables& variables) {
+        variables.name[0] = '\0';
+        get(program, static_cast<unsigned int>(index), static_cast<int>(variables.name.size()),
+            nullptr, &size, &type, variables.name.data());
+    }
+
+    int size = 0;
+    unsigned int type = 0;
+};
+
+} // namespace
+
+void Program::initUniforms() {
+    clearUniforms();
+    ActiveVariables variables(id_, GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH);
+    unsigned int nextUnit = 0;
+    for (int i = 0; i < variables.count; ++i) {
+        const ActiveVariable uniform(glGetActiveUniform, id_, i, variables);
+        addUniform(variables.name.data(), uniform.size, uniform.type, nextUnit);
+    }
+}
+
+void Program::addUniform(std::string name, int size, unsigned int type, unsigned int& nextUnit) {
+    int location = glGetUniformLocation(id_, name.c_str());
+    std::shared_ptr<UniformVariable> handle;
+    if (size < 2) {
+        handle = UniformFactory::makeSingle(type, location, nextUnit);
+    } else {
+        name.resize(std::min(name.find('['), name.size()));
+        if (location == -1)
+            location = glGetUniformLocation(id_, name.c_str());
+        if (location == -1)
+            location = glGetUniformLocation(id_, (name + "[0]").c_str());
+        handle = UniformFactory::makeArray(type, location, static_cast<std::size_t>(size));
+    }
+    if (handle != nullptr)
+        uniforms_.try_emplace(std::move(name), std::move(handle));
+}
+
+void Program::initAttributes() {
+    clearAttributes();
+    ActiveVariables variables(id_, GL_ACTIVE_ATTRIBUTES, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH);
+    for (int i = 0; i < variables.count; ++i) {
+        const ActiveVariable attribute(glGetActiveAttrib, id_, i, variables);
+        const char* const name = variables.name.data();
+        const int location = glGetAttribLocation(id_, name);
+        attributes_.try_emplace(name, std::shared_ptr<Attrib>(new Attrib(location)));
+    }
 }
 
 void Program::gl_link() {

@@ -8,6 +8,8 @@
 
 namespace vellis {
 
+struct ToolboxAccess;
+
 /// The process-wide registry of buffers. It owns every buffer that is added to it, until that is
 /// removed or engine::dispose releases them all; a buffer's address is its key. Buffers are not
 /// added by themselves.
@@ -52,6 +54,8 @@ public:
     ~BufferObjectManager();
 
 private:
+    friend struct ToolboxAccess;
+
     BufferObjectManager() = default;
 
     /// The buffer with that key, or an empty pointer.

@@ -9,10 +9,9 @@ namespace vellis {
 
 /// True for the three index types that GL draws with.
 template <class T>
-struct IsIndexType
-    : std::integral_constant<bool, std::is_same<T, unsigned char>::value ||
-                                       std::is_same<T, unsigned short>::value ||
-                                       std::is_same<T, unsigned int>::value> {};
+struct IsIndexType : std::integral_constant<bool, std::is_same<T, unsigned char>::value ||
+                                                      std::is_same<T, unsigned short>::value ||
+                                                      std::is_same<T, unsigned int>::value> {};
 
 /// A buffer of vertex indices: `unsigned char`, `unsigned short` or `unsigned int`.
 ///

@@ -11,7 +11,8 @@ namespace vellis {
 ///
 /// \code
 /// auto pixels = vellis::PixelBuffer::make(vellis::PixelBuffer::DataFlow::Download, 4 * 64 * 64,
-///                                         vellis::BufferUsage::Stream, vellis::BufferAccess::Read);
+///                                         vellis::BufferUsage::Stream,
+///                                         vellis::BufferAccess::Read);
 /// pixels->bind();
 /// glReadPixels(0, 0, 64, 64, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
 /// pixels->unbind();

@@ -11,8 +11,8 @@
 
 namespace vellis {
 
-/// The operations of a buffer that holds elements of one type, counted in elements. It is the common
-/// part of VertexAttributeBuffer and IndexBuffer.
+/// The operations of a buffer that holds elements of one type, counted in elements. It is the
+/// common part of VertexAttributeBuffer and IndexBuffer.
 ///
 /// A store holds at most 4 GiB less one byte: a larger count is cut to what fits.
 ///
@@ -78,7 +78,8 @@ public:
 
 protected:
     TypedBuffer(const T* data, unsigned int count, BufferUsage usage, BufferAccess access)
-        : Base(data, bytes(fitting(count)), usage, access), count_(fitting(count)) {}
+        : Base(data, bytes(fitting(count)), usage, access),
+          count_(fitting(count)) {}
 
 private:
     static constexpr unsigned int maxCount = std::numeric_limits<unsigned int>::max() / sizeof(T);

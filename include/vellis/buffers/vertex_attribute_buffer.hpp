@@ -21,7 +21,8 @@ namespace vellis {
 /// positions->unbind();
 /// \endcode
 ///
-/// make() makes one allocation. BufferObjectManager learns of the buffer only when it is added there.
+/// make() makes one allocation. BufferObjectManager learns of the buffer only when it is added
+/// there.
 template <class T>
 class VertexAttributeBuffer : public TypedBuffer<VertexAttributeBuffer<T>, VertexBuffer, T> {
     using Typed = TypedBuffer<VertexAttributeBuffer<T>, VertexBuffer, T>;

@@ -8,8 +8,8 @@
 
 namespace vellis {
 
-/// The base of everything that can be drawn: a primitive type, a number of vertices, and the binding
-/// that says where their attributes come from. Program::draw draws it.
+/// The base of everything that can be drawn: a primitive type, a number of vertices, and the
+/// binding that says where their attributes come from. Program::draw draws it.
 ///
 /// A subclass sets `numVertices_` and, with the help of a program, `attributesBinding_`:
 ///
@@ -32,8 +32,8 @@ namespace vellis {
 /// };
 /// \endcode
 ///
-/// The static functions set rasterisation state of the current context, at once and for all drawing;
-/// nothing puts it back.
+/// The static functions set rasterisation state of the current context, at once and for all
+/// drawing; nothing puts it back.
 class VELLIS_EXPORT Drawable {
 public:
     /// The GL primitive that the vertices make; each value is the GL enumerator's.
@@ -78,8 +78,8 @@ public:
     /// Program::draw does.
     virtual void draw(unsigned int first, unsigned int count) const;
 
-    /// Draws \p count vertices that \p indices name, from index \p first on, with `glDrawElements`; a
-    /// \p count of 0 means all that remain. Binds the index buffer and then 0 in its place.
+    /// Draws \p count vertices that \p indices name, from index \p first on, with `glDrawElements`;
+    /// a \p count of 0 means all that remain. Binds the index buffer and then 0 in its place.
     /// @{
     virtual void draw(const IndexBuffer<unsigned int>& indices, unsigned int first,
                       unsigned int count) const;
@@ -125,8 +125,8 @@ public:
     static void disablePolygonSmooth();
 
     /// Switches `GL_POINT_SPRITE` and `GL_VERTEX_PROGRAM_POINT_SIZE`: points have coordinates
-    /// (`gl_PointCoord`) and the size that the vertex shader gives them. A context without the first
-    /// switch is asked for its error, once, so that no later check reports it.
+    /// (`gl_PointCoord`) and the size that the vertex shader gives them. A context without the
+    /// first switch is asked for its error, once, so that no later check reports it.
     static void enablePointSprite(bool on);
 
     /// enablePointSprite(false).

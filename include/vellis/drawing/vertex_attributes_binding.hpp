@@ -33,12 +33,13 @@ public:
     /// True for the binding that was bound last, until unbind. GL is not asked.
     bool isCurrent() const { return current_ == this; }
 
+protected:
+    VertexAttributesBinding();
+
 private:
     friend class Program;
 
     static std::shared_ptr<VertexAttributesBinding> make();
-
-    VertexAttributesBinding();
 
     unsigned int id() const { return id_; }
 

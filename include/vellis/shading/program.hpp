@@ -1,17 +1,46 @@
 #pragma once
 
+#include <cstring>
 #include <initializer_list>
+#include <map>
 #include <memory>
+#include <string>
+#include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 #include <vellis/drawing/drawable.hpp>
 #include <vellis/export.hpp>
+#include <vellis/shading/attrib.hpp>
 #include <vellis/shading/shader.hpp>
+#include <vellis/shading/uniform.hpp>
 
 namespace vellis {
 
-/// A GL program, linked from one vertex shader and one fragment shader, through which a caller binds
-/// and draws.
+class Texture;
+struct ToolboxAccess;
+
+namespace detail {
+
+/// Orders names byte by byte, and finds them without making strings of them.
+struct NameLess {
+    using is_transparent = void;
+
+    bool operator()(const std::string& a, const std::string& b) const {
+        return std::strcmp(a.c_str(), b.c_str()) < 0;
+    }
+    bool operator()(const std::string& a, const char* b) const {
+        return std::strcmp(a.c_str(), b) < 0;
+    }
+    bool operator()(const char* a, const std::string& b) const {
+        return std::strcmp(a, b.c_str()) < 0;
+    }
+};
+
+} // namespace detail
+
+/// A GL program, linked from one vertex shader and one fragment shader, through which a caller
+/// binds and draws.
 ///
 /// \code
 /// auto program = vellis::Program::make(vertexSource, fragmentSource);
@@ -21,13 +50,32 @@ namespace vellis {
 /// \endcode
 ///
 /// Linking never fails loudly: a program that did not link is an object like any other, whose
-/// hasLinkError() is true.
+/// hasLinkError() is true. (Linking uses the program for a moment, which such a program refuses
+/// with `GL_INVALID_OPERATION`.)
+///
+/// **Uniforms and attributes.** Each link reads the active uniforms and attributes into tables of
+/// handles by name. A uniform array goes by its name without brackets; one of a single element is
+/// no array, and goes by the name that GL reports, mostly `name[0]`. Sampler uniforms get the
+/// texture units 0, 1, 2 … in GL's order. Uniforms of other types than IsUniformValue and 1D, 2D
+/// and 3D samplers have no handle, and neither have arrays of matrices and of samplers.
+///
+/// \code
+/// program->bind();
+/// program->setUniform("color", glm::vec4(1.f, 0.5f, 0.f, 1.f));
+/// program->setUniform("image", texture); // binds it on the sampler's unit
+/// program->draw(triangle);
+/// \endcode
+///
+/// A uniform is set for the program in use, so bind first: GL refuses it with
+/// `GL_INVALID_OPERATION` where there is none. It stays set when the program is unbound. An unknown
+/// name is no error: locations are then `0xFFFFFFFF`, handles inert. Ask hasUniform and hasAttrib
+/// first where it matters.
 ///
 /// After draw and unbind no program is in use and no vertex array object is bound, whatever was
 /// before.
 ///
-/// Copies copy the GL name, and each destructor deletes it: hold a program through the shared
-/// pointer that made it.
+/// Copies copy the GL name, and each destructor deletes it; they share the handles. Hold a program
+/// through the shared pointer that made it.
 class VELLIS_EXPORT Program {
 public:
     /// A GL program with nothing attached.
@@ -38,8 +86,8 @@ public:
     static std::shared_ptr<Program> make(const std::shared_ptr<VertexShader>& vertexShader,
                                          const std::shared_ptr<FragmentShader>& fragmentShader);
 
-    /// The same, and records \p outputs: the indices of the fragment outputs that the shader writes.
-    /// They are only kept, for getOutputs(); the shader says itself where its outputs are
+    /// The same, and records \p outputs: the indices of the fragment outputs that the shader
+    /// writes. They are only kept, for getOutputs(); the shader says itself where its outputs are
     /// (`layout(location = …)`).
     static std::shared_ptr<Program> make(const std::shared_ptr<VertexShader>& vertexShader,
                                          const std::shared_ptr<FragmentShader>& fragmentShader,
@@ -59,8 +107,8 @@ public:
     /// Deletes the GL program, as dispose() does.
     virtual ~Program();
 
-    /// Deletes the GL program with `glDeleteProgram` and sets the name to 0; a second call does
-    /// nothing. GL keeps a program for as long as it is in use.
+    /// Deletes the GL program with `glDeleteProgram`, empties both tables and sets the name to 0; a
+    /// second call does nothing. GL keeps a program for as long as it is in use.
     void dispose();
 
     /// The GL name; 0 once disposed, and where GL could not make the program.
@@ -75,8 +123,8 @@ public:
     /// `glUseProgram`.
     void bind() const;
 
-    /// `glUseProgram`, then binds \p binding, which the program keeps until unbind. An empty pointer
-    /// binds nothing.
+    /// `glUseProgram`, then binds \p binding, which the program keeps until unbind. An empty
+    /// pointer binds nothing.
     void bind(const std::shared_ptr<VertexAttributesBinding>& binding) const;
 
     /// Unbinds the binding that was bound through this program, if there is one, and then the
@@ -102,14 +150,81 @@ public:
         unbind();
     }
 
-    /// Makes a vertex attribute binding and binds it: the buffers and attribute pointers that are set
-    /// up from now on land in it, until finishAttributesBinding(). A binding begun before and not
-    /// finished is dropped.
+    /// Makes a vertex attribute binding and binds it: the buffers and attribute pointers that are
+    /// set up from now on land in it, until finishAttributesBinding(). A binding begun before and
+    /// not finished is dropped.
     void beginAttributesBinding() const;
 
     /// Ends what beginAttributesBinding() began; binds the vertex array object 0.
     /// \return the binding, typically for a Drawable to keep; empty if none was begun.
     std::shared_ptr<VertexAttributesBinding> finishAttributesBinding() const;
+
+    /// Whether there is an active uniform of that name that has a handle.
+    bool hasUniform(const char* name) const { return findUniform(name) != nullptr; }
+
+    /// Whether there is an active attribute of that name.
+    bool hasAttrib(const char* name) const;
+
+    /// The GL location of a uniform; `0xFFFFFFFF` for an unknown name.
+    unsigned int getUniformLoc(const char* name) const;
+
+    /// The GL location of an attribute, for `glVertexAttribPointer`; `0xFFFFFFFF` for an unknown
+    /// name.
+    unsigned int getAttribLoc(const char* name) const;
+
+    /// The handle of a uniform. It stays valid until the program links again or is disposed.
+    ///
+    /// Where there is no uniform of that name and type the handle is inert: its location is -1,
+    /// which GL ignores, and what is stored in it is gone with the next lookup.
+    ///
+    /// \tparam T  A type of IsUniformValue, or `Texture`.
+    template <class T>
+    Uniform<T>& getUniform(const char* name) {
+        Uniform<T>* const uniform = findUniform<T>(name);
+        return uniform != nullptr ? *uniform : inert<T>();
+    }
+
+    /// The handle of a sampler: getUniform<Texture>.
+    Uniform<Texture>& getUniformTexture(const char* name) { return getUniform<Texture>(name); }
+
+    /// Sets the uniform of that name with the one GL call of its type, and keeps the value in its
+    /// handle. Where there is no uniform of that name and type, the call goes to location -1, which
+    /// GL ignores, and nothing is kept. A list is sent with its own length, from the first element
+    /// of the array on.
+    ///
+    /// \tparam T  A type of IsUniformValue, which the type of the uniform must be exactly.
+    template <class T, class = std::enable_if_t<IsUniformValue<T>::value>>
+    void setUniform(const char* name, const T& value) {
+        int location = -1;
+        if (Uniform<T>* const uniform = findUniform<T>(name)) {
+            uniform->value = value;
+            location = uniform->loc;
+        }
+        detail::sendUniform(location, value);
+    }
+
+    /// Sends the value of a handle to its location, or, where it has none, to that of this
+    /// program's uniform of its name and type.
+    template <class T, class = std::enable_if_t<IsUniformValue<T>::value>>
+    void setUniform(const Uniform<T>& uniform) {
+        const UniformVariable* const target = uniform.loc < 0
+                                                  ? findUniform<T>(uniform.name)
+                                                  : static_cast<const UniformVariable*>(&uniform);
+        detail::sendUniform(target != nullptr ? target->loc : -1, uniform.value);
+    }
+
+    /// Binds \p texture on the unit of the sampler of that name: `glUniform1i`, `glActiveTexture`,
+    /// Texture::bind. The handle keeps the texture's address. The active unit stays that one. Makes
+    /// no GL call where there is no sampler of that name.
+    void setUniform(const char* name, const Texture& texture);
+
+    /// The same with the location, the unit and the texture of a handle, or, where it has no
+    /// location, with the location and unit of this program's sampler of its name. Makes no GL call
+    /// where the handle has no texture or the program no such sampler.
+    void setUniform(const Uniform<Texture>& uniform);
+
+    /// The same with a location and a unit of one's own.
+    void setUniform(int location, int unit, const Texture& texture);
 
     /// The program in use, whoever made it: one object whose id() is what GL answered last to
     /// `GL_CURRENT_PROGRAM`, here and now, or 0. It knows nothing else of that program, and never
@@ -140,19 +255,50 @@ protected:
     /// The same, and records \p outputs in place of those recorded before.
     void link(std::initializer_list<unsigned int> outputs);
 
+    /// The handle of an attribute; one with location -1 for an unknown name.
+    const Attrib& getAttrib(const char* name) const;
+
     unsigned int id_;
 
 private:
+    friend struct ToolboxAccess;
+
     /// bind with the drawable's binding.
     void bind(const Drawable& drawable) const;
 
+    /// The handle of that name, or null; a null name finds nothing.
+    UniformVariable* findUniform(const char* name) const;
+
+    /// The handle of that name and type, or null.
+    template <class T>
+    Uniform<T>* findUniform(const char* name) const {
+        UniformVariable* const uniform = findUniform(name);
+        return uniform != nullptr && typeid(*uniform) == typeid(Uniform<T>)
+                   ? static_cast<Uniform<T>*>(uniform)
+                   : nullptr;
+    }
+
+    /// A handle with location -1 and its first value.
+    template <class T>
+    static Uniform<T>& inert() {
+        static Uniform<T> uniform(-1);
+        return uniform = Uniform<T>(-1);
+    }
+
     void gl_link();
+    void initUniforms();
+    void initAttributes();
+    void clearUniforms() { uniforms_.clear(); }
+    void clearAttributes() { attributes_.clear(); }
+    void addUniform(std::string name, int size, unsigned int type, unsigned int& nextUnit);
     void addOutputs(unsigned int output);
     void addOutputs(std::initializer_list<unsigned int> outputs);
     void clearOutputs();
 
     std::shared_ptr<VertexShader> vertexShader_;
     std::shared_ptr<FragmentShader> fragmentShader_;
+    std::map<std::string, std::shared_ptr<UniformVariable>, detail::NameLess> uniforms_;
+    std::map<std::string, std::shared_ptr<Attrib>, detail::NameLess> attributes_;
     std::vector<unsigned int> outputs_;
     mutable bool bound_ = false;
     mutable std::shared_ptr<VertexAttributesBinding> attributesBinding_;

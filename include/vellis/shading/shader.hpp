@@ -37,8 +37,8 @@ namespace vellis {
 /// Nothing is printed or thrown where the source does not compile: ask hasCompilationError, and GL
 /// for the log. GL keeps a deleted shader for as long as a program has it attached.
 ///
-/// Copies copy the GL name, and each destructor deletes it: hold a shader through the shared pointer
-/// that made it.
+/// Copies copy the GL name, and each destructor deletes it: hold a shader through the shared
+/// pointer that made it.
 class VELLIS_EXPORT Shader {
 public:
     /// The GL version whose GLSL the source is compiled as, times 100. Any other value counts as

@@ -1,0 +1,156 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include <vellis/drawing/drawable.hpp>
+#include <vellis/drawing/vertex_attribute.hpp>
+#include <vellis/export.hpp>
+#include <vellis/shading/program.hpp>
+
+namespace vellis {
+
+namespace detail {
+
+/// A VertexAttribute without its type.
+struct AttributeSource {
+    const char* name;
+    int location;
+    const VertexBuffer* buffer;
+    int components;
+    unsigned int type;
+    bool normalized;
+    unsigned int offset;
+    unsigned int elementSize;
+
+    template <class T>
+    explicit AttributeSource(const VertexAttribute<T>& attribute)
+        : name(attribute.name),
+          location(attribute.location),
+          buffer(attribute.buffer.get()),
+          components(AttributeFormat<T>::components),
+          type(AttributeFormat<T>::type),
+          normalized(attribute.normalized),
+          offset(attribute.offset),
+          elementSize(sizeof(T)) {}
+};
+
+/// The part of the drawable templates that does not depend on their types.
+class VELLIS_EXPORT RecordedDrawable : public Drawable {
+public:
+    ~RecordedDrawable() override;
+
+protected:
+    explicit RecordedDrawable(PrimitiveType type) : Drawable(type) {}
+
+    /// Records \p count attributes in a binding of \p program and counts the vertices.
+    void record(const Program* program, const AttributeSource* attributes, std::size_t count);
+};
+
+} // namespace detail
+
+/// Drawables of one primitive over the vertex attributes of a program.
+///
+/// \code
+/// auto positions = vellis::VertexAttributeBuffer<glm::vec2>::make(
+///     {{-1.f, 0.f}, {0.f, 1.f}, {1.f, 0.f}}, vellis::BufferUsage::Static,
+///     vellis::BufferAccess::Draw);
+/// auto line = vellis::drawable::LineStrip<vellis::VertexAttribute<glm::vec2>>::make(
+///     program, {"position", positions});
+/// program->draw(*line);
+/// \endcode
+namespace drawable {
+
+/// A drawable of a given primitive over one vertex attribute or several: Points, Lines, LineLoop,
+/// LineStrip, Triangles, TriangleStrip and TriangleFan name its kinds.
+///
+/// Construction records the attributes in a vertex attribute binding: `glUseProgram`,
+/// `glGenVertexArrays`, `glBindVertexArray`; for each attribute `glBindBuffer`,
+/// `glVertexAttribPointer`, `glEnableVertexAttribArray`, `glBindBuffer(…, 0)`; then
+/// `glBindVertexArray(0)` and `glUseProgram(0)`. No program is in use afterwards.
+///
+/// The number of vertices is the smallest number of elements that an attribute has from its offset
+/// on: 0 where an offset lies beyond its buffer or a buffer is missing. The drawable does not keep
+/// the buffers: they must live for as long as it is drawn.
+///
+/// An attribute whose name the program does not have gets location `0xFFFFFFFF`, which GL refuses
+/// with `GL_INVALID_VALUE`.
+///
+/// \tparam type        The primitive.
+/// \tparam Attributes  VertexAttribute of any types.
+template <Drawable::PrimitiveType type, class... Attributes>
+class Primitive : public detail::RecordedDrawable {
+    static_assert(sizeof...(Attributes) > 0, "there is nothing to draw without an attribute");
+
+public:
+    /// Records the attributes. An empty \p program records nothing.
+    explicit Primitive(const std::shared_ptr<Program>& program, const Attributes&... attributes)
+        : RecordedDrawable(type) {
+        const detail::AttributeSource sources[] = {detail::AttributeSource(attributes)...};
+        record(program.get(), sources, sizeof...(Attributes));
+    }
+
+    /// A drawable in a shared pointer, with one allocation for both.
+    static std::shared_ptr<Primitive> make(const std::shared_ptr<Program>& program,
+                                           const Attributes&... attributes) {
+        return std::make_shared<Primitive>(program, attributes...);
+    }
+};
+
+/// A point for each vertex.
+template <class... Attributes>
+using Points = Primitive<Drawable::PrimitiveType::Points, Attributes...>;
+
+/// A line for each two vertices.
+template <class... Attributes>
+using Lines = Primitive<Drawable::PrimitiveType::Lines, Attributes...>;
+
+/// A line through all vertices and back to the first.
+template <class... Attributes>
+using LineLoop = Primitive<Drawable::PrimitiveType::LineLoop, Attributes...>;
+
+/// A line through all vertices.
+template <class... Attributes>
+using LineStrip = Primitive<Drawable::PrimitiveType::LineStrip, Attributes...>;
+
+/// A triangle for each three vertices.
+template <class... Attributes>
+using Triangles = Primitive<Drawable::PrimitiveType::Triangles, Attributes...>;
+
+/// A triangle for each vertex from the third on, with the two before it.
+template <class... Attributes>
+using TriangleStrip = Primitive<Drawable::PrimitiveType::TriangleStrip, Attributes...>;
+
+/// A triangle for each vertex from the third on, with the first and the one before it.
+template <class... Attributes>
+using TriangleFan = Primitive<Drawable::PrimitiveType::TriangleFan, Attributes...>;
+
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::Points, VertexAttribute<glm::vec2>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::Points, VertexAttribute<glm::vec3>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::Lines, VertexAttribute<glm::vec2>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::Lines, VertexAttribute<glm::vec3>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::LineLoop, VertexAttribute<glm::vec2>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::LineLoop, VertexAttribute<glm::vec3>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::LineStrip, VertexAttribute<glm::vec2>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::LineStrip, VertexAttribute<glm::vec3>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::LineStrip, VertexAttribute<glm::vec4>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::TriangleStrip, VertexAttribute<glm::vec2>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::TriangleStrip, VertexAttribute<glm::vec3>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::TriangleFan, VertexAttribute<glm::vec2>>;
+extern template class VELLIS_EXPORT
+    Primitive<Drawable::PrimitiveType::TriangleFan, VertexAttribute<glm::vec3>>;
+
+} // namespace drawable
+} // namespace vellis

@@ -1,0 +1,268 @@
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+
+#include <glm/mat4x4.hpp>
+#include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
+#include <glm/vec4.hpp>
+
+#include <vellis/buffers/vertex_attribute_buffer.hpp>
+#include <vellis/export.hpp>
+
+namespace vellis {
+
+/// Simple geometry in one call: lines, strips, loops, fans, soft round points, bullseyes, dashed
+/// lines, quads and rectangles, in flat colours, under a model-view-projection matrix.
+///
+/// \code
+/// const glm::vec4 orange(1.f, 0.5f, 0.f, 1.f);
+/// const glm::mat4 mvp(1.f); // clip coordinates
+/// vellis::Toolbox::drawLineStrip(orange, {{-0.5f, 0.f}, {0.f, 0.5f}, {0.5f, 0.f}}, mvp);
+/// vellis::Toolbox::drawPoints(orange, 12.f, {{-0.5f, 0.f}, {0.5f, 0.f}}, mvp);
+/// \endcode
+///
+/// Colours are red, green, blue and alpha from 0 to 1. A list of points may be written with braces
+/// or name points of one's own. Points are 2D (`glm::vec2`, in the plane z = 0) or 3D
+/// (`glm::vec3`).
+///
+/// **How it draws.** Points that are not in a buffer of the caller's are written to the start of
+/// one shared buffer of 1024 bytes: up to 128 2D or 85 3D points a call, 85 or 64 of a dashed line.
+/// GL refuses a larger upload with `GL_INVALID_VALUE`, and the call draws what the buffer held
+/// before. Null points upload nothing and draw what the buffer holds. A count of 0, which is also
+/// that of an empty list, means all from `first` on to the 1024th vertex, most of which lie beyond
+/// the shared buffer's end: pass counts above 0. Of a buffer of the caller's it means all that
+/// remain.
+///
+/// **State.** After a call no program is in use, and no vertex array object and no array buffer is
+/// bound. The point families (drawPoints, drawBullseyes) put the blend state back and leave point
+/// sprites and program point size off; of the errors pending in GL's queue each of their calls takes
+/// two, as Drawable::enablePointSprite does one. Nothing else is changed.
+///
+/// **Cost.** Each call makes and deletes a vertex array object. It allocates memory for that and,
+/// for a dashed line, for the points.
+///
+/// After engine::dispose the calls do nothing.
+class VELLIS_EXPORT Toolbox {
+public:
+    /// The one instance, which has nothing to ask: all functions are static.
+    static Toolbox& instance();
+
+    /// The shared buffer, which the first call makes and BufferObjectManager owns. Empty once the
+    /// registry has let go of it: it is not made again. Do not call this for the first time after
+    /// engine::dispose.
+    static std::shared_ptr<VertexAttributeBuffer<unsigned char>> getVertexBuffer();
+
+    /// \name Lines
+    /// Draws a line for each two points.
+    ///
+    /// \param first   The first point to draw; those before it are uploaded as well.
+    /// \param count   The number of points to draw.
+    /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
+    /// @{
+    static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
+                          const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                          const glm::mat4& mvp);
+    static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
+                          const glm::vec2* points, const glm::mat4& mvp);
+    static void drawLines(const glm::vec4& color, unsigned int count, const glm::vec2* points,
+                          const glm::mat4& mvp);
+    static void drawLines(const glm::vec4& color, std::initializer_list<glm::vec2> points,
+                          const glm::mat4& mvp);
+    static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
+                          const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                          const glm::mat4& mvp);
+    static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
+                          const glm::vec3* points, const glm::mat4& mvp);
+    static void drawLines(const glm::vec4& color, unsigned int count, const glm::vec3* points,
+                          const glm::mat4& mvp);
+    static void drawLines(const glm::vec4& color, std::initializer_list<glm::vec3> points,
+                          const glm::mat4& mvp);
+    /// @}
+
+    /// \name LineStrip
+    /// Draws a line through the points.
+    ///
+    /// \param first   The first point to draw; those before it are uploaded as well.
+    /// \param count   The number of points to draw.
+    /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
+    /// @{
+    static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                              const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                              const glm::mat4& mvp);
+    static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                              const glm::vec2* points, const glm::mat4& mvp);
+    static void drawLineStrip(const glm::vec4& color, unsigned int count, const glm::vec2* points,
+                              const glm::mat4& mvp);
+    static void drawLineStrip(const glm::vec4& color, std::initializer_list<glm::vec2> points,
+                              const glm::mat4& mvp);
+    static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                              const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                              const glm::mat4& mvp);
+    static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                              const glm::vec3* points, const glm::mat4& mvp);
+    static void drawLineStrip(const glm::vec4& color, unsigned int count, const glm::vec3* points,
+                              const glm::mat4& mvp);
+    static void drawLineStrip(const glm::vec4& color, std::initializer_list<glm::vec3> points,
+                              const glm::mat4& mvp);
+    /// @}
+
+    /// \name LineLoop
+    /// Draws a line through the points and back to the first.
+    ///
+    /// \param first   The first point to draw; those before it are uploaded as well.
+    /// \param count   The number of points to draw.
+    /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
+    /// @{
+    static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
+                             const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                             const glm::mat4& mvp);
+    static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
+                             const glm::vec2* points, const glm::mat4& mvp);
+    static void drawLineLoop(const glm::vec4& color, unsigned int count, const glm::vec2* points,
+                             const glm::mat4& mvp);
+    static void drawLineLoop(const glm::vec4& color, std::initializer_list<glm::vec2> points,
+                             const glm::mat4& mvp);
+    static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
+                             const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                             const glm::mat4& mvp);
+    static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
+                             const glm::vec3* points, const glm::mat4& mvp);
+    static void drawLineLoop(const glm::vec4& color, unsigned int count, const glm::vec3* points,
+                             const glm::mat4& mvp);
+    static void drawLineLoop(const glm::vec4& color, std::initializer_list<glm::vec3> points,
+                             const glm::mat4& mvp);
+    /// @}
+
+    /// \name TriangleFan
+    /// Draws a triangle for each point from the third on, with the first and the one before it.
+    ///
+    /// \param first   The first point to draw; those before it are uploaded as well.
+    /// \param count   The number of points to draw.
+    /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
+    /// @{
+    static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
+                                const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                                const glm::mat4& mvp);
+    static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
+                                const glm::vec2* points, const glm::mat4& mvp);
+    static void drawTriangleFan(const glm::vec4& color, unsigned int count, const glm::vec2* points,
+                                const glm::mat4& mvp);
+    static void drawTriangleFan(const glm::vec4& color, std::initializer_list<glm::vec2> points,
+                                const glm::mat4& mvp);
+    static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
+                                const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                                const glm::mat4& mvp);
+    static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
+                                const glm::vec3* points, const glm::mat4& mvp);
+    static void drawTriangleFan(const glm::vec4& color, unsigned int count, const glm::vec3* points,
+                                const glm::mat4& mvp);
+    static void drawTriangleFan(const glm::vec4& color, std::initializer_list<glm::vec3> points,
+                                const glm::mat4& mvp);
+    /// @}
+
+    /// \name TriangleStrip
+    /// Draws a triangle for each point from the third on, with the two before it.
+    ///
+    /// \param first   The first point to draw; those before it are uploaded as well.
+    /// \param count   The number of points to draw.
+    /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
+    /// @{
+    static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                                  const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                                  const glm::mat4& mvp);
+    static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                                  const glm::vec2* points, const glm::mat4& mvp);
+    static void drawTriangleStrip(const glm::vec4& color, unsigned int count,
+                                  const glm::vec2* points, const glm::mat4& mvp);
+    static void drawTriangleStrip(const glm::vec4& color, std::initializer_list<glm::vec2> points,
+                                  const glm::mat4& mvp);
+    static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                                  const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                                  const glm::mat4& mvp);
+    static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                                  const glm::vec3* points, const glm::mat4& mvp);
+    static void drawTriangleStrip(const glm::vec4& color, unsigned int count,
+                                  const glm::vec3* points, const glm::mat4& mvp);
+    static void drawTriangleStrip(const glm::vec4& color, std::initializer_list<glm::vec3> points,
+                                  const glm::mat4& mvp);
+    /// @}
+
+    /// \name Points
+    /// Draws round points with a soft rim, blended over what is there.
+    ///
+    /// \param size   The diameter in pixels; the driver limits it to `GL_ALIASED_POINT_SIZE_RANGE`.
+    /// \param first  The first point to draw; those before it are uploaded as well.
+    /// \param count  The number of points to draw.
+    /// @{
+    static void drawPoints(const glm::vec4& color, float size, unsigned int first,
+                           unsigned int count, const glm::vec2* points, const glm::mat4& mvp);
+    static void drawPoints(const glm::vec4& color, float size, unsigned int count,
+                           const glm::vec2* points, const glm::mat4& mvp);
+    static void drawPoints(const glm::vec4& color, float size,
+                           std::initializer_list<glm::vec2> points, const glm::mat4& mvp);
+    static void drawPoints(const glm::vec4& color, float size, unsigned int first,
+                           unsigned int count, const glm::vec3* points, const glm::mat4& mvp);
+    static void drawPoints(const glm::vec4& color, float size, unsigned int count,
+                           const glm::vec3* points, const glm::mat4& mvp);
+    static void drawPoints(const glm::vec4& color, float size,
+                           std::initializer_list<glm::vec3> points, const glm::mat4& mvp);
+    /// @}
+
+    /// \name Bullseyes
+    /// Draws round marks of three rings: a disc of \p color, on it one of \p color2 with 0.7 times
+    /// the diameter, and on it one of \p color with 0.3 times.
+    ///
+    /// \param radius  The diameter of the mark in pixels, as the point size of the outermost disc.
+    /// @{
+    static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
+                              unsigned int count, const glm::vec2* points, const glm::mat4& mvp);
+    static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
+                              std::initializer_list<glm::vec2> points, const glm::mat4& mvp);
+    static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
+                              unsigned int count, const glm::vec3* points, const glm::mat4& mvp);
+    static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
+                              std::initializer_list<glm::vec3> points, const glm::mat4& mvp);
+    /// @}
+
+    /// \name Dashed lines
+    /// Draws a dashed line through the points, starting with a dash at the first. The pattern goes
+    /// on around the corners.
+    ///
+    /// \param dash, gap  The lengths of a dash and of a gap, in the units of the points.
+    /// @{
+    static void drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
+                                  const glm::vec2* points, const glm::mat4& mvp);
+    static void drawDashLineStrip(const glm::vec4& color, float dash, float gap,
+                                  std::initializer_list<glm::vec2> points, const glm::mat4& mvp);
+    static void drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
+                                  const glm::vec3* points, const glm::mat4& mvp);
+    static void drawDashLineStrip(const glm::vec4& color, float dash, float gap,
+                                  std::initializer_list<glm::vec3> points, const glm::mat4& mvp);
+    /// @}
+
+    /// \name Quads
+    /// Draws a filled quad of four points in order around it, and with a second colour its outline
+    /// over it. Of a list that is too short the rest is the origin; of one too long the rest is
+    /// left out.
+    /// @{
+    static void drawQuad(const glm::vec4& color, const glm::vec3* points, const glm::mat4& mvp);
+    static void drawQuad(const glm::vec4& color, std::initializer_list<glm::vec3> points,
+                         const glm::mat4& mvp);
+    static void drawQuad(const glm::vec4& fillColor, const glm::vec4& outlineColor,
+                         const glm::vec3* points, const glm::mat4& mvp);
+    static void drawQuad(const glm::vec4& fillColor, const glm::vec4& outlineColor,
+                         std::initializer_list<glm::vec3> points, const glm::mat4& mvp);
+    /// @}
+
+    /// Draws a filled rectangle whose sides are parallel to the axes, with opposite corners \p a
+    /// and \p b.
+    static void drawRect(const glm::vec4& color, const glm::vec2& a, const glm::vec2& b,
+                         const glm::mat4& mvp);
+
+private:
+    Toolbox() = default;
+};
+
+} // namespace vellis

@@ -1,0 +1,6 @@
+#pragma once
+
+/// \file
+/// Framebuffers, the state of the fragment pipeline, blits and read-back.
+
+#include <vellis/framebuffer/framebuffer.hpp>

@@ -1,0 +1,173 @@
+#pragma once
+
+#include <cstddef>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <glm/mat3x3.hpp>
+#include <glm/mat4x4.hpp>
+#include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
+#include <glm/vec4.hpp>
+
+#include <vellis/export.hpp>
+
+namespace vellis {
+
+class Texture;
+
+/// What the handles of all uniforms have in common.
+class VELLIS_EXPORT UniformVariable {
+public:
+    UniformVariable(const UniformVariable&) = default;
+    UniformVariable& operator=(const UniformVariable&) = default;
+    virtual ~UniformVariable();
+
+    /// The GL location; -1 where it is not known.
+    int loc;
+
+    /// The name under which a handle without a location is looked up in the program that it is set
+    /// for; null for the handles of a program. Not owned.
+    const char* name;
+
+protected:
+    explicit UniformVariable(int location) : loc(location), name(nullptr) {}
+    explicit UniformVariable(const char* uniformName) : loc(-1), name(uniformName) {}
+
+    bool isLocValid() const { return loc >= 0; }
+};
+
+/// True for the types that a uniform array can have as elements: `int`, `unsigned int`, `float`,
+/// and the glm vectors of 2 to 4 of them.
+template <class T>
+struct IsUniformElement : std::false_type {};
+
+/// True for the 26 types that a uniform's value can have: an element, `glm::mat3`, `glm::mat4`, or
+/// a `std::vector` of elements for an array. Neither `bool` nor `double` is among them. Unsigned
+/// ones need OpenGL 3.0 or `GL_EXT_gpu_shader4`: a context that has neither is sent none.
+template <class T>
+struct IsUniformValue : IsUniformElement<T> {};
+
+template <>
+struct IsUniformElement<int> : std::true_type {};
+template <>
+struct IsUniformElement<unsigned int> : std::true_type {};
+template <>
+struct IsUniformElement<float> : std::true_type {};
+template <glm::length_t N, class T>
+struct IsUniformElement<glm::vec<N, T, glm::defaultp>>
+    : std::integral_constant<bool, (N >= 2) && IsUniformElement<T>::value> {};
+template <>
+struct IsUniformValue<glm::mat3> : std::true_type {};
+template <>
+struct IsUniformValue<glm::mat4> : std::true_type {};
+template <class T>
+struct IsUniformValue<std::vector<T>> : IsUniformElement<T> {};
+
+namespace detail {
+
+/// The value that a uniform starts with: zeros, or the identity.
+template <class T>
+T initialUniformValue() {
+    if constexpr (std::is_same<T, glm::mat3>::value || std::is_same<T, glm::mat4>::value)
+        return T(1.f);
+    else
+        return T();
+}
+
+/// Sends a value to a location of the program in use with the one GL call of its type:
+/// `glUniform1i`, `glUniform4fv`, `glUniformMatrix4fv` … There is a definition for each of the 26
+/// types of value.
+template <class T>
+VELLIS_EXPORT void sendUniform(int location, const T& value);
+
+} // namespace detail
+
+/// A handle of a uniform: its location, and the value last set through the program's own handle.
+///
+/// A program makes its own handles when it links, and Program::getUniform finds them. A caller may
+/// make a handle from a name, to be set for whichever program has a uniform of that name and type:
+///
+/// \code
+/// vellis::Uniform<float> radius("radius", 3.f);
+/// program->bind();
+/// program->setUniform(radius);
+/// \endcode
+///
+/// \tparam T  One of the 26 types of IsUniformValue, or `Texture`.
+template <class T>
+class Uniform : public UniformVariable {
+    static_assert(IsUniformValue<T>::value, "GL 2.1 has no uniforms of this type");
+
+public:
+    /// A handle that is looked up by \p uniformName, which must outlive it.
+    explicit Uniform(const char* uniformName, T initial = detail::initialUniformValue<T>())
+        : UniformVariable(uniformName),
+          value(std::move(initial)) {}
+
+    /// The value, which reaches GL only when the uniform is set.
+    T value;
+
+private:
+    friend class Program;
+    friend struct UniformFactory;
+
+    explicit Uniform(int location, T initial = detail::initialUniformValue<T>())
+        : UniformVariable(location),
+          value(std::move(initial)) {}
+};
+
+/// A handle of a sampler: the texture unit that the program gave it, and the texture last set.
+template <>
+class VELLIS_EXPORT Uniform<Texture> : public UniformVariable {
+public:
+    /// A handle that is looked up by \p uniformName, which must outlive it.
+    explicit Uniform(const char* uniformName, const Texture* initial = nullptr)
+        : UniformVariable(uniformName),
+          texture(initial) {}
+
+    /// The texture, or null. Not owned: it must be alive when the handle is set.
+    const Texture* texture;
+
+    /// The texture unit.
+    unsigned int unit = 0;
+
+private:
+    friend class Program;
+    friend struct UniformFactory;
+
+    explicit Uniform(int location, unsigned int textureUnit = 0)
+        : UniformVariable(location),
+          texture(nullptr),
+          unit(textureUnit) {}
+};
+
+extern template class VELLIS_EXPORT Uniform<int>;
+extern template class VELLIS_EXPORT Uniform<unsigned int>;
+extern template class VELLIS_EXPORT Uniform<float>;
+extern template class VELLIS_EXPORT Uniform<glm::vec2>;
+extern template class VELLIS_EXPORT Uniform<glm::vec3>;
+extern template class VELLIS_EXPORT Uniform<glm::vec4>;
+extern template class VELLIS_EXPORT Uniform<glm::ivec2>;
+extern template class VELLIS_EXPORT Uniform<glm::ivec3>;
+extern template class VELLIS_EXPORT Uniform<glm::ivec4>;
+extern template class VELLIS_EXPORT Uniform<glm::uvec2>;
+extern template class VELLIS_EXPORT Uniform<glm::uvec3>;
+extern template class VELLIS_EXPORT Uniform<glm::uvec4>;
+extern template class VELLIS_EXPORT Uniform<glm::mat3>;
+extern template class VELLIS_EXPORT Uniform<glm::mat4>;
+extern template class VELLIS_EXPORT Uniform<std::vector<int>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<unsigned int>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<float>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::vec2>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::vec3>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::vec4>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::ivec2>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::ivec3>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::ivec4>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::uvec2>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::uvec3>>;
+extern template class VELLIS_EXPORT Uniform<std::vector<glm::uvec4>>;
+
+} // namespace vellis

@@ -1,0 +1,176 @@
+/// The static functions of Framebuffer that set the state of the fragment pipeline.
+
+#include <vellis/framebuffer/framebuffer.hpp>
+
+#include <vellis/gl.hpp>
+
+#include "state/capability.hpp"
+
+namespace vellis {
+namespace {
+
+using state::switchCapability;
+
+/// The value of an enumerator that is GL's own.
+template <class Enumeration>
+constexpr unsigned int gl(Enumeration value) {
+    return static_cast<unsigned int>(value);
+}
+
+#define VELLIS_SAME_AS_GL(enumeration, name)                                                       \
+    static_assert(gl(Framebuffer::enumeration::name) == GL_##name, "the value of GL's enumerator")
+#include "framebuffer/fragment_enumerators.inc"
+#undef VELLIS_SAME_AS_GL
+
+void setClearColor(const glm::vec4& color) {
+    glClearColor(color.r, color.g, color.b, color.a);
+}
+
+void setClearStencil(unsigned int stencil) {
+    glClearStencil(static_cast<int>(stencil));
+}
+
+} // namespace
+
+void Framebuffer::clear(const glm::vec4& color, float depth, unsigned int stencil) {
+    setClearColor(color);
+    glClearDepth(depth);
+    setClearStencil(stencil);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+}
+
+void Framebuffer::clearColor(const glm::vec4& color) {
+    setClearColor(color);
+    glClear(GL_COLOR_BUFFER_BIT);
+}
+
+void Framebuffer::clearDepth(float depth) {
+    glClearDepth(depth);
+    glClear(GL_DEPTH_BUFFER_BIT);
+}
+
+void Framebuffer::clearStencil(unsigned int stencil) {
+    setClearStencil(stencil);
+    glClear(GL_STENCIL_BUFFER_BIT);
+}
+
+void Framebuffer::clearDepthStencil(float depth, unsigned int stencil) {
+    glClearDepth(depth);
+    setClearStencil(stencil);
+    glClear(GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+}
+
+void Framebuffer::enableBlending(bool on) {
+    switchCapability(GL_BLEND, on);
+}
+
+void Framebuffer::disableBlending() {
+    enableBlending(false);
+}
+
+void Framebuffer::blend(unsigned int sourceRgb, unsigned int destinationRgb,
+                        unsigned int sourceAlpha, unsigned int destinationAlpha,
+                        const glm::vec3& rgb, float alpha) {
+    glEnable(GL_BLEND);
+    glBlendColor(rgb.r, rgb.g, rgb.b, alpha);
+    glBlendFuncSeparate(sourceRgb, destinationRgb, sourceAlpha, destinationAlpha);
+}
+
+void Framebuffer::setBlendEquation(BlendEquation rgb, BlendEquation alpha) {
+    glBlendEquationSeparate(gl(rgb), gl(alpha));
+}
+
+void Framebuffer::enableDepthTest(FragmentComparator function) {
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(gl(function));
+}
+
+void Framebuffer::enableDepthTest(bool on) {
+    switchCapability(GL_DEPTH_TEST, on);
+}
+
+void Framebuffer::disableDepthTest() {
+    enableDepthTest(false);
+}
+
+void Framebuffer::enableStencilTest(FragmentComparator function, unsigned int reference,
+                                    unsigned int mask, StencilAction stencilFail,
+                                    StencilAction depthFail, StencilAction depthPass) {
+    glEnable(GL_STENCIL_TEST);
+    glStencilFunc(gl(function), static_cast<int>(reference), mask);
+    glStencilOp(gl(stencilFail), gl(depthFail), gl(depthPass));
+}
+
+void Framebuffer::enableStencilTest(FragmentComparator function, unsigned int reference,
+                                    unsigned int mask, StencilAction stencilFail,
+                                    StencilAction stencilPass) {
+    enableStencilTest(function, reference, mask, stencilFail, stencilPass, stencilPass);
+}
+
+void Framebuffer::enableStencilTest(bool on) {
+    switchCapability(GL_STENCIL_TEST, on);
+}
+
+void Framebuffer::disableStencilTest() {
+    enableStencilTest(false);
+}
+
+void Framebuffer::enableScissorTest(int x, int y, unsigned int width, unsigned int height) {
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(x, y, static_cast<int>(width), static_cast<int>(height));
+}
+
+void Framebuffer::enableScissorTest(bool on) {
+    switchCapability(GL_SCISSOR_TEST, on);
+}
+
+void Framebuffer::disableScissorTest() {
+    enableScissorTest(false);
+}
+
+void Framebuffer::enableLogicOp(LogicOperator op) {
+    glEnable(GL_COLOR_LOGIC_OP);
+    glLogicOp(gl(op));
+}
+
+void Framebuffer::enableLogicOp(bool on) {
+    switchCapability(GL_COLOR_LOGIC_OP, on);
+}
+
+void Framebuffer::disableLogicOp() {
+    enableLogicOp(false);
+}
+
+void Framebuffer::enableMultiSampling(bool on) {
+    switchCapability(GL_MULTISAMPLE, on);
+}
+
+void Framebuffer::disableMultiSampling() {
+    enableMultiSampling(false);
+}
+
+void Framebuffer::setViewport(int x, int y, unsigned int width, unsigned int height) {
+    glViewport(x, y, static_cast<int>(width), static_cast<int>(height));
+}
+
+void Framebuffer::setColorMask(bool red, bool green, bool blue, bool alpha) {
+    glColorMask(red, green, blue, alpha);
+}
+
+void Framebuffer::setDepthMask(bool on) {
+    glDepthMask(on);
+}
+
+void Framebuffer::setStencilMask(unsigned int mask) {
+    glStencilMask(mask);
+}
+
+void Framebuffer::setDrawBuffer(BufferID buffer) {
+    glDrawBuffer(gl(buffer));
+}
+
+void Framebuffer::setReadBuffer(BufferID buffer) {
+    glReadBuffer(gl(buffer));
+}
+
+} // namespace vellis

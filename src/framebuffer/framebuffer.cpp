@@ -1,0 +1,260 @@
+#include <vellis/framebuffer/framebuffer.hpp>
+
+#include <algorithm>
+#include <iterator>
+
+#include <vellis/gl.hpp>
+
+#include "engine/entry_point.hpp"
+
+namespace vellis {
+namespace {
+
+// GL's targets as the unsigned numbers that callIfLoaded hands on.
+constexpr unsigned int both = GL_FRAMEBUFFER;
+constexpr unsigned int drawing = GL_DRAW_FRAMEBUFFER;
+constexpr unsigned int reading = GL_READ_FRAMEBUFFER;
+
+constexpr unsigned int numColorAttachments = 8;
+
+} // namespace
+
+std::shared_ptr<Framebuffer> Framebuffer::make() {
+    return std::make_shared<Framebuffer>();
+}
+
+std::shared_ptr<Framebuffer> Framebuffer::makeNull() {
+    return std::shared_ptr<Framebuffer>(new Framebuffer(0));
+}
+
+Framebuffer::Framebuffer() : external_(false), target_(both) {
+    static_assert(drawFramebufferBinding == GL_DRAW_FRAMEBUFFER_BINDING);
+    callIfLoaded(glGenFramebuffers, 1, &id_);
+}
+
+Framebuffer::Framebuffer(unsigned int id) : id_(id), external_(true), target_(both) {}
+
+Framebuffer::~Framebuffer() {
+    if (!external_)
+        callIfLoaded(glDeleteFramebuffers, 1, &id_);
+    if (restoreOnDestruction_)
+        state::set(savedBindings_);
+}
+
+void Framebuffer::bind() const {
+    if (glBindFramebuffer == nullptr)
+        return;
+    state::get(savedBindings_);
+    target_ = both;
+    bind(id_);
+}
+
+void Framebuffer::bindToDraw() const {
+    target_ = drawing;
+    bindToDraw(id_);
+}
+
+void Framebuffer::bindToRead() const {
+    target_ = reading;
+    bindToRead(id_);
+}
+
+void Framebuffer::unbind() const {
+    state::set(savedBindings_);
+    target_ = both;
+}
+
+void Framebuffer::unbindToDraw() const {
+    callIfLoaded(glBindFramebuffer, target_, 0u);
+    target_ = both;
+}
+
+void Framebuffer::unbindToRead() const {
+    unbindToDraw();
+}
+
+bool Framebuffer::isBound() const {
+    int bound = 0;
+    if (glBindFramebuffer == nullptr)
+        return id_ == 0;
+    if (target_ == reading)
+        glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &bound);
+    else if (target_ == drawing || target_ == both)
+        glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
+    return static_cast<unsigned int>(bound) == id_;
+}
+
+void Framebuffer::bind(unsigned int id) {
+    callIfLoaded(glBindFramebuffer, both, id);
+}
+
+void Framebuffer::bindToDraw(unsigned int id) {
+    callIfLoaded(glBindFramebuffer, drawing, id);
+}
+
+void Framebuffer::bindToRead(unsigned int id) {
+    callIfLoaded(glBindFramebuffer, reading, id);
+}
+
+void Framebuffer::attachTextureAt(unsigned int point, unsigned int texture, unsigned int level) {
+    callIfLoaded(glFramebufferTexture2D, target_, point, unsigned{GL_TEXTURE_2D}, texture,
+                 static_cast<int>(level));
+}
+
+void Framebuffer::attachRenderbufferAt(unsigned int point, unsigned int renderbuffer) {
+    callIfLoaded(glFramebufferRenderbuffer, target_, point, unsigned{GL_RENDERBUFFER},
+                 renderbuffer);
+}
+
+void Framebuffer::selectColorAttachment0() {
+    if (glBindFramebuffer == nullptr)
+        return;
+    if (target_ == drawing || target_ == both)
+        glDrawBuffer(GL_COLOR_ATTACHMENT0);
+    if (target_ == reading || target_ == both)
+        glReadBuffer(GL_COLOR_ATTACHMENT0);
+}
+
+void Framebuffer::attachTexture2D(unsigned int texture, unsigned int level) {
+    attachTexture2D(0, texture, level);
+    selectColorAttachment0();
+}
+
+void Framebuffer::attachTexture2D(unsigned int index, unsigned int texture, unsigned int level) {
+    attachTextureAt(GL_COLOR_ATTACHMENT0 + index, texture, level);
+}
+
+void Framebuffer::attachRenderbuffer(unsigned int renderbuffer) {
+    attachRenderbuffer(0, renderbuffer);
+    selectColorAttachment0();
+}
+
+void Framebuffer::attachRenderbuffer(unsigned int index, unsigned int renderbuffer) {
+    attachRenderbufferAt(GL_COLOR_ATTACHMENT0 + index, renderbuffer);
+}
+
+void Framebuffer::attachDepthTexture(unsigned int texture, unsigned int level) {
+    attachTextureAt(GL_DEPTH_ATTACHMENT, texture, level);
+}
+
+void Framebuffer::attachDepthbuffer(unsigned int renderbuffer) {
+    attachRenderbufferAt(GL_DEPTH_ATTACHMENT, renderbuffer);
+}
+
+void Framebuffer::attachDepthStencilTexture(unsigned int texture, unsigned int level) {
+    attachTextureAt(GL_DEPTH_STENCIL_ATTACHMENT, texture, level);
+}
+
+void Framebuffer::attachDepthStencilbuffer(unsigned int renderbuffer) {
+    attachRenderbufferAt(GL_DEPTH_STENCIL_ATTACHMENT, renderbuffer);
+}
+
+void Framebuffer::attachDepthbuffer(const Renderbuffer<depth16>& renderbuffer) {
+    attachDepthbuffer(renderbuffer.id());
+}
+
+void Framebuffer::attachDepthbuffer(const Renderbuffer<depth32>& renderbuffer) {
+    attachDepthbuffer(renderbuffer.id());
+}
+
+void Framebuffer::attachDepthbuffer(const MultiSampleRenderbuffer<depth16>& renderbuffer) {
+    attachDepthbuffer(renderbuffer.id());
+}
+
+void Framebuffer::attachDepthbuffer(const MultiSampleRenderbuffer<depth32>& renderbuffer) {
+    attachDepthbuffer(renderbuffer.id());
+}
+
+void Framebuffer::attachDepthbuffer(const Texture2D<depth16>& texture, unsigned int level) {
+    attachDepthTexture(texture.id(), level);
+}
+
+void Framebuffer::attachDepthbuffer(const Texture2D<depth32>& texture, unsigned int level) {
+    attachDepthTexture(texture.id(), level);
+}
+
+void Framebuffer::attachStencilbuffer(const Renderbuffer<stencil8>& renderbuffer) {
+    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer.id());
+}
+
+void Framebuffer::attachStencilbuffer(const Renderbuffer<stencil16>& renderbuffer) {
+    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer.id());
+}
+
+void Framebuffer::attachStencilbuffer(const MultiSampleRenderbuffer<stencil8>& renderbuffer) {
+    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer.id());
+}
+
+void Framebuffer::attachStencilbuffer(const MultiSampleRenderbuffer<stencil16>& renderbuffer) {
+    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer.id());
+}
+
+void Framebuffer::attachDepthStencilbuffer(const Renderbuffer<depth24_stencil8>& renderbuffer) {
+    attachDepthStencilbuffer(renderbuffer.id());
+}
+
+void Framebuffer::attachDepthStencilbuffer(
+    const MultiSampleRenderbuffer<depth24_stencil8>& renderbuffer) {
+    attachDepthStencilbuffer(renderbuffer.id());
+}
+
+void Framebuffer::attachDepthStencilbuffer(const Texture2D<depth24_stencil8>& texture,
+                                           unsigned int level) {
+    attachDepthStencilTexture(texture.id(), level);
+}
+
+// Renderbuffer 0 takes the place of a texture, too.
+
+void Framebuffer::detachFragmentOut(unsigned int i) {
+    attachRenderbufferAt(GL_COLOR_ATTACHMENT0 + i, 0);
+}
+
+void Framebuffer::detachFragmentOuts(unsigned int i) {
+    detachFragmentOut(i);
+}
+
+void Framebuffer::detachDepthbuffer() {
+    attachRenderbufferAt(GL_DEPTH_ATTACHMENT, 0);
+}
+
+void Framebuffer::detachStencilbuffer() {
+    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, 0);
+}
+
+void Framebuffer::detachDepthStencilbuffer() {
+    attachRenderbufferAt(GL_DEPTH_STENCIL_ATTACHMENT, 0);
+}
+
+void Framebuffer::detachAll() {
+    for (unsigned int i = 0; i < numColorAttachments; ++i)
+        detachFragmentOut(i);
+    detachDepthbuffer();
+    detachStencilbuffer();
+    detachDepthStencilbuffer();
+}
+
+void Framebuffer::reset() {
+    detachAll();
+}
+
+void Framebuffer::resetDrawMappings() {
+    std::fill(std::begin(drawMappings_), std::end(drawMappings_), unsigned{GL_NONE});
+}
+
+void Framebuffer::addDrawMapping(unsigned int i) {
+    if (i < MAX_NUM_DRAW_MAPPINGS)
+        drawMappings_[i] = GL_COLOR_ATTACHMENT0 + i;
+}
+
+unsigned int Framebuffer::getDrawMapping(unsigned int i) const {
+    // A slot without a mapping gives a number that is no index.
+    return (i < MAX_NUM_DRAW_MAPPINGS ? drawMappings_[i] : GL_NONE) - GL_COLOR_ATTACHMENT0;
+}
+
+void Framebuffer::applyDrawMappings() const {
+    if (glBindFramebuffer == nullptr)
+        return;
+    glDrawBuffers(MAX_NUM_DRAW_MAPPINGS, drawMappings_);
+}
+
+} // namespace vellis

@@ -1,0 +1,7 @@
+#include <vellis/shading/attrib.hpp>
+
+namespace vellis {
+
+Attrib::~Attrib() = default;
+
+} // namespace vellis

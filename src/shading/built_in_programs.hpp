@@ -1,0 +1,16 @@
+#pragma once
+
+#include <array>
+
+namespace vellis {
+
+/// The two sources of a built-in program.
+struct BuiltInProgram {
+    const char* vertexSource;
+    const char* fragmentSource;
+};
+
+/// The built-in programs, by the value of ProgramManager::BuiltIn.
+extern const std::array<BuiltInProgram, 6> builtInPrograms;
+
+} // namespace vellis

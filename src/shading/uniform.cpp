@@ -1,0 +1,153 @@
+#include <vellis/shading/uniform.hpp>
+
+#include <vellis/gl.hpp>
+
+#include "engine/entry_point.hpp"
+#include "shading/uniform_factory.hpp"
+
+namespace vellis {
+namespace {
+
+/// The entry point of GL 3.0, or that of EXT_gpu_shader4 where only that is there, or null.
+template <class EntryPoint>
+EntryPoint unsignedCall(EntryPoint core, EntryPoint extension) {
+    return core != nullptr ? core : extension;
+}
+
+// Single numbers go by value; `Call` is the call for arrays, which vectors use for one element.
+
+template <class Call>
+void sendOne(Call, int location, int value) {
+    glUniform1i(location, value);
+}
+
+template <class Call>
+void sendOne(Call, int location, unsigned int value) {
+    callIfLoaded(unsignedCall(glUniform1ui, glUniform1uiEXT), location, value);
+}
+
+template <class Call>
+void sendOne(Call, int location, float value) {
+    glUniform1f(location, value);
+}
+
+template <class Call, glm::length_t N, class T>
+void sendOne(Call call, int location, const glm::vec<N, T>& value) {
+    callIfLoaded(call, location, 1, &value[0]);
+}
+
+template <class T>
+const T* firstNumber(const T* elements) {
+    return elements;
+}
+
+template <glm::length_t N, class T>
+const T* firstNumber(const glm::vec<N, T>* elements) {
+    return elements != nullptr ? &(*elements)[0] : nullptr;
+}
+
+template <class Call, class T>
+void sendAll(Call call, int location, const std::vector<T>& values) {
+    callIfLoaded(call, location, static_cast<int>(values.size()), firstNumber(values.data()));
+}
+
+template <class T>
+std::shared_ptr<UniformVariable> makeElement(int location) {
+    return UniformFactory::make<T>(location);
+}
+
+template <class T>
+std::shared_ptr<UniformVariable> makeArray(int location, std::size_t size) {
+    return UniformFactory::make<std::vector<T>>(location, std::vector<T>(size, T()));
+}
+
+/// How the handles of a GL type are made; arrays have none where \p makeArray is null.
+struct HandleType {
+    unsigned int glType;
+    std::shared_ptr<UniformVariable> (*make)(int location);
+    std::shared_ptr<UniformVariable> (*makeArray)(int location, std::size_t size);
+};
+
+constexpr HandleType handleTypes[] = {
+#define VELLIS_UNIFORM_ELEMENT(glType, T, call) {glType, makeElement<T>, makeArray<T>},
+#include "shading/uniform_elements.inc"
+#undef VELLIS_UNIFORM_ELEMENT
+    {GL_FLOAT_MAT3, makeElement<glm::mat3>, nullptr},
+    {GL_FLOAT_MAT4, makeElement<glm::mat4>, nullptr},
+};
+
+constexpr unsigned int samplerTypes[] = {
+    GL_SAMPLER_1D,
+    GL_SAMPLER_2D,
+    GL_SAMPLER_3D,
+    GL_INT_SAMPLER_1D,
+    GL_INT_SAMPLER_2D,
+    GL_INT_SAMPLER_3D,
+    GL_UNSIGNED_INT_SAMPLER_1D,
+    GL_UNSIGNED_INT_SAMPLER_2D,
+    GL_UNSIGNED_INT_SAMPLER_3D,
+};
+
+} // namespace
+
+UniformVariable::~UniformVariable() = default;
+
+std::shared_ptr<UniformVariable> UniformFactory::makeSingle(unsigned int glType, int location,
+                                                            unsigned int& nextUnit) {
+    for (const unsigned int sampler : samplerTypes) {
+        if (sampler == glType)
+            return make<Texture>(location, nextUnit++);
+    }
+    for (const HandleType& type : handleTypes) {
+        if (type.glType == glType)
+            return type.make(location);
+    }
+    return nullptr;
+}
+
+std::shared_ptr<UniformVariable> UniformFactory::makeArray(unsigned int glType, int location,
+                                                           std::size_t size) {
+    for (const HandleType& type : handleTypes) {
+        if (type.glType == glType && type.makeArray != nullptr)
+            return type.makeArray(location, size);
+    }
+    return nullptr;
+}
+
+namespace detail {
+
+#define VELLIS_UNIFORM_ELEMENT(glType, T, call)                                                    \
+    template <>                                                                                    \
+    VELLIS_EXPORT void sendUniform(int location, const T& value) {                                 \
+        sendOne(call, location, value);                                                            \
+    }                                                                                              \
+    template <>                                                                                    \
+    VELLIS_EXPORT void sendUniform(int location, const std::vector<T>& values) {                   \
+        sendAll(call, location, values);                                                           \
+    }
+#include "shading/uniform_elements.inc"
+#undef VELLIS_UNIFORM_ELEMENT
+
+// glm stores its matrices by column, as GL does.
+
+template <>
+VELLIS_EXPORT void sendUniform(int location, const glm::mat3& value) {
+    glUniformMatrix3fv(location, 1, GL_FALSE, &value[0][0]);
+}
+
+template <>
+VELLIS_EXPORT void sendUniform(int location, const glm::mat4& value) {
+    glUniformMatrix4fv(location, 1, GL_FALSE, &value[0][0]);
+}
+
+} // namespace detail
+
+#define VELLIS_UNIFORM_ELEMENT(glType, T, call)                                                    \
+    template class Uniform<T>;                                                                     \
+    template class Uniform<std::vector<T>>;
+#include "shading/uniform_elements.inc"
+#undef VELLIS_UNIFORM_ELEMENT
+template class Uniform<glm::mat3>;
+template class Uniform<glm::mat4>;
+
+} // namespace vellis

@@ -1,0 +1,44 @@
+#include <vellis/texture/rbo.hpp>
+
+#include <vellis/gl.hpp>
+
+#include "engine/entry_point.hpp"
+
+namespace vellis {
+
+RBO::RBO() {
+    callIfLoaded(glGenRenderbuffers, 1, &id_);
+}
+
+RBO::~RBO() {
+    callIfLoaded(glDeleteRenderbuffers, 1, &id_);
+}
+
+void RBO::bind() const {
+    callIfLoaded(glBindRenderbuffer, unsigned{GL_RENDERBUFFER}, id_);
+}
+
+void RBO::unbind() const {
+    callIfLoaded(glBindRenderbuffer, unsigned{GL_RENDERBUFFER}, 0u);
+}
+
+void RBO::alloc(unsigned int format, unsigned int width, unsigned int height,
+                unsigned int samples) {
+    if (glRenderbufferStorage == nullptr || glRenderbufferStorageMultisample == nullptr)
+        return;
+    bind();
+    if (samples > 1) {
+        glRenderbufferStorageMultisample(GL_RENDERBUFFER, static_cast<int>(samples), format,
+                                         static_cast<int>(width), static_cast<int>(height));
+        numSamples_ = samples;
+    } else {
+        glRenderbufferStorage(GL_RENDERBUFFER, format, static_cast<int>(width),
+                              static_cast<int>(height));
+        numSamples_ = 1;
+    }
+    unbind();
+    width_ = width;
+    height_ = height;
+}
+
+} // namespace vellis

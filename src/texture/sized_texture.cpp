@@ -1,0 +1,123 @@
+#include <vellis/texture/sized_texture.hpp>
+
+#include <vellis/gl.hpp>
+
+namespace vellis {
+namespace {
+
+/// Whether a transfer from or to \p data has no memory to work on: null is an offset into the pixel
+/// buffer of the query \p binding, if one is bound.
+bool isNowhere(const void* data, unsigned int binding) {
+    if (data != nullptr)
+        return false;
+    int buffer = 0;
+    glGetIntegerv(binding, &buffer);
+    return buffer == 0;
+}
+
+/// An offset or size that GL can add another to. What is too large becomes one that GL refuses.
+unsigned int addable(unsigned int value) {
+    constexpr unsigned int largest = 0x3FFFFFFF;
+    constexpr unsigned int refused = 0xFFFFFFFF; // -1 to GL
+    return value <= largest ? value : refused;
+}
+
+glm::uvec3 addable(const glm::uvec3& value) {
+    return {addable(value.x), addable(value.y), addable(value.z)};
+}
+
+std::size_t levelSize(unsigned int target, unsigned int pname) {
+    int size = 0;
+    glGetTexLevelParameteriv(target, 0, pname, &size);
+    return size > 0 ? static_cast<std::size_t>(size) : 0;
+}
+
+} // namespace
+
+SizedTexture::SizedTexture(Type type, unsigned int texelFormat, const PixelLayout& layout,
+                           const Sampler& sampler)
+    : Texture(type, texelFormat, sampler),
+      layout_(layout),
+      extent_(0) {}
+
+SizedTexture::~SizedTexture() = default;
+
+glm::uvec3 SizedTexture::extent() const {
+    return id() != 0 ? extent_ : glm::uvec3(0);
+}
+
+void SizedTexture::resize(const glm::uvec3& size) {
+    uploadAll(nullptr, size);
+}
+
+void SizedTexture::generateMipmap() {
+    if (id() == 0)
+        return;
+    bind();
+    Texture::generateMipmap();
+    unbind();
+}
+
+void SizedTexture::uploadAll(const void* data, const glm::uvec3& size) {
+    if (id() == 0)
+        return;
+    const auto [format, pixelType, alignment] = layout_;
+    bind();
+    switch (type()) {
+    case GL_TEXTURE_1D:
+        extent_ = {size.x, 1, 1};
+        upload1d(data, size.x, format, pixelType, alignment);
+        break;
+    case GL_TEXTURE_2D:
+        extent_ = {size.x, size.y, 1};
+        upload2d(data, size.x, size.y, format, pixelType, alignment);
+        break;
+    default:
+        extent_ = size;
+        upload3d(data, size.x, size.y, size.z, format, pixelType, alignment);
+    }
+    unbind();
+}
+
+void SizedTexture::uploadPart(const void* data, const glm::uvec3& offset, const glm::uvec3& size) {
+    if (id() == 0 || isNowhere(data, GL_PIXEL_UNPACK_BUFFER_BINDING))
+        return;
+    const auto [format, pixelType, alignment] = layout_;
+    const glm::uvec3 o = addable(offset);
+    const glm::uvec3 s = addable(size);
+    bind();
+    switch (type()) {
+    case GL_TEXTURE_1D:
+        upload1d(data, o.x, s.x, format, pixelType, alignment);
+        break;
+    case GL_TEXTURE_2D:
+        upload2d(data, o.x, o.y, s.x, s.y, format, pixelType, alignment);
+        break;
+    default:
+        upload3d(data, o.x, o.y, o.z, s.x, s.y, s.z, format, pixelType, alignment);
+    }
+    unbind();
+}
+
+void SizedTexture::downloadAll(void* data) const {
+    if (id() == 0 || isNowhere(data, GL_PIXEL_PACK_BUFFER_BINDING))
+        return;
+    bind();
+    download3d(data, layout_.format, layout_.type, layout_.alignment); // the same for every target
+    unbind();
+}
+
+std::size_t SizedTexture::numStoredTexels() const {
+    if (id() == 0)
+        return 0;
+    bind();
+    std::size_t count = levelSize(type(), GL_TEXTURE_WIDTH);
+    if (type() != GL_TEXTURE_1D)
+        count *= levelSize(type(), GL_TEXTURE_HEIGHT);
+    if (type() == GL_TEXTURE_3D)
+        count *= levelSize(type(), GL_TEXTURE_DEPTH);
+    unbind();
+    return count;
+}
+
+} // namespace vellis
