@@ -1,10 +1,7 @@
 /// The gallery as a user runs it.
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,6 +11,7 @@
 #include <offscreen/image.hpp>
 
 #include "render/render_test.hpp"
+#include "render/run_program.hpp"
 #include "render/temporary_folder.hpp"
 
 namespace {
@@ -23,40 +21,10 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-struct Outcome {
-    bool succeeded;
-    std::string output;
-    std::string errors;
-};
-
-std::string contents(const fs::path& path) {
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
-
-std::string quoted(const fs::path& path) {
-    return "'" + path.string() + "'";
-}
-
 /// Runs the gallery.
 /// \param environment  Variables as the shell takes them before a command.
 Outcome runGallery(const std::string& arguments, const std::string& environment = "") {
-    const TemporaryFolder folder;
-    const fs::path output = folder.path() / "output";
-    const fs::path errors = folder.path() / "errors";
-    const std::string command = environment + " '" VELLIS_GALLERY_PROGRAM "' " + arguments + " >" +
-                                quoted(output) + " 2>" + quoted(errors);
-    const int status = std::system(command.c_str());
-    return {status == 0, contents(output), contents(errors)};
-}
-
-std::vector<std::string> lines(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<std::string> result;
-    for (std::string line; std::getline(stream, line);)
-        result.push_back(line);
-    return result;
+    return runProgram(VELLIS_GALLERY_PROGRAM, arguments, environment);
 }
 
 /// That a run failed with one sentence and left nothing at \p folder.

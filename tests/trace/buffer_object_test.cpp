@@ -181,7 +181,8 @@ TEST_F(BufferObjectTrace, UnmapTrueIssuesNoExplicitFlush) {
 }
 
 TEST_F(BufferObjectTrace, UnmapWouldFlushAMappingWithTheEnumeratorsOfGlMapBuffer) {
-    for (const unsigned int access : {GL_WRITE_ONLY, GL_READ_WRITE}) {
+    constexpr unsigned int accesses[] = {GL_WRITE_ONLY, GL_READ_WRITE};
+    for (const unsigned int access : accesses) {
         buffer->map(MapAccess::WriteOnly);
         gl.forget();
         buffer->mapAccess_ = access;

@@ -83,7 +83,7 @@ using Kinds =
                    Kind<IndexBuffer<unsigned char>, unsigned char, GL_ELEMENT_ARRAY_BUFFER>,
                    Kind<IndexBuffer<unsigned short>, unsigned short, GL_ELEMENT_ARRAY_BUFFER>,
                    Kind<IndexBuffer<unsigned int>, unsigned int, GL_ELEMENT_ARRAY_BUFFER>>;
-TYPED_TEST_SUITE(TypedBufferTrace, Kinds);
+TYPED_TEST_SUITE(TypedBufferTrace, Kinds, );
 
 TYPED_TEST(TypedBufferTrace, MakeOfACountAllocatesWithoutUpload) {
     const auto buffer = TestFixture::Buffer::make(5, BufferUsage::Static, BufferAccess::Draw);
