@@ -162,8 +162,8 @@ public:
     }
 
 private:
-    /// The config, or null. Drawing goes to a back buffer: Mesa's software drivers would pass a front
-    /// one on to the X server, which refuses it for a pbuffer.
+    /// The config, or null. Drawing goes to a back buffer: Mesa's software drivers would pass a
+    /// front one on to the X server, which refuses it for a pbuffer.
     FbConfig chooseConfig() const {
         constexpr int attributes[] = {
             // clang-format off

@@ -35,30 +35,24 @@ missing_packages() {
     done
 }
 
-# Runs a command as root.
-as_root() {
-    if [[ "$(id -u)" -eq 0 ]]; then
-        "$@"
-    elif command -v sudo >/dev/null; then
-        sudo "$@"
-    else
-        fail "installing needs root: run '$*' as root, then run this again."
-    fi
-}
-
 # Installs what is missing of the given Debian packages; does nothing where all is there.
 install_packages() {
-    local missing
+    local missing as_root=()
     mapfile -t missing < <(missing_packages "$@")
     if [[ ${#missing[@]} -eq 0 ]]; then
         return
     fi
+    if [[ "$(id -u)" -ne 0 ]]; then
+        command -v sudo >/dev/null ||
+            fail "packages are missing and sudo is not there: run 'apt-get install ${missing[*]}' as root, then run this again."
+        as_root=(sudo)
+    fi
     say "Installing ${missing[*]}"
-    local install=(env DEBIAN_FRONTEND=noninteractive apt-get install --yes --quiet
-        --no-install-recommends "${missing[@]}")
+    local install=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive
+        apt-get install --yes --quiet --no-install-recommends "${missing[@]}")
     # The lists of packages may be missing, as in a fresh container, or too old.
-    as_root "${install[@]}" >/dev/null 2>&1 ||
-        { as_root apt-get update --quiet && as_root "${install[@]}"; } ||
+    "${install[@]}" >/dev/null 2>&1 ||
+        { "${as_root[@]}" apt-get update --quiet && "${install[@]}"; } ||
         fail "'apt-get install ${missing[*]}' failed (see above): install them, then run this again."
 }
 

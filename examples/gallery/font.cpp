@@ -7,9 +7,16 @@ namespace {
 
 constexpr unsigned int columns = 5;
 constexpr unsigned int rows = 8;
-constexpr unsigned int dot = 2;
-constexpr unsigned int advance = (columns + 1) * dot;
-static_assert(rows * dot == textHeight, "a line is as high as its letters");
+
+/// The side of a dot of the letters in pixels.
+constexpr unsigned int dotOf(TextSize size) {
+    return static_cast<unsigned int>(size);
+}
+
+/// From the left of a letter to that of the next.
+constexpr unsigned int advanceOf(TextSize size) {
+    return (columns + 1) * dotOf(size);
+}
 
 constexpr char firstCharacter = ' ';
 
@@ -121,13 +128,19 @@ const unsigned char* glyph(char character) {
 
 } // namespace
 
-unsigned int textWidth(const std::string& text) {
+unsigned int textHeight(TextSize size) {
+    return rows * dotOf(size);
+}
+
+unsigned int textWidth(const std::string& text, TextSize size) {
     // The last letter has no gap behind it.
-    return text.empty() ? 0 : static_cast<unsigned int>(text.size()) * advance - dot;
+    return text.empty() ? 0
+                        : static_cast<unsigned int>(text.size()) * advanceOf(size) - dotOf(size);
 }
 
 void write(offscreen::Image& image, unsigned int x, unsigned int y, const std::string& text,
-           Colour colour) {
+           Colour colour, TextSize size) {
+    const unsigned int dot = dotOf(size);
     for (const char character : text) {
         const unsigned char* pattern = glyph(character);
         for (unsigned int i = 0; i < columns * rows; ++i) {
@@ -136,7 +149,7 @@ void write(offscreen::Image& image, unsigned int x, unsigned int y, const std::s
             if ((pattern[column] >> row & 1) != 0)
                 fill(image, x + column * dot, y + row * dot, dot, dot, colour);
         }
-        x += advance;
+        x += advanceOf(size);
     }
 }
 

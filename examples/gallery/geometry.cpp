@@ -7,10 +7,10 @@
 #include <glm/geometric.hpp>
 #include <glm/mat3x3.hpp>
 
+#include <gallery/curves.hpp>
+
 namespace gallery {
 namespace {
-
-constexpr float pi = 3.14159265f;
 
 /// Turns around the x axis, then around the z axis.
 glm::mat3 rotation(float aroundX, float aroundZ) {
@@ -34,11 +34,13 @@ Surface makeGrid(unsigned int columns, unsigned int rows, At at) {
     Surface surface;
     for (unsigned int row = 0; row <= rows; ++row) {
         for (unsigned int column = 0; column <= columns; ++column) {
-            const SurfacePoint point = at(static_cast<float>(column) / static_cast<float>(columns),
-                                          static_cast<float>(row) / static_cast<float>(rows));
-            surface.vertices.positions.push_back(point.position);
-            surface.vertices.normals.push_back(point.normal);
-            surface.vertices.colours.push_back(point.colour);
+            const glm::vec2 parameters(static_cast<float>(column) / static_cast<float>(columns),
+                                       static_cast<float>(row) / static_cast<float>(rows));
+            const SurfacePoint point = at(parameters.x, parameters.y);
+            surface.positions.push_back(point.position);
+            surface.normals.push_back(point.normal);
+            surface.colours.push_back(point.colour);
+            surface.coordinates.push_back(parameters);
         }
     }
     for (unsigned int cell = 0; cell < columns * rows; ++cell) {
@@ -89,13 +91,6 @@ std::vector<Triangle> parted(const std::vector<Triangle>& triangles) {
 
 } // namespace
 
-glm::vec3 blend(const std::vector<Colour>& colours, float at) {
-    const float scaled = std::clamp(at, 0.0f, 1.0f) * static_cast<float>(colours.size() - 1);
-    const auto index = std::min(static_cast<std::size_t>(scaled), colours.size() - 2);
-    const float rest = scaled - static_cast<float>(index);
-    return toVector(colours[index]) * (1.0f - rest) + toVector(colours[index + 1]) * rest;
-}
-
 Surface makeKnot() {
     const std::vector<Colour> colours = {palette::teal,  palette::blue, palette::plum,
                                          palette::coral, palette::sand, palette::teal};
@@ -121,11 +116,10 @@ Surface makeBall() {
         const glm::vec3 normal = turn * glm::normalize(triangle[0] + triangle[1] + triangle[2]);
         for (const glm::vec3& corner : triangle) {
             const glm::vec3 position = turn * corner * 0.8f;
-            surface.indices.push_back(
-                static_cast<unsigned short>(surface.vertices.positions.size()));
-            surface.vertices.positions.push_back(position);
-            surface.vertices.normals.push_back(normal);
-            surface.vertices.colours.push_back(blend(colours, 0.5f + 0.6f * normal.y));
+            surface.indices.push_back(static_cast<unsigned short>(sizeOf(surface.positions)));
+            surface.positions.push_back(position);
+            surface.normals.push_back(normal);
+            surface.colours.push_back(blend(colours, 0.5f + 0.6f * normal.y));
         }
     }
     return surface;
@@ -143,6 +137,18 @@ Surface makeBowl() {
         const glm::vec3 centre = turn * glm::vec3(0.0f, 0.2f, 0.0f) - glm::vec3(0.0f, 0.1f, 0.0f);
         const glm::vec3 position = centre + 0.84f * normal;
         return SurfacePoint{position, normal, toVector(palette::teal)};
+    });
+}
+
+Surface makeGlobe() {
+    const glm::mat3 turn = rotation(0.3f, -0.35f);
+    return makeGrid(64, 32, [&](float around, float upwards) {
+        const float longitude = 2.0f * pi * around;
+        const float polar = pi * upwards;
+        const glm::vec3 normal =
+            turn * glm::vec3(std::sin(polar) * std::sin(longitude), -std::cos(polar),
+                             std::sin(polar) * std::cos(longitude));
+        return SurfacePoint{0.84f * normal, normal, glm::vec3(1.0f)};
     });
 }
 

@@ -17,8 +17,8 @@ Surface makeBall();
 /// A round bowl, open to the top and tilted towards the viewer.
 Surface makeBowl();
 
-/// A colour between the colours of a list.
-/// \param at  From 0 for the first to 1 for the last.
-glm::vec3 blend(const std::vector<Colour>& colours, float at);
+/// A ball. Its texture coordinates run eastwards from 0 to 1 and from the south pole to the north
+/// pole.
+Surface makeGlobe();
 
 } // namespace gallery

@@ -8,52 +8,17 @@
 #include <string>
 #include <vector>
 
+#include <common/picture_file.hpp>
+#include <common/ready_context.hpp>
 #include <gallery/contact_sheet.hpp>
 #include <gallery/panel.hpp>
 #include <gallery/probe.hpp>
 #include <gallery/render.hpp>
-#include <offscreen/context.hpp>
 #include <offscreen/image.hpp>
-#include <offscreen/requirement.hpp>
-#include <vellis/engine.hpp>
 
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A context that the library can work in, current while it lives.
-class Session {
-public:
-    /// \throws std::runtime_error with one sentence where there can be none.
-    Session() : context_(open()) {
-        if (!vellis::engine::init())
-            throw std::runtime_error("The GL entry points cannot be loaded: install a GL driver, "
-                                     "for instance with `apt-get install libgl1-mesa-dri`.");
-        const std::string missing = offscreen::missingRequirement();
-        if (!missing.empty())
-            throw std::runtime_error(missing);
-    }
-
-    ~Session() { vellis::engine::dispose(); }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-
-private:
-    static std::unique_ptr<offscreen::Context> open() {
-        offscreen::Settings settings;
-        settings.width = gallery::framebufferSize;
-        settings.height = gallery::framebufferSize;
-        std::string error;
-        if (!offscreen::platformFromEnvironment(settings.platform, error))
-            throw std::runtime_error(error);
-        auto context = offscreen::Context::open(settings, error);
-        if (context == nullptr)
-            throw std::runtime_error(error);
-        return context;
-    }
-
-    std::unique_ptr<offscreen::Context> context_;
-};
 
 void makeFolder(const fs::path& folder) {
     std::error_code code;
@@ -64,14 +29,6 @@ void makeFolder(const fs::path& folder) {
         throw std::runtime_error("The output folder " + folder.string() +
                                  " cannot be made: " + code.message() + ". Name another one.");
     }
-}
-
-/// Writes a picture and says where.
-void write(const fs::path& path, const offscreen::Image& image) {
-    std::string error;
-    if (!offscreen::writePng(path, image, error))
-        throw std::runtime_error(error + " Make room for it, or name another folder.");
-    std::cout << fs::absolute(path).lexically_normal().string() << '\n';
 }
 
 /// Tells of every probe that fails.
@@ -90,15 +47,16 @@ bool checkAll(const std::vector<gallery::Panel>& panels,
 
 /// \return whether every panel shows what it must.
 bool makeGallery(const fs::path& folder) {
-    const Session session;
+    const common::ReadyContext context(gallery::framebufferSize, gallery::framebufferSize);
     makeFolder(folder);
     const std::vector<gallery::Panel>& panels = gallery::panels();
     std::vector<offscreen::Image> pictures;
     for (const gallery::Panel& panel : panels) {
         pictures.push_back(gallery::render(panel));
-        write(folder / (std::string(panel.name) + ".png"), pictures.back());
+        common::writePicture(folder / (std::string(panel.name) + ".png"), pictures.back());
     }
-    write(folder / "gallery.png", gallery::contactSheet(panels, pictures));
+    common::writePicture(folder / "gallery.png",
+                         gallery::contactSheet(gallery::groups(), pictures));
     return checkAll(panels, pictures);
 }
 

@@ -3,45 +3,36 @@
 #include <vellis/gl.hpp>
 
 namespace gallery {
+namespace {
 
-using vellis::BufferAccess;
-using vellis::BufferUsage;
+using vellis::VertexAttribute;
+using vellis::drawable::Triangles;
 
-Mesh::Mesh(const vellis::Program& program, PrimitiveType type, const Vertices& vertices)
-    : Drawable(type) {
-    numVertices_ = static_cast<unsigned int>(vertices.positions.size());
-    program.beginAttributesBinding();
-    feed(program, "position", vertices.positions);
-    feed(program, "colour", vertices.colours);
-    feed(program, "normal", vertices.normals);
-    feed(program, "size", vertices.sizes);
-    attributesBinding_ = program.finishAttributesBinding();
-}
-
+/// Draws the triangles of a surface.
+/// \param name, values  The attribute beside `position` and `normal`.
 template <class T>
-void Mesh::feed(const vellis::Program& program, const char* name, const std::vector<T>& values) {
-    const GLint location = glGetAttribLocation(program.id(), name);
-    if (location < 0 || values.empty())
-        return;
-    const auto buffer = vellis::VertexAttributeBuffer<T>::make(
-        values.data(), static_cast<unsigned int>(values.size()), BufferUsage::Static,
-        BufferAccess::Draw);
-    const auto index = static_cast<GLuint>(location);
-    constexpr auto components = static_cast<GLint>(sizeof(T) / sizeof(float));
-    buffer->bind();
-    glVertexAttribPointer(index, components, GL_FLOAT, GL_FALSE, 0, nullptr);
-    glEnableVertexAttribArray(index);
-    buffer->unbind();
-    buffers_.push_back(buffer);
-}
-
-void drawSurface(const vellis::Program& program, const Surface& surface) {
-    const Mesh mesh(program, vellis::Drawable::PrimitiveType::Triangles, surface.vertices);
+void draw(const std::shared_ptr<vellis::Program>& program, const Surface& surface, const char* name,
+          const std::vector<T>& values) {
+    const auto positions = makeBuffer(surface.positions);
+    const auto normals = makeBuffer(surface.normals);
+    const auto others = makeBuffer(values);
+    const Triangles<VertexAttribute<glm::vec3>, VertexAttribute<glm::vec3>, VertexAttribute<T>>
+        triangles(program, {"position", positions}, {"normal", normals}, {name, others});
     const auto indices = vellis::IndexBuffer<unsigned short>::make(
         surface.indices.data(), static_cast<unsigned int>(surface.indices.size()),
-        BufferUsage::Static, BufferAccess::Draw);
+        vellis::BufferUsage::Static, vellis::BufferAccess::Draw);
     glEnable(GL_DEPTH_TEST);
-    program.draw(mesh, *indices);
+    program->draw(triangles, *indices);
+}
+
+} // namespace
+
+void drawSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface) {
+    draw(program, surface, "colour", surface.colours);
+}
+
+void drawTexturedSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface) {
+    draw(program, surface, "coordinate", surface.coordinates);
 }
 
 } // namespace gallery

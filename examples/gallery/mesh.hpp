@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 
 #include <gallery/colour.hpp>
@@ -12,41 +13,61 @@
 
 namespace gallery {
 
-/// The attributes of some vertices; each list but that of the positions may be empty.
-struct Vertices {
+/// A buffer with the values of a list, which do not change.
+template <class T>
+std::shared_ptr<vellis::VertexAttributeBuffer<T>> makeBuffer(const std::vector<T>& values) {
+    return vellis::VertexAttributeBuffer<T>::make(
+        values.data(), static_cast<unsigned int>(values.size()), vellis::BufferUsage::Static,
+        vellis::BufferAccess::Draw);
+}
+
+/// Some vertices with a colour each.
+struct ColouredVertices {
     std::vector<glm::vec3> positions;
     std::vector<glm::vec3> colours;
-    std::vector<glm::vec3> normals;
-    std::vector<float> sizes;
 
-    /// Appends a vertex with a position and a colour.
-    void add(const glm::vec3& position, Colour colour) {
+    void add(const glm::vec3& position, const glm::vec3& colour) {
         positions.push_back(position);
-        colours.push_back(toVector(colour));
+        colours.push_back(colour);
     }
 };
 
-/// Vertices in buffers, ready to be drawn with one program: its attributes `position`, `colour`,
-/// `normal` and `size` are fed, as far as it has them.
-class Mesh : public vellis::Drawable {
+/// Coloured vertices in buffers, ready to be drawn with a program that has the attributes
+/// `position` and `colour`.
+///
+/// \tparam Shape  A drawable template, such as vellis::drawable::Lines.
+template <template <class...> class Shape>
+class Coloured {
 public:
-    Mesh(const vellis::Program& program, PrimitiveType type, const Vertices& vertices);
+    Coloured(const std::shared_ptr<vellis::Program>& program, const ColouredVertices& vertices)
+        : positions_(makeBuffer(vertices.positions)),
+          colours_(makeBuffer(vertices.colours)),
+          drawable_(program, {"position", positions_}, {"colour", colours_}) {}
+
+    operator const vellis::Drawable&() const { return drawable_; }
 
 private:
-    /// Feeds an attribute, inside of a binding that is begun.
-    template <class T>
-    void feed(const vellis::Program& program, const char* name, const std::vector<T>& values);
-
-    std::vector<std::shared_ptr<vellis::VertexBuffer>> buffers_;
+    // A drawable does not keep its buffers.
+    std::shared_ptr<vellis::VertexAttributeBuffer<glm::vec3>> positions_;
+    std::shared_ptr<vellis::VertexAttributeBuffer<glm::vec3>> colours_;
+    Shape<vellis::VertexAttribute<glm::vec3>, vellis::VertexAttribute<glm::vec3>> drawable_;
 };
 
 /// Vertices, and the corners of triangles among them.
 struct Surface {
-    Vertices vertices;
+    std::vector<glm::vec3> positions;
+    std::vector<glm::vec3> normals;
+    std::vector<glm::vec3> colours;
+    std::vector<glm::vec2> coordinates; ///< of a texture
     std::vector<unsigned short> indices;
 };
 
-/// Draws the triangles of a surface, those in front over those behind.
-void drawSurface(const vellis::Program& program, const Surface& surface);
+/// Draws the triangles of a surface with its colours, those in front over those behind. The program
+/// has the attributes `position`, `normal` and `colour`.
+void drawSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface);
+
+/// The same with the texture that is set for the program, which has the attributes `position`,
+/// `normal` and `coordinate`.
+void drawTexturedSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface);
 
 } // namespace gallery

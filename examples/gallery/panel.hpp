@@ -41,7 +41,18 @@ struct Panel {
     std::vector<Probe> probes;
 };
 
+/// Panels that belong together.
+struct Group {
+    /// What stands above them in the contact sheet.
+    const char* heading;
+
+    std::vector<Panel> panels;
+};
+
 /// All panels, in the order of the contact sheet.
+const std::vector<Group>& groups();
+
+/// The same without their groups.
 const std::vector<Panel>& panels();
 
 } // namespace gallery

@@ -92,6 +92,14 @@ std::string failure(const MixedBetween& probe, const offscreen::Image& image) {
 
 } // namespace
 
+MixedBetween widthBetween(Point from, Point to, int minimum, int maximum) {
+    return {from, to, palette::paper, palette::paper, minimum, maximum};
+}
+
+MixedBetween widthBetween(Point from, Point to, int width) {
+    return widthBetween(from, to, width, width);
+}
+
 std::vector<std::string> check(const Panel& panel, const offscreen::Image& image) {
     const std::string title = "Panel " + std::string(panel.name) + ": ";
     if (image.width != panelSize || image.height != panelSize)

@@ -50,6 +50,12 @@ struct MixedBetween {
     int tolerance = usualTolerance;
 };
 
+/// Going across a line or a point, so many pixels are not paper.
+/// @{
+MixedBetween widthBetween(Point from, Point to, int minimum, int maximum);
+MixedBetween widthBetween(Point from, Point to, int width);
+/// @}
+
 /// One thing that a panel's picture must show.
 using Probe = std::variant<ColourAt, EdgeBetween, MixedBetween>;
 

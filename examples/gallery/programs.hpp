@@ -20,4 +20,19 @@ std::shared_ptr<vellis::Program> makeTwoSidedProgram();
 /// framebuffer. Needs vellis::Drawable::enablePointSprite.
 std::shared_ptr<vellis::Program> makeDiscProgram();
 
+/// `position` (x and y) and `value`: a place from 0 to 1 in the texture of one dimension `colours`.
+std::shared_ptr<vellis::Program> makeColourMapProgram();
+
+/// `position` and `coordinate`, under the matrix `mvp`: a place in the texture of two dimensions
+/// `picture`.
+std::shared_ptr<vellis::Program> makePictureProgram();
+
+/// `position`, `normal` and `coordinate`: the same, lit from the upper left.
+std::shared_ptr<vellis::Program> makeLitPictureProgram();
+
+/// `position` and `normal`, under the matrix `mvp`: the colour comes from the texture of three
+/// dimensions `solid` of `texels` texels a side, which fills the cube from -1 to 1; lit from the
+/// upper left.
+std::shared_ptr<vellis::Program> makeSolidProgram();
+
 } // namespace gallery

@@ -1,25 +1,172 @@
-/// Panels that show what can be drawn.
+/// Panels that show what can be drawn with a program.
 
+#include <cmath>
+
+#include <gallery/curves.hpp>
 #include <gallery/geometry.hpp>
 #include <gallery/mesh.hpp>
-#include <gallery/panel_drawings.hpp>
+#include <gallery/panel_groups.hpp>
 #include <gallery/programs.hpp>
 
 namespace gallery {
+namespace {
 
-using Primitive = vellis::Drawable::PrimitiveType;
+using vellis::Drawable;
+using vellis::VertexAttribute;
+using namespace palette;
 
 void drawTriangle(const Canvas&) {
-    Vertices vertices;
-    vertices.add({-0.82f, -0.68f, 0.0f}, palette::teal);
-    vertices.add({0.82f, -0.68f, 0.0f}, palette::sand);
-    vertices.add({0.0f, 0.74f, 0.0f}, palette::coral);
+    const auto positions = vellis::VertexAttributeBuffer<glm::vec2>::make(
+        {{-0.82f, -0.68f}, {0.82f, -0.68f}, {0.0f, 0.74f}}, vellis::BufferUsage::Static,
+        vellis::BufferAccess::Draw);
+    const auto colours = vellis::VertexAttributeBuffer<glm::vec3>::make(
+        {toVector(teal), toVector(sand), toVector(coral)}, vellis::BufferUsage::Static,
+        vellis::BufferAccess::Draw);
     const auto program = makeColourProgram();
-    program->draw(Mesh(*program, Primitive::Triangles, vertices));
+    const auto triangle =
+        vellis::drawable::Triangles<VertexAttribute<glm::vec2>, VertexAttribute<glm::vec3>>::make(
+            program, {"position", positions}, {"colour", colours});
+    program->draw(*triangle);
 }
 
 void drawKnot(const Canvas&) {
-    drawSurface(*makeLitProgram(), makeKnot());
+    drawSurface(makeLitProgram(), makeKnot());
+}
+
+void drawPointSprites(const Canvas& canvas) {
+    constexpr unsigned int count = 140;
+    constexpr float goldenAngle = 2.39996323f;
+    const std::vector<Colour> colours = {sand, orange, coral, plum, navy};
+    std::vector<glm::vec2> positions;
+    std::vector<glm::vec3> pointColours;
+    std::vector<float> sizes;
+    for (unsigned int i = 0; i < count; ++i) {
+        const float at = (static_cast<float>(i) + 0.5f) / count;
+        const float angle = goldenAngle * static_cast<float>(i);
+        positions.push_back(onCircle(angle, 0.84f * std::sqrt(at)));
+        pointColours.push_back(blend(colours, at));
+        sizes.push_back(canvas.length(5.0f + 9.0f * std::sqrt(at)));
+    }
+    const auto program = makeDiscProgram();
+    const auto positionBuffer = makeBuffer(positions);
+    const auto colourBuffer = makeBuffer(pointColours);
+    const auto sizeBuffer = makeBuffer(sizes);
+    const auto points =
+        vellis::drawable::Points<VertexAttribute<glm::vec2>, VertexAttribute<glm::vec3>,
+                                 VertexAttribute<float>>::make(program,
+                                                               {"position", positionBuffer},
+                                                               {"colour", colourBuffer},
+                                                               {"size", sizeBuffer});
+    Drawable::enablePointSprite(true);
+    program->draw(*points);
+    Drawable::disablePointSprite();
+}
+
+void drawBall(Drawable::PolygonMode mode) {
+    Drawable::enableFaceCulling(Drawable::Face::Back);
+    Drawable::setPolygonMode(Drawable::Face::FrontAndBack, mode);
+    drawSurface(makeLitProgram(), makeBall());
+}
+
+void drawFilledBall(const Canvas&) {
+    drawBall(Drawable::PolygonMode::Fill);
+}
+
+void drawBallOfLines(const Canvas& canvas) {
+    Drawable::setLineWidth(canvas.length(1.5f));
+    drawBall(Drawable::PolygonMode::Line);
+}
+
+void drawBallOfPoints(const Canvas& canvas) {
+    Drawable::setPointSize(canvas.length(5.0f));
+    drawBall(Drawable::PolygonMode::Point);
+}
+
+} // namespace
+
+std::vector<Panel> shapePanels() {
+    return {
+        {"triangle",
+         "smooth triangle",
+         4,
+         drawTriangle,
+         {
+             ColourAt{{120, 145}, {170, 156, 111}}, // the mean of the corners
+             ColourAt{{120, 40}, {227, 115, 83}},
+             ColourAt{{30, 197}, {53, 157, 140}},
+             ColourAt{{209, 197}, {229, 196, 110}},
+             ColourAt{{30, 60}, paper},
+             ColourAt{{210, 60}, paper},
+             EdgeBetween{{120, 198}, {120, 208}, {140, 178, 126}, paper},
+             EdgeBetween{{64, 116}, {76, 116}, paper, {140, 135, 112}},
+             EdgeBetween{{176, 116}, {164, 116}, paper, {233, 155, 95}},
+         }},
+        {"indexed-mesh",
+         "indexed mesh",
+         4,
+         drawKnot,
+         {
+             ColourAt{{48, 70}, {166, 181, 118}},
+             ColourAt{{195, 70}, {46, 89, 109}},
+             ColourAt{{120, 135}, {40, 125, 111}},
+             ColourAt{{150, 150}, {248, 131, 104}},
+             ColourAt{{120, 105}, paper}, // the hole in the middle
+             ColourAt{{75, 80}, paper},
+             ColourAt{{200, 160}, paper},
+             EdgeBetween{{165, 20}, {165, 36}, paper, {78, 117, 151}},
+         }},
+        {"point-sprite",
+         "point sprites",
+         4,
+         drawPointSprites,
+         {
+             ColourAt{{126, 120}, sand},
+             ColourAt{{178, 153}, {235, 125, 85}},
+             ColourAt{{204, 64}, navy},
+             ColourAt{{198, 58}, paper}, // the corners of a round point
+             ColourAt{{210, 58}, paper},
+             ColourAt{{198, 70}, paper},
+             ColourAt{{20, 20}, paper},
+             widthBetween({195, 64}, {218, 64}, 13, 16),
+             EdgeBetween{{204, 50}, {204, 64}, paper, navy},
+         }},
+        {"polygon-mode-fill",
+         "polygon mode: fill",
+         4,
+         drawFilledBall,
+         {
+             ColourAt{{120, 120}, {66, 116, 148}},
+             ColourAt{{127, 119}, {66, 116, 148}}, // a triangle's middle
+             ColourAt{{120, 45}, {44, 163, 148}},
+             ColourAt{{120, 195}, {28, 52, 73}},
+             ColourAt{{200, 40}, paper},
+             EdgeBetween{{10, 120}, {40, 120}, paper, {64, 116, 148}, 16},
+         }},
+        {"polygon-mode-line",
+         "polygon mode: line",
+         4,
+         drawBallOfLines,
+         {
+             ColourAt{{120, 122}, {67, 118, 149}, 20}, // on an edge of a triangle
+             ColourAt{{127, 119}, paper},              // a triangle's middle
+             ColourAt{{40, 120}, paper},
+             ColourAt{{200, 40}, paper},
+             widthBetween({112, 122}, {127, 122}, 1, 4),
+             EdgeBetween{{126, 116}, {119, 116}, paper, {67, 118, 149}, 20},
+         }},
+        {"polygon-mode-point",
+         "polygon mode: point",
+         4,
+         drawBallOfPoints,
+         {
+             ColourAt{{118, 110}, {82, 144, 171}, 20}, // a corner of triangles
+             ColourAt{{94, 123}, {71, 124, 157}, 20},
+             ColourAt{{120, 122}, paper}, // on an edge of a triangle
+             ColourAt{{127, 119}, paper}, // a triangle's middle
+             widthBetween({108, 110}, {128, 110}, 5, 7),
+             EdgeBetween{{108, 110}, {118, 110}, paper, {82, 144, 171}, 20},
+         }},
+    };
 }
 
 } // namespace gallery

@@ -1,0 +1,35 @@
+#include <gallery/textured.hpp>
+
+#include <gallery/mesh.hpp>
+#include <gallery/programs.hpp>
+
+namespace gallery {
+namespace {
+
+/// The corners of a rectangle, for a triangle strip.
+std::shared_ptr<vellis::VertexAttributeBuffer<glm::vec2>> makeCorners(const Rectangle& rectangle) {
+    const auto& [a, b] = rectangle;
+    return makeBuffer<glm::vec2>({a, {b.x, a.y}, {a.x, b.y}, b});
+}
+
+} // namespace
+
+void drawTextured(const vellis::Texture& texture, const Rectangle& coordinates,
+                  const Rectangle& where, const glm::mat4& mvp) {
+    const auto positions = makeCorners(where);
+    const auto places = makeCorners(coordinates);
+    const auto program = makePictureProgram();
+    const auto strip =
+        vellis::drawable::TriangleStrip<vellis::VertexAttribute<glm::vec2>,
+                                        vellis::VertexAttribute<glm::vec2>>::make(program,
+                                                                                  {"position",
+                                                                                   positions},
+                                                                                  {"coordinate",
+                                                                                   places});
+    program->bind();
+    program->setUniform("mvp", mvp);
+    program->setUniform("picture", texture);
+    program->draw(*strip);
+}
+
+} // namespace gallery

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <glm/mat4x4.hpp>
+#include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
+
+#include <gallery/view.hpp>
+#include <vellis/texture.hpp>
+
+namespace gallery {
+
+/// A rectangle with sides along the axes.
+struct Rectangle {
+    glm::vec2 lowerLeft;
+    glm::vec2 upperRight;
+};
+
+/// Draws the part \p coordinates of a texture of two dimensions on the rectangle \p where in the
+/// plane z = 0.
+void drawTextured(const vellis::Texture& texture, const Rectangle& coordinates,
+                  const Rectangle& where, const glm::mat4& mvp = flatView);
+
+} // namespace gallery
