@@ -17,7 +17,7 @@
 
 namespace vellis::test {
 
-/// An integer of GL's state.
+/// A single integer of GL's state.
 inline int stateOf(GLenum pname) {
     int value = -1;
     glGetIntegerv(pname, &value);

@@ -151,8 +151,9 @@ TEST_F(PrimitivesRender, ConstructionLeavesNothingInUse) {
     program->bind();
     points->bind();
     const drawable::Points<VertexAttribute<glm::vec2>> drawable(program, {"position", points});
-    for (const GLenum pname :
-         {GL_CURRENT_PROGRAM, GL_VERTEX_ARRAY_BINDING, GL_ARRAY_BUFFER_BINDING}) {
+    constexpr GLenum bindings[] = {GL_CURRENT_PROGRAM, GL_VERTEX_ARRAY_BINDING,
+                                   GL_ARRAY_BUFFER_BINDING};
+    for (const GLenum pname : bindings) {
         GLint value = -1;
         glGetIntegerv(pname, &value);
         EXPECT_EQ(value, 0) << pname;

@@ -637,10 +637,11 @@ protected:
         glDepthRange(0.25, 0.75);
         glDepthMask(GL_FALSE);
         glColorMask(GL_TRUE, GL_FALSE, GL_FALSE, GL_TRUE);
-        for (const GLenum capability :
-             {GL_PROGRAM_POINT_SIZE, GL_POINT_SPRITE, GL_LINE_SMOOTH, GL_POLYGON_SMOOTH,
-              GL_CULL_FACE, GL_DEPTH_TEST, GL_STENCIL_TEST, GL_BLEND, GL_COLOR_LOGIC_OP,
-              GL_SCISSOR_TEST})
+        constexpr GLenum capabilities[] = {
+            GL_PROGRAM_POINT_SIZE, GL_POINT_SPRITE, GL_LINE_SMOOTH,  GL_POLYGON_SMOOTH,
+            GL_CULL_FACE,          GL_DEPTH_TEST,   GL_STENCIL_TEST, GL_BLEND,
+            GL_COLOR_LOGIC_OP,     GL_SCISSOR_TEST};
+        for (const GLenum capability : capabilities)
             glEnable(capability);
     }
 
