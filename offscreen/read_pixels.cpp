@@ -45,8 +45,8 @@ private:
 /// GL's first row is the lowest one.
 void flipRows(Image& image) {
     const std::ptrdiff_t rowBytes = std::ptrdiff_t{4} * image.width;
-    auto upper = image.pixels.begin();
-    auto lower = image.pixels.end() - rowBytes;
+    unsigned char* upper = image.pixels.data();
+    unsigned char* lower = upper + image.pixels.size() - rowBytes;
     for (; upper < lower; upper += rowBytes, lower -= rowBytes)
         std::swap_ranges(upper, upper + rowBytes, lower);
 }

@@ -59,9 +59,9 @@ std::shared_ptr<VertexAttributeBuffer<T>> viewedAs(const std::shared_ptr<Bytes>&
 template <class T>
 std::shared_ptr<VertexAttributeBuffer<T>> stream(const T* points, std::size_t count) {
     const std::shared_ptr<Bytes> buffer = Toolbox::getVertexBuffer();
-    if (buffer != nullptr && points != nullptr) {
+    if (buffer != nullptr) {
         constexpr std::size_t most = std::numeric_limits<unsigned int>::max();
-        // What does not fit is left to GL to refuse.
+        // Null is no load at all. What does not fit is left to GL to refuse.
         buffer->load(reinterpret_cast<const unsigned char*>(points), 0,
                      static_cast<unsigned int>(std::min(count * sizeof(T), most)));
     }

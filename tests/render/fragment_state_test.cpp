@@ -409,12 +409,11 @@ vec4 weight(Factor factor) {
     return vec4(vec3(std::min(source.a, 1.f - destination.a)), 1.f);
 }
 
-const std::vector<Factor> factors = {
-    Factor::ZERO,      Factor::ONE,
-    Factor::SRC_COLOR, Factor::ONE_MINUS_SRC_COLOR,
-    Factor::DST_COLOR, Factor::ONE_MINUS_DST_COLOR,
-    Factor::SRC_ALPHA, Factor::ONE_MINUS_SRC_ALPHA,
-    Factor::DST_ALPHA, Factor::ONE_MINUS_DST_ALPHA};
+const std::vector<Factor> factors = {Factor::ZERO,      Factor::ONE,
+                                     Factor::SRC_COLOR, Factor::ONE_MINUS_SRC_COLOR,
+                                     Factor::DST_COLOR, Factor::ONE_MINUS_DST_COLOR,
+                                     Factor::SRC_ALPHA, Factor::ONE_MINUS_SRC_ALPHA,
+                                     Factor::DST_ALPHA, Factor::ONE_MINUS_DST_ALPHA};
 
 /// Expects that the fragment and the framebuffer, with the blending in force, come to a colour.
 void expectBlended(const vec4& expected) {

@@ -345,9 +345,8 @@ TEST(FragmentStateTrace, BlendingOfFourKeepsTheOrderOfItsArguments) {
     FakeGl gl;
     Framebuffer::enableBlending(Factor::SRC_COLOR, Factor::DST_COLOR, Factor::SRC_ALPHA,
                                 Factor::DST_ALPHA);
-    EXPECT_GL_CALLS(
-        gl, blends, "glBlendColor(0, 0, 0, 0)",
-        "glBlendFuncSeparate(GL_SRC_COLOR, GL_DST_COLOR, GL_SRC_ALPHA, GL_DST_ALPHA)");
+    EXPECT_GL_CALLS(gl, blends, "glBlendColor(0, 0, 0, 0)",
+                    "glBlendFuncSeparate(GL_SRC_COLOR, GL_DST_COLOR, GL_SRC_ALPHA, GL_DST_ALPHA)");
 }
 
 TEST(FragmentStateTrace, BlendEquationsOfColourAndAlphaAreApart) {

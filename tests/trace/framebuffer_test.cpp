@@ -51,25 +51,23 @@ DETECT(AttachesDepthStencil, attachDepthStencilbuffer(std::declval<const Image&>
 #undef DETECT
 
 template <class Image>
-constexpr bool attachesAsColor = AttachesColor<Image>::value && AttachesColorLevel<Image>::value &&
-                                 AttachesColorAt<Image>::value &&
-                                 AttachesColorAtLevel<Image>::value &&
-                                 AttachesColors<Image>::value && AttachesColorsTo<Image>::value;
+constexpr bool attachesAsColor = AttachesColor<Image>::value&& AttachesColorLevel<Image>::value&&
+    AttachesColorAt<Image>::value&& AttachesColorAtLevel<Image>::value&&
+        AttachesColors<Image>::value&& AttachesColorsTo<Image>::value;
 template <class Image>
-constexpr bool attachesAsNoColor = !AttachesColor<Image>::value &&
-                                   !AttachesColorLevel<Image>::value &&
-                                   !AttachesColorAt<Image>::value &&
-                                   !AttachesColorAtLevel<Image>::value &&
-                                   !AttachesColors<Image>::value && !AttachesColorsTo<Image>::value;
+constexpr bool attachesAsNoColor =
+    !AttachesColor<Image>::value && !AttachesColorLevel<Image>::value &&
+    !AttachesColorAt<Image>::value && !AttachesColorAtLevel<Image>::value &&
+    !AttachesColors<Image>::value && !AttachesColorsTo<Image>::value;
 
 template <class F>
 struct IsColorOnly {
     template <class Image>
-    static constexpr bool holds = attachesAsColor<Image> && !AttachesDepth<Image>::value &&
-                                  !AttachesStencil<Image>::value &&
-                                  !AttachesDepthStencil<Image>::value;
-    static constexpr bool value = holds<Texture2D<F>> && holds<Renderbuffer<F>> &&
-                                  holds<MultiSampleRenderbuffer<F>>;
+    static constexpr bool holds =
+        attachesAsColor<Image> && !AttachesDepth<Image>::value && !AttachesStencil<Image>::value &&
+        !AttachesDepthStencil<Image>::value;
+    static constexpr bool value =
+        holds<Texture2D<F>> && holds<Renderbuffer<F>> && holds<MultiSampleRenderbuffer<F>>;
 };
 static_assert(ColorTexels::all<IsColorOnly>);
 
@@ -77,10 +75,9 @@ static_assert(ColorTexels::all<IsColorOnly>);
 template <class F, bool depth, bool stencil, bool depthStencil, bool asTexture>
 struct AttachesOnlyTo {
     template <class Image>
-    static constexpr bool holds = attachesAsNoColor<Image> &&
-                                  AttachesDepth<Image>::value == depth &&
-                                  AttachesStencil<Image>::value == stencil &&
-                                  AttachesDepthStencil<Image>::value == depthStencil;
+    static constexpr bool holds = attachesAsNoColor<Image>&& AttachesDepth<Image>::value ==
+                                  depth&& AttachesStencil<Image>::value ==
+                                  stencil&& AttachesDepthStencil<Image>::value == depthStencil;
     static constexpr bool value = holds<Renderbuffer<F>> && holds<MultiSampleRenderbuffer<F>> &&
                                   (!asTexture || holds<Texture2D<F>>);
 };
@@ -98,28 +95,28 @@ static_assert(attachesAsNoColor<RBO> && attachesAsNoColor<Texture> && attachesAs
 
 /// One image of each class and format that the tests attach. The names follow one another.
 struct Images {
-    Texture2D<U8vec4> texture;                                      // 2
-    Renderbuffer<U8vec4> renderbuffer{4, 4};                        // 3
-    MultiSampleRenderbuffer<U8vec4> samples{4, 4, 4};               // 4
-    Renderbuffer<depth16> depth16Buffer{4, 4};                      // 5
-    Renderbuffer<depth32> depth32Buffer{4, 4};                      // 6
-    MultiSampleRenderbuffer<depth16> depth16Samples{4, 4, 4};       // 7
-    MultiSampleRenderbuffer<depth32> depth32Samples{4, 4, 4};       // 8
-    Texture2D<depth16> depth16Texture;                              // 9
-    Texture2D<depth32> depth32Texture;                              // 10
-    Renderbuffer<stencil8> stencil8Buffer{4, 4};                    // 11
-    Renderbuffer<stencil16> stencil16Buffer{4, 4};                  // 12
-    MultiSampleRenderbuffer<stencil8> stencil8Samples{4, 4, 4};     // 13
-    MultiSampleRenderbuffer<stencil16> stencil16Samples{4, 4, 4};   // 14
-    Renderbuffer<depth24_stencil8> packedBuffer{4, 4};              // 15
+    Texture2D<U8vec4> texture;                                        // 2
+    Renderbuffer<U8vec4> renderbuffer{4, 4};                          // 3
+    MultiSampleRenderbuffer<U8vec4> samples{4, 4, 4};                 // 4
+    Renderbuffer<depth16> depth16Buffer{4, 4};                        // 5
+    Renderbuffer<depth32> depth32Buffer{4, 4};                        // 6
+    MultiSampleRenderbuffer<depth16> depth16Samples{4, 4, 4};         // 7
+    MultiSampleRenderbuffer<depth32> depth32Samples{4, 4, 4};         // 8
+    Texture2D<depth16> depth16Texture;                                // 9
+    Texture2D<depth32> depth32Texture;                                // 10
+    Renderbuffer<stencil8> stencil8Buffer{4, 4};                      // 11
+    Renderbuffer<stencil16> stencil16Buffer{4, 4};                    // 12
+    MultiSampleRenderbuffer<stencil8> stencil8Samples{4, 4, 4};       // 13
+    MultiSampleRenderbuffer<stencil16> stencil16Samples{4, 4, 4};     // 14
+    Renderbuffer<depth24_stencil8> packedBuffer{4, 4};                // 15
     MultiSampleRenderbuffer<depth24_stencil8> packedSamples{4, 4, 4}; // 16
-    Texture2D<depth24_stencil8> packedTexture;                      // 17
-    Texture2D<float> texture2;                                      // 18
-    Renderbuffer<glm::vec4> renderbuffer2{4, 4};                    // 19
+    Texture2D<depth24_stencil8> packedTexture;                        // 17
+    Texture2D<float> texture2;                                        // 18
+    Renderbuffer<glm::vec4> renderbuffer2{4, 4};                      // 19
 };
 
-/// Framebuffer 1 and images, whose making is not looked at. In the end no name may be left, and none
-/// deleted twice.
+/// Framebuffer 1 and images, whose making is not looked at. In the end no name may be left, and
+/// none deleted twice.
 class FramebufferTrace : public testing::Test {
 protected:
     FramebufferTrace() : framebuffer(Framebuffer::make()), images(std::make_unique<Images>()) {
@@ -215,8 +212,7 @@ TEST_F(FramebufferTrace, DestructionRestoresTheSavedBindingsWhereThatIsAskedFor)
     framebuffer->restoreOnDestruction_ = true;
     gl.forget();
     framebuffer.reset();
-    EXPECT_GL_CALLS(gl, "glDeleteFramebuffers(1, {1})",
-                    "glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 5)",
+    EXPECT_GL_CALLS(gl, "glDeleteFramebuffers(1, {1})", "glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 5)",
                     "glBindFramebuffer(GL_READ_FRAMEBUFFER, 6)");
 }
 
@@ -428,11 +424,11 @@ std::string renderbuffer(const std::string& point, int name) {
 }
 
 const Lines everythingDetached = {
-    renderbuffer("COLOR_ATTACHMENT0", 0), renderbuffer("COLOR_ATTACHMENT1", 0),
-    renderbuffer("COLOR_ATTACHMENT2", 0), renderbuffer("COLOR_ATTACHMENT3", 0),
-    renderbuffer("COLOR_ATTACHMENT4", 0), renderbuffer("COLOR_ATTACHMENT5", 0),
-    renderbuffer("COLOR_ATTACHMENT6", 0), renderbuffer("COLOR_ATTACHMENT7", 0),
-    renderbuffer("DEPTH_ATTACHMENT", 0),  renderbuffer("STENCIL_ATTACHMENT", 0),
+    renderbuffer("COLOR_ATTACHMENT0", 0),       renderbuffer("COLOR_ATTACHMENT1", 0),
+    renderbuffer("COLOR_ATTACHMENT2", 0),       renderbuffer("COLOR_ATTACHMENT3", 0),
+    renderbuffer("COLOR_ATTACHMENT4", 0),       renderbuffer("COLOR_ATTACHMENT5", 0),
+    renderbuffer("COLOR_ATTACHMENT6", 0),       renderbuffer("COLOR_ATTACHMENT7", 0),
+    renderbuffer("DEPTH_ATTACHMENT", 0),        renderbuffer("STENCIL_ATTACHMENT", 0),
     renderbuffer("DEPTH_STENCIL_ATTACHMENT", 0)};
 
 std::string withTarget(std::string line, const std::string& target) {
@@ -440,8 +436,7 @@ std::string withTarget(std::string line, const std::string& target) {
     return mark == std::string::npos ? line : line.replace(mark, 1, target);
 }
 
-class FramebufferEditTrace : public FramebufferTrace,
-                             public testing::WithParamInterface<EditRow> {
+class FramebufferEditTrace : public FramebufferTrace, public testing::WithParamInterface<EditRow> {
 protected:
     /// Edits, and compares the calls with what is expected while bound to \p target.
     void expectEdit(const std::string& target, const Lines& selection) {
@@ -560,6 +555,19 @@ TEST_F(FramebufferTrace, AttachByIndexMakesNoMapping) {
     framebuffer->attachFragmentOut(images->texture);
     gl.forget();
     framebuffer->applyDrawMappings();
+    EXPECT_GL_CALLS(gl, drawsNowhere);
+}
+
+TEST_F(FramebufferTrace, EveryFormForSeveralImagesDropsTheMappingsOfBefore) {
+    framebuffer->attachFragmentOuts({3}, images->texture);
+    gl.forget();
+    framebuffer->attachFragmentOuts(images->texture);
+    EXPECT_EQ(gl.takeCalls().back(),
+              "glDrawBuffers(4, {GL_COLOR_ATTACHMENT0, GL_NONE, GL_NONE, GL_NONE})");
+    framebuffer->attachFragmentOuts({2}, images->texture);
+    EXPECT_EQ(gl.takeCalls().back(),
+              "glDrawBuffers(4, {GL_NONE, GL_NONE, GL_COLOR_ATTACHMENT2, GL_NONE})");
+    framebuffer->attachFragmentOuts();
     EXPECT_GL_CALLS(gl, drawsNowhere);
 }
 

@@ -191,9 +191,10 @@ TEST_F(RboTrace, EveryFormatIsStoredWithOneSample) {
         SCOPED_TRACE(texelRow<F>.name);
         gl.forget();
         const Renderbuffer<F> typed(64, 32);
-        EXPECT_GL_CALLS(gl, "glGenRenderbuffers(1, {" + std::to_string(typed.id()) + "})",
-                        allocation(typed.id(), std::string("glRenderbufferStorage(GL_RENDERBUFFER, ") +
-                                                   texelRow<F>.internalFormatName + ", 64, 32)"));
+        EXPECT_GL_CALLS(
+            gl, "glGenRenderbuffers(1, {" + std::to_string(typed.id()) + "})",
+            allocation(typed.id(), std::string("glRenderbufferStorage(GL_RENDERBUFFER, ") +
+                                       texelRow<F>.internalFormatName + ", 64, 32)"));
         EXPECT_EQ(recorded(typed), (Lines{"64", "32", "1"}));
     };
     ColorTexels::each(check);

@@ -115,6 +115,17 @@ TYPED_TEST(TypedBufferTrace, MakeOfAListUploadsIt) {
     EXPECT_EQ(this->gl.bufferBytes(1), std::vector<unsigned char>(2 * this->size, 0x5A));
 }
 
+TYPED_TEST(TypedBufferTrace, MakeAndLoadOfAVectorUploadIt) {
+    const auto& e = this->elements;
+    const std::vector<typename TestFixture::Element> two = {e[0], e[1]};
+    const auto buffer = TestFixture::Buffer::make(two, BufferUsage::Static, BufferAccess::Draw);
+    EXPECT_EQ(buffer->count(), 2u);
+    EXPECT_EQ(this->gl.bufferBytes(1), std::vector<unsigned char>(2 * this->size, 0x5A));
+    buffer->load(std::vector<typename TestFixture::Element>(3, e[2]));
+    EXPECT_EQ(buffer->count(), 3u);
+    EXPECT_EQ(this->gl.bufferBytes(1), std::vector<unsigned char>(3 * this->size, 0x5A));
+}
+
 TYPED_TEST(TypedBufferTrace, MakeOfNothingMakesAnEmptyStore) {
     const std::initializer_list<typename TestFixture::Element> none = {};
     const auto buffer = TestFixture::Buffer::make(none, BufferUsage::Static, BufferAccess::Draw);

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <initializer_list>
 #include <limits>
 #include <memory>
 #include <type_traits>
+#include <vector>
 
 #include <vellis/buffers/buffer_object.hpp>
 #include <vellis/detail/make_shared.hpp>
@@ -39,7 +41,13 @@ public:
     /// A buffer that holds \p elements.
     static std::shared_ptr<Buffer> make(std::initializer_list<T> elements, BufferUsage usage,
                                         BufferAccess access) {
-        return make(elements.begin(), static_cast<unsigned int>(elements.size()), usage, access);
+        return make(elements.begin(), cut(elements.size()), usage, access);
+    }
+
+    /// A buffer that holds \p elements.
+    static std::shared_ptr<Buffer> make(const std::vector<T>& elements, BufferUsage usage,
+                                        BufferAccess access) {
+        return make(elements.data(), cut(elements.size()), usage, access);
     }
 
     /// The number of elements in the store.
@@ -51,6 +59,9 @@ public:
         count_ = fitting(count);
         Base::load(data, bytes(count_));
     }
+
+    /// Makes a new store that holds \p elements. The old store is orphaned.
+    void load(const std::vector<T>& elements) { load(elements.data(), cut(elements.size())); }
 
     /// Replaces \p count elements from element \p first on. GL checks the range; count() stays as
     /// it is. Does nothing where \p data is null.
@@ -85,6 +96,12 @@ private:
     static constexpr unsigned int maxCount = std::numeric_limits<unsigned int>::max() / sizeof(T);
 
     static constexpr unsigned int fitting(unsigned int count) { return std::min(count, maxCount); }
+
+    /// A number of elements in 32 bits.
+    static constexpr unsigned int cut(std::size_t count) {
+        return static_cast<unsigned int>(
+            std::min(count, std::size_t{std::numeric_limits<unsigned int>::max()}));
+    }
 
     /// Sizes and offsets that 32 bits cannot hold become ones that GL refuses for any store.
     static constexpr unsigned int bytes(unsigned int count) {

@@ -35,10 +35,15 @@ namespace vellis {
 /// the shared buffer's end: pass counts above 0. Of a buffer of the caller's it means all that
 /// remain.
 ///
+/// **Looks.** Lines are as wide and as smooth as Drawable::setLineWidth and
+/// Drawable::enableLineSmooth say; smoothing shows where blending is on. With the depth test on, a
+/// 3D point or bullseye writes depth in its whole square, the corners included: draw them last, or
+/// with depth writing off.
+///
 /// **State.** After a call no program is in use, and no vertex array object and no array buffer is
 /// bound. The point families (drawPoints, drawBullseyes) put the blend state back and leave point
-/// sprites and program point size off; of the errors pending in GL's queue each of their calls takes
-/// two, as Drawable::enablePointSprite does one. Nothing else is changed.
+/// sprites and program point size off; of the errors pending in GL's queue each of their calls
+/// takes two, as Drawable::enablePointSprite does one. Nothing else is changed.
 ///
 /// **Cost.** Each call makes and deletes a vertex array object. It allocates memory for that and,
 /// for a dashed line, for the points.
@@ -230,7 +235,8 @@ public:
     /// Draws a dashed line through the points, starting with a dash at the first. The pattern goes
     /// on around the corners.
     ///
-    /// \param dash, gap  The lengths of a dash and of a gap, in the units of the points.
+    /// \param dash, gap  The lengths of a dash and of a gap, in the units of the points:
+    /// under a matrix that scales x and y unlike, dashes differ with their direction.
     /// @{
     static void drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
                                   const glm::vec2* points, const glm::mat4& mvp);

@@ -56,7 +56,8 @@ struct IsColorImage<MultiSampleRenderbuffer<F>> : IsColorFormat<F> {};
 /// the context has no framebuffer objects, the name is 0, and what needs them does nothing.
 ///
 /// Images are a Texture2D, Renderbuffer or MultiSampleRenderbuffer of a colour format; the
-/// framebuffer does not own them.
+/// framebuffer does not own them. GL detaches one that is destroyed from the framebuffer that is
+/// bound then, not from any other.
 class VELLIS_EXPORT Framebuffer {
 public:
     /// \name Enumerations
@@ -124,7 +125,7 @@ public:
     };
 
     /// What a colour is multiplied by in blending. For a constant give the colour or the alpha
-    /// itself.
+    /// itself. GL before 3.3 takes SRC_ALPHA_SATURATE for the fragment alone.
     enum class BlendingFactor : unsigned int {
         ZERO = 0,
         ONE = 1,
@@ -233,7 +234,8 @@ public:
         attachColor(image, level);
     }
 
-    /// Attaches \p image as colour attachment \p index. Draw and read buffers stay as they are.
+    /// Attaches \p image as colour attachment \p index. Draw and read buffers stay as they are. GL
+    /// refuses an index of `GL_MAX_COLOR_ATTACHMENTS` and more.
     template <class Image, class = std::enable_if_t<IsColorImage<Image>::value>>
     void attachFragmentOut(unsigned int index, const Image& image, unsigned int level = 0) {
         attachColor(index, image, level);
@@ -241,7 +243,9 @@ public:
 
     /// Attaches the images in their order as colour attachments 0, 1 …, and makes fragment output i
     /// write to the i-th: `glDrawBuffers` with one entry for each of MAX_NUM_DRAW_MAPPINGS outputs.
-    /// Images beyond that number are left out; outputs without an image are written nowhere.
+    /// Images beyond that number are left out; outputs without an image are written nowhere. What
+    /// else was attached stays so. The framebuffer must be bound for drawing, by bind() or
+    /// bindToDraw(): `glDrawBuffers` works on the one that is.
     template <class... Images, class = std::enable_if_t<(IsColorImage<Images>::value && ...)>>
     void attachFragmentOuts(const Images&... images) {
         resetDrawMappings();
@@ -269,6 +273,9 @@ public:
     /// @}
 
     /// \name Depth and stencil
+    /// Without a colour attachment a framebuffer may be complete only after
+    /// `setDrawBuffer(BufferID::NONE)` and `setReadBuffer(BufferID::NONE)`. Whether depth and
+    /// stencil can be separate images, or stencil be there alone, is the driver's to say.
     /// @{
     void attachDepthbuffer(const Renderbuffer<depth16>& renderbuffer);
     void attachDepthbuffer(const Renderbuffer<depth32>& renderbuffer);
@@ -451,8 +458,10 @@ public:
     /// \name Copies
     /// Copies the lower left \p width by \p height pixels of one image into the same place of a
     /// texture of the same format, level 0. From several samples a pixel to one they are averaged.
-    /// All bindings, draw and read buffers end as they were. Images that are too small, of unlike
-    /// formats or without storage are left to GL to refuse. Each call makes and deletes two
+    /// All bindings, draw and read buffers end as they were. The scissor test confines the copy.
+    /// Nothing is written outside the destination, and what lies outside the source is undefined.
+    /// GL refuses images without storage, of formats that it cannot draw to, and of sample counts
+    /// that differ, with `GL_INVALID_FRAMEBUFFER_OPERATION`. Each call makes and deletes two
     /// framebuffer objects.
     /// @{
     template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
@@ -487,11 +496,11 @@ public:
     /// \name Reading back
     /// Reads a rectangle of pixels, the lower row first and without gaps, from the read buffer of
     /// the framebuffer that is bound for reading. `GL_PACK_ALIGNMENT` is put back; other settings
-    /// of `glPixelStorei` are the caller's and hold.
+    /// of `glPixelStorei` are the caller's and hold. Pixels outside the framebuffer are undefined.
+    /// GL refuses to read several samples a pixel (blit() them into a texture first), and depth or
+    /// stencil that is not there.
     ///
-    /// \tparam F  The type of the pixels: any that is stored (see TexelFormat). GL converts
-    /// colours;
-    ///            depth and stencil must be there.
+    /// \tparam F  The type of the pixels: any that is stored, see TexelFormat. GL converts colours.
     /// @{
 
     /// Into \p data, which must have room for \p width times \p height pixels. While a PixelBuffer

@@ -15,9 +15,8 @@ namespace vellis {
 /// framebuffer->attachFragmentOut(*color);
 /// \endcode
 ///
-/// \tparam F  Any texel type that is stored: see TexelFormat. Of another type there is no object:
-/// the
-///            constructor and make() do not exist.
+/// \tparam F  Any texel type that is stored: see TexelFormat. For another type the constructor and
+///            make() do not exist.
 template <class F>
 class MultiSampleRenderbuffer : public RBO {
 public:

@@ -17,7 +17,8 @@ namespace vellis {
 ///
 /// While a PixelBuffer is bound, the pointer of a transfer is a byte offset into it, null being 0.
 ///
-/// \tparam F  The type of the texels: TexelFormat says which there are, and what each needs.
+/// \tparam F  The type of the texels. TexelFormat says which there are, and what the context needs
+///            for each.
 template <class F>
 class TypedTexture : public SizedTexture {
 public:
