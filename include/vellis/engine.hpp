@@ -23,9 +23,9 @@ namespace vellis::engine {
 /// library, and again after a change to a context with other capabilities: every pointer is then
 /// loaded anew.
 ///
-/// Prints nothing and calls no GL beyond the loader's queries (`glGetString`, and on GL 3.0 and later
-/// `glGetIntegerv` and `glGetStringi` for the extension list). An extension that is missing is no
-/// failure: its entry points stay null, and the operations that need them do nothing.
+/// Prints nothing and calls no GL beyond the loader's queries (`glGetString`, and on GL 3.0 and
+/// later `glGetIntegerv` and `glGetStringi` for the extension list). An extension that is missing
+/// is no failure: its entry points stay null, and the operations that need them do nothing.
 ///
 /// \return true when the entry points are loaded; false where no context is current or the system's
 ///         GL library cannot be used. A failed call leaves the entry points as they were.
@@ -35,8 +35,8 @@ VELLIS_EXPORT bool init();
 /// ones included, then buffers. Call it last, with the context
 /// still current. Objects that the application holds itself keep their GL names.
 ///
-/// The entry points stay loaded and the library may be used again, but for the built-in programs and
-/// the Toolbox, whose calls do nothing from now on.
+/// The entry points stay loaded and the library may be used again, but for the built-in programs
+/// and the Toolbox, whose calls do nothing from now on.
 VELLIS_EXPORT void dispose();
 
 } // namespace vellis::engine

@@ -14,7 +14,7 @@
 #include <vellis/export.hpp>
 
 #if defined(GLAD_GL_H_) || defined(__glad_h_)
-#error "<vellis/gl.hpp> brings its own OpenGL loader and must be included in place of another glad header."
+#error "Include <vellis/gl.hpp> in place of another glad header: it brings its own loader."
 #endif
 
 #if !defined(VELLIS_STATIC_DEFINE)
@@ -41,7 +41,8 @@ extern VELLIS_EXPORT struct VellisGLVersion GLVersion;
 /// Loads every entry point through the lookup of the platform whose context is current: EGL or GLX
 /// on Linux and its like (the system GL library's own lookup where neither reports a context), WGL
 /// with the exports of opengl32.dll behind it on Windows.
-/// \return 1 on success; 0 where no context is current or its GL cannot be loaded. A load that fails
+/// \return 1 on success; 0 where no context is current or its GL cannot be loaded. A load that
+/// fails
 ///         leaves the entry points and flags as they were.
 VELLIS_EXPORT int gladLoadGL(void);
 

@@ -37,7 +37,7 @@ VELLIS_EXPORT void log(const char* file, int line, const char* title, const char
 
 /// Reports a broken assertion, then ends the process with `abort`. Prints
 /// \verbatim
-/// Assertion -- 
+/// Assertion --
 ///   Condition: condition
 ///   File(Line): file (line)
 /// Message: message
@@ -62,9 +62,9 @@ VELLIS_EXPORT void not_tested(const char* what, const char* file, int line);
 ///         is static.
 VELLIS_EXPORT const char* check_glerror();
 
-/// Asks with `glCheckFramebufferStatus` whether the framebuffer bound at \p target (a GL framebuffer
-/// target) can be drawn to or read from.
-/// \return null when it is complete, else the status' name (`"GL_FRAMEBUFFER_UNSUPPORTED"`), or
+/// Asks with `glCheckFramebufferStatus` whether the framebuffer bound at \p target (a GL
+/// framebuffer target) can be drawn to or read from. \return null when it is complete, else the
+/// status' name (`"GL_FRAMEBUFFER_UNSUPPORTED"`), or
 ///         `"UNKNOWN ERROR"` for any other status, for the 0 that a failed query gives, and where
 ///         the context has no framebuffer objects. The text is static.
 VELLIS_EXPORT const char* check_framebuffer_complete(unsigned int target);
