@@ -47,7 +47,7 @@ bool checkAll(const std::vector<gallery::Panel>& panels,
 
 /// \return whether every panel shows what it must.
 bool makeGallery(const fs::path& folder) {
-    const common::ReadyContext context(gallery::framebufferSize, gallery::framebufferSize);
+    const common::ReadyContext context(1, 1); // panels have framebuffers of their own
     makeFolder(folder);
     const std::vector<gallery::Panel>& panels = gallery::panels();
     std::vector<offscreen::Image> pictures;

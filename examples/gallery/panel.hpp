@@ -33,8 +33,8 @@ struct Panel {
     /// pixels wide and points up to 60 by any driver, so a panel that shows wide ones asks for 1.
     unsigned int sampling;
 
-    /// Draws into the bound framebuffer, which is cleared to the colour of the paper; x and y run
-    /// from -1 to 1 over the panel. GL attributes may be left changed.
+    /// Draws into the bound framebuffer, which has depth and stencil and is cleared to the colour
+    /// of the paper; x and y run from -1 to 1 over the panel. GL attributes may be left changed.
     void (*draw)(const Canvas& canvas);
 
     /// What the picture must show.

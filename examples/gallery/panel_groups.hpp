@@ -28,4 +28,13 @@ std::vector<Panel> texturePanels();
 /// Filters and wrap modes.
 std::vector<Panel> samplerPanels();
 
+/// Images of one's own to draw to: textures, several samples, several outputs.
+std::vector<Panel> framebufferPanels();
+
+/// The tests, masks and logical operations that decide what a fragment writes.
+std::vector<Panel> fragmentPanels();
+
+/// Blending factors and equations.
+std::vector<Panel> blendingPanels();
+
 } // namespace gallery

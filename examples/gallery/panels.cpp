@@ -29,6 +29,7 @@ const std::vector<Group>& groups() {
         {"Drawing", joined({shapePanels(), rasterPanels()})},
         {"Toolbox", joined({toolboxLinePanels(), toolboxAreaPanels(), toolboxMarkPanels()})},
         {"Textures", joined({texturePanels(), samplerPanels()})},
+        {"Framebuffers", joined({framebufferPanels(), fragmentPanels(), blendingPanels()})},
     };
     return table;
 }

@@ -65,6 +65,21 @@ void main() {
 }
 )";
 
+constexpr char threeOutputsFragmentSource[] = R"(
+IN vec3 vertexColour;
+IN vec3 vertexNormal;
+
+const vec3 nearColour = vec3(0.925, 0.784, 0.431);
+const vec3 farColour = vec3(0.149, 0.275, 0.392);
+
+void main() {
+    gl_FragData[0] = vec4(vertexColour, 1.0);
+    gl_FragData[1] = vec4(0.5 + 0.5 * normalize(vertexNormal), 1.0);
+    float place = clamp(2.5 * gl_FragCoord.z - 0.75, 0.0, 1.0);
+    gl_FragData[2] = vec4(mix(nearColour, farColour, place), 1.0);
+}
+)";
+
 constexpr char discVertexSource[] = R"(
 IN vec3 position;
 IN vec3 colour;
@@ -101,6 +116,10 @@ std::shared_ptr<vellis::Program> makeLitProgram() {
 
 std::shared_ptr<vellis::Program> makeTwoSidedProgram() {
     return buildProgram(litVertexSource, "#define TWO_SIDED\n" + std::string(litFragmentSource));
+}
+
+std::shared_ptr<vellis::Program> makeThreeOutputsProgram() {
+    return buildProgram(litVertexSource, threeOutputsFragmentSource);
 }
 
 std::shared_ptr<vellis::Program> makeDiscProgram() {

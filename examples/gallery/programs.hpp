@@ -16,6 +16,10 @@ std::shared_ptr<vellis::Program> makeLitProgram();
 /// The same, with a colour of its own for the back of faces.
 std::shared_ptr<vellis::Program> makeTwoSidedProgram();
 
+/// `position`, `colour` and `normal` with three outputs: the plain colour, the normal and the
+/// depth.
+std::shared_ptr<vellis::Program> makeThreeOutputsProgram();
+
 /// `position`, `colour` and `size`; each point is a disc of that diameter in pixels of the
 /// framebuffer. Needs vellis::Drawable::enablePointSprite.
 std::shared_ptr<vellis::Program> makeDiscProgram();

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <gallery/curves.hpp>
+#include <gallery/flat.hpp>
 #include <gallery/geometry.hpp>
 #include <gallery/mesh.hpp>
 #include <gallery/panel_groups.hpp>
@@ -15,12 +16,6 @@ namespace {
 using vellis::Drawable;
 using namespace palette;
 
-/// A place in pixels of the panel, from its upper left corner.
-glm::vec3 atPixel(float x, float y) {
-    constexpr auto size = static_cast<float>(panelSize);
-    return {2.0f * x / size - 1.0f, 1.0f - 2.0f * y / size, 0.0f};
-}
-
 void drawLineWidths(const Canvas& canvas) {
     constexpr unsigned int count = 10;
     const std::vector<Colour> colours = {sand, coral, plum, navy};
@@ -30,7 +25,7 @@ void drawLineWidths(const Canvas& canvas) {
         const float x = 23.5f + 192.0f * at + 3.0f * at;
         const float halfHeight = 50.0f + 45.0f * std::sin(2.2f * at + 0.2f);
         for (const float y : {120.0f - halfHeight, 120.0f + halfHeight}) {
-            vertices.add(atPixel(x, y), blend(colours, at));
+            vertices.add({atPixel(x, y), 0.0f}, blend(colours, at));
         }
     }
     const auto program = makeColourProgram();
@@ -72,7 +67,7 @@ void drawPointSizes(const Canvas& canvas) {
     for (unsigned int i = 0; i < rows * rows; ++i) {
         const auto column = static_cast<float>(i % rows);
         const auto row = static_cast<float>(i / rows);
-        vertices.add(atPixel(25.5f + pitch * column, 25.5f + pitch * row),
+        vertices.add({atPixel(25.5f + pitch * column, 25.5f + pitch * row), 0.0f},
                      blend(colours, row / (rows - 1)));
     }
     const auto program = makeColourProgram();

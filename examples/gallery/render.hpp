@@ -5,13 +5,10 @@
 
 namespace gallery {
 
-/// The width and height that the framebuffer needs for every panel.
-inline constexpr unsigned int framebufferSize = panelSize * maxSampling;
-
-/// Draws a panel into the bound framebuffer and reads it back. GL attributes are as before
-/// afterwards.
-/// \throws std::runtime_error with the panel's name where a shader does not compile, a program does
-///         not link, or GL reports an error.
+/// Draws a panel into a framebuffer of its own and reads it back. GL attributes and the bound
+/// framebuffer are as before afterwards.
+/// \throws std::runtime_error with the panel's name where the driver refuses the framebuffer, a
+///         shader does not compile, a program does not link, or GL reports an error.
 offscreen::Image render(const Panel& panel);
 
 } // namespace gallery

@@ -1,19 +1,12 @@
 #pragma once
 
 #include <glm/mat4x4.hpp>
-#include <glm/vec2.hpp>
-#include <glm/vec3.hpp>
 
+#include <gallery/flat.hpp>
 #include <gallery/view.hpp>
 #include <vellis/texture.hpp>
 
 namespace gallery {
-
-/// A rectangle with sides along the axes.
-struct Rectangle {
-    glm::vec2 lowerLeft;
-    glm::vec2 upperRight;
-};
 
 /// Draws the part \p coordinates of a texture of two dimensions on the rectangle \p where in the
 /// plane z = 0.

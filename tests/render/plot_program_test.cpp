@@ -1,53 +1,12 @@
 /// The plot as a user runs it.
 
-#include <cstdlib>
-
-#include <gmock/gmock.h>
-
-#include <offscreen/image.hpp>
-
-#include "render/run_program.hpp"
+#include "render/program_picture.hpp"
 
 namespace {
 
-namespace fs = std::filesystem;
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
-
-Outcome runPlot(const std::string& arguments, const std::string& environment = "") {
-    return runProgram(VELLIS_PLOT_PROGRAM, arguments, environment);
-}
-
-/// The picture that a run leaves.
-class PlotProgram : public ::testing::Test {
+class PlotProgram : public ProgramPicture {
 protected:
-    void SetUp() override {
-        const TemporaryFolder folder;
-        const fs::path file = folder.path() / "plot.png";
-        const Outcome run = runPlot(quoted(file));
-        ASSERT_TRUE(run.succeeded) << run.errors;
-        EXPECT_EQ(run.output, file.string() + "\n");
-        EXPECT_EQ(run.errors, "");
-        std::string error;
-        ASSERT_TRUE(offscreen::readPng(file, picture, error)) << error;
-        ASSERT_EQ(picture.width, 640u);
-        ASSERT_EQ(picture.height, 400u);
-    }
-
-    /// Whether a pixel has a colour but for a driver's rounding.
-    ::testing::AssertionResult hasColour(unsigned int x, unsigned int y, int red, int green,
-                                         int blue) const {
-        const unsigned char* pixel = picture.at(x, y);
-        const int expected[] = {red, green, blue};
-        for (int i = 0; i < 3; ++i) {
-            if (std::abs(pixel[i] - expected[i]) > 12) {
-                return ::testing::AssertionFailure()
-                       << "at (" << x << ", " << y << ") the colour is (" << int{pixel[0]} << ", "
-                       << int{pixel[1]} << ", " << int{pixel[2]} << ")";
-            }
-        }
-        return ::testing::AssertionSuccess();
-    }
+    PlotProgram() : ProgramPicture(VELLIS_PLOT_PROGRAM, 640, 400) {}
 
     /// How many pixels of a row or a column are not background.
     int drawnBetween(unsigned int x0, unsigned int y0, unsigned int x1, unsigned int y1) const {
@@ -58,8 +17,6 @@ protected:
         }
         return count;
     }
-
-    offscreen::Image picture;
 };
 
 TEST_F(PlotProgram, DrawsAxesOfOnePixel) {
@@ -94,36 +51,6 @@ TEST_F(PlotProgram, DrawsPointsAndABullseye) {
     EXPECT_TRUE(hasColour(126, 117, 255, 255, 255)) << "its ring";
     EXPECT_TRUE(hasColour(126, 121, 232, 112, 82)) << "its rim";
     EXPECT_EQ(drawnBetween(118, 85, 136, 98), 0) << "above it";
-}
-
-TEST(PlotProgramFailure, SaysHowItIsUsed) {
-    for (const char* arguments : {"", "one two"}) {
-        const Outcome run = runPlot(arguments);
-        EXPECT_FALSE(run.succeeded);
-        EXPECT_EQ(run.output, "");
-        EXPECT_EQ(run.errors, "Usage: vellis_plot picture.png\n");
-    }
-}
-
-TEST(PlotProgramFailure, SaysWhichPictureCannotBeWritten) {
-    const TemporaryFolder folder;
-    const fs::path file = folder.path() / "no folder" / "plot.png";
-    const Outcome run = runPlot(quoted(file));
-    EXPECT_FALSE(run.succeeded);
-    EXPECT_EQ(run.output, "");
-    ASSERT_EQ(lines(run.errors).size(), 1u) << run.errors;
-    EXPECT_THAT(run.errors, StartsWith("The picture " + file.string() + " cannot be written: "));
-}
-
-TEST(PlotProgramFailure, SaysThatThereIsNoEgl) {
-    const TemporaryFolder folder;
-    const fs::path file = folder.path() / "plot.png";
-    const Outcome run = runPlot(quoted(file), "OFFSCREEN_PLATFORM=egl "
-                                              "__EGL_VENDOR_LIBRARY_FILENAMES=/nonexistent");
-    EXPECT_FALSE(run.succeeded);
-    ASSERT_EQ(lines(run.errors).size(), 1u) << run.errors;
-    EXPECT_THAT(run.errors, HasSubstr("install a GL driver"));
-    EXPECT_FALSE(fs::exists(file));
 }
 
 } // namespace
