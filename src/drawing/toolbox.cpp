@@ -68,6 +68,11 @@ std::shared_ptr<VertexAttributeBuffer<T>> stream(const T* points, std::size_t co
     return viewedAs<T>(buffer);
 }
 
+template <class V>
+unsigned int countOf(std::initializer_list<V> points) {
+    return static_cast<unsigned int>(points.size());
+}
+
 /// The drawable template \p Shape over one attribute.
 template <template <class...> class Shape, class T>
 Shape<VertexAttribute<T>> shape(const std::shared_ptr<Program>& program, const char* attribute,
@@ -110,7 +115,7 @@ void drawFlat(const glm::vec4& color, unsigned int first, unsigned int count, co
 
 template <template <class...> class Shape, class V>
 void drawFlat(const glm::vec4& color, std::initializer_list<V> points, const glm::mat4& mvp) {
-    drawFlat<Shape>(color, 0, static_cast<unsigned int>(points.size()), points.begin(), mvp);
+    drawFlat<Shape>(color, 0, countOf(points), points.begin(), mvp);
 }
 
 /// One disc for each point.
@@ -223,285 +228,72 @@ std::shared_ptr<Bytes> Toolbox::getVertexBuffer() {
     return std::static_pointer_cast<Bytes>(ToolboxAccess::find(made.lock().get()));
 }
 
-void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                        const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                        const glm::mat4& mvp) {
-    drawFlat<drawable::Lines>(color, first, count, buffer, mvp);
-}
+// The forms of each family, which differ only in the type of the points.
 
-void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                        const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat<drawable::Lines>(color, first, count, points, mvp);
-}
+#define VELLIS_FLAT_FAMILY(Shape, V)                                                               \
+    void Toolbox::draw##Shape(const glm::vec4& color, unsigned int first, unsigned int count,      \
+                              const std::shared_ptr<VertexAttributeBuffer<V>>& buffer,             \
+                              const glm::mat4& mvp) {                                              \
+        drawFlat<drawable::Shape>(color, first, count, buffer, mvp);                               \
+    }                                                                                              \
+    void Toolbox::draw##Shape(const glm::vec4& color, unsigned int first, unsigned int count,      \
+                              const V* points, const glm::mat4& mvp) {                             \
+        drawFlat<drawable::Shape>(color, first, count, points, mvp);                               \
+    }                                                                                              \
+    void Toolbox::draw##Shape(const glm::vec4& color, unsigned int count, const V* points,         \
+                              const glm::mat4& mvp) {                                              \
+        drawFlat<drawable::Shape>(color, 0, count, points, mvp);                                   \
+    }                                                                                              \
+    void Toolbox::draw##Shape(const glm::vec4& color, std::initializer_list<V> points,             \
+                              const glm::mat4& mvp) {                                              \
+        drawFlat<drawable::Shape>(color, points, mvp);                                             \
+    }
 
-void Toolbox::drawLines(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                        const glm::mat4& mvp) {
-    drawFlat<drawable::Lines>(color, 0, count, points, mvp);
-}
+VELLIS_FLAT_FAMILY(Lines, glm::vec2)
+VELLIS_FLAT_FAMILY(Lines, glm::vec3)
+VELLIS_FLAT_FAMILY(LineStrip, glm::vec2)
+VELLIS_FLAT_FAMILY(LineStrip, glm::vec3)
+VELLIS_FLAT_FAMILY(LineLoop, glm::vec2)
+VELLIS_FLAT_FAMILY(LineLoop, glm::vec3)
+VELLIS_FLAT_FAMILY(TriangleFan, glm::vec2)
+VELLIS_FLAT_FAMILY(TriangleFan, glm::vec3)
+VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec2)
+VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec3)
+#undef VELLIS_FLAT_FAMILY
 
-void Toolbox::drawLines(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                        const glm::mat4& mvp) {
-    drawFlat<drawable::Lines>(color, points, mvp);
-}
+#define VELLIS_OTHER_FAMILIES(V)                                                                   \
+    void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first,               \
+                             unsigned int count, const V* points, const glm::mat4& mvp) {          \
+        drawDiscs({{color, size, 0.1f}}, first, count, points, mvp);                               \
+    }                                                                                              \
+    void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int count,               \
+                             const V* points, const glm::mat4& mvp) {                              \
+        drawPoints(color, size, 0, count, points, mvp);                                            \
+    }                                                                                              \
+    void Toolbox::drawPoints(const glm::vec4& color, float size, std::initializer_list<V> points,  \
+                             const glm::mat4& mvp) {                                               \
+        drawPoints(color, size, countOf(points), points.begin(), mvp);                             \
+    }                                                                                              \
+    void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,     \
+                                unsigned int count, const V* points, const glm::mat4& mvp) {       \
+        drawRings(color, color2, radius, count, points, mvp);                                      \
+    }                                                                                              \
+    void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,     \
+                                std::initializer_list<V> points, const glm::mat4& mvp) {           \
+        drawRings(color, color2, radius, countOf(points), points.begin(), mvp);                    \
+    }                                                                                              \
+    void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap,                 \
+                                    unsigned int count, const V* points, const glm::mat4& mvp) {   \
+        drawDashes(color, dash, gap, count, points, mvp);                                          \
+    }                                                                                              \
+    void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap,                 \
+                                    std::initializer_list<V> points, const glm::mat4& mvp) {       \
+        drawDashes(color, dash, gap, countOf(points), points.begin(), mvp);                        \
+    }
 
-void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                        const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                        const glm::mat4& mvp) {
-    drawFlat<drawable::Lines>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                        const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat<drawable::Lines>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawLines(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                        const glm::mat4& mvp) {
-    drawFlat<drawable::Lines>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawLines(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                        const glm::mat4& mvp) {
-    drawFlat<drawable::Lines>(color, points, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                            const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                            const glm::mat4& mvp) {
-    drawFlat<drawable::LineStrip>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                            const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat<drawable::LineStrip>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                            const glm::mat4& mvp) {
-    drawFlat<drawable::LineStrip>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                            const glm::mat4& mvp) {
-    drawFlat<drawable::LineStrip>(color, points, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                            const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                            const glm::mat4& mvp) {
-    drawFlat<drawable::LineStrip>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                            const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat<drawable::LineStrip>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                            const glm::mat4& mvp) {
-    drawFlat<drawable::LineStrip>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                            const glm::mat4& mvp) {
-    drawFlat<drawable::LineStrip>(color, points, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                           const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                           const glm::mat4& mvp) {
-    drawFlat<drawable::LineLoop>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                           const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat<drawable::LineLoop>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                           const glm::mat4& mvp) {
-    drawFlat<drawable::LineLoop>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                           const glm::mat4& mvp) {
-    drawFlat<drawable::LineLoop>(color, points, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                           const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                           const glm::mat4& mvp) {
-    drawFlat<drawable::LineLoop>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                           const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat<drawable::LineLoop>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                           const glm::mat4& mvp) {
-    drawFlat<drawable::LineLoop>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                           const glm::mat4& mvp) {
-    drawFlat<drawable::LineLoop>(color, points, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                              const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleFan>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleFan>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                              const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleFan>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                              const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleFan>(color, points, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                              const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleFan>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleFan>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                              const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleFan>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                              const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleFan>(color, points, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                                const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleStrip>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleStrip>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                                const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleStrip>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                                const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleStrip>(color, points, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                                const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleStrip>(color, first, count, buffer, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleStrip>(color, first, count, points, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                                const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleStrip>(color, 0, count, points, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                                const glm::mat4& mvp) {
-    drawFlat<drawable::TriangleStrip>(color, points, mvp);
-}
-
-void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
-                         const glm::vec2* points, const glm::mat4& mvp) {
-    drawDiscs({{color, size, 0.1f}}, first, count, points, mvp);
-}
-
-void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int count,
-                         const glm::vec2* points, const glm::mat4& mvp) {
-    drawPoints(color, size, 0, count, points, mvp);
-}
-
-void Toolbox::drawPoints(const glm::vec4& color, float size,
-                         std::initializer_list<glm::vec2> points, const glm::mat4& mvp) {
-    drawPoints(color, size, static_cast<unsigned int>(points.size()), points.begin(), mvp);
-}
-
-void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
-                            unsigned int count, const glm::vec2* points, const glm::mat4& mvp) {
-    drawRings(color, color2, radius, count, points, mvp);
-}
-
-void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
-                            std::initializer_list<glm::vec2> points, const glm::mat4& mvp) {
-    drawRings(color, color2, radius, static_cast<unsigned int>(points.size()), points.begin(), mvp);
-}
-
-void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
-                                const glm::vec2* points, const glm::mat4& mvp) {
-    drawDashes(color, dash, gap, count, points, mvp);
-}
-
-void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap,
-                                std::initializer_list<glm::vec2> points, const glm::mat4& mvp) {
-    drawDashes(color, dash, gap, static_cast<unsigned int>(points.size()), points.begin(), mvp);
-}
-
-void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
-                         const glm::vec3* points, const glm::mat4& mvp) {
-    drawDiscs({{color, size, 0.1f}}, first, count, points, mvp);
-}
-
-void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int count,
-                         const glm::vec3* points, const glm::mat4& mvp) {
-    drawPoints(color, size, 0, count, points, mvp);
-}
-
-void Toolbox::drawPoints(const glm::vec4& color, float size,
-                         std::initializer_list<glm::vec3> points, const glm::mat4& mvp) {
-    drawPoints(color, size, static_cast<unsigned int>(points.size()), points.begin(), mvp);
-}
-
-void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
-                            unsigned int count, const glm::vec3* points, const glm::mat4& mvp) {
-    drawRings(color, color2, radius, count, points, mvp);
-}
-
-void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
-                            std::initializer_list<glm::vec3> points, const glm::mat4& mvp) {
-    drawRings(color, color2, radius, static_cast<unsigned int>(points.size()), points.begin(), mvp);
-}
-
-void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
-                                const glm::vec3* points, const glm::mat4& mvp) {
-    drawDashes(color, dash, gap, count, points, mvp);
-}
-
-void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap,
-                                std::initializer_list<glm::vec3> points, const glm::mat4& mvp) {
-    drawDashes(color, dash, gap, static_cast<unsigned int>(points.size()), points.begin(), mvp);
-}
+VELLIS_OTHER_FAMILIES(glm::vec2)
+VELLIS_OTHER_FAMILIES(glm::vec3)
+#undef VELLIS_OTHER_FAMILIES
 
 void Toolbox::drawQuad(const glm::vec4& color, const glm::vec3* points, const glm::mat4& mvp) {
     drawTriangleFan(color, 0, 4, points, mvp);

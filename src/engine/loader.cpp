@@ -115,7 +115,7 @@ private:
 
 /// A way to create contexts: its library, how it tells that a context is current, its lookup.
 struct Platform {
-    const char* library;
+    const char* soname;
     const char* getCurrentContext;
     const char* getProcAddress;
 };
@@ -125,7 +125,7 @@ using GetProcAddress = GLADapiproc(const char*);
 
 /// Loads through \p platform where the process has its library open and a context of it is current.
 bool loadFromCurrent(const Platform& platform) {
-    const Library library(platform.library, RTLD_LAZY | RTLD_NOLOAD);
+    const Library library(platform.soname, RTLD_LAZY | RTLD_NOLOAD);
     const auto getCurrentContext = library.find<GetCurrentContext>(platform.getCurrentContext);
     const auto getProcAddress = library.find<GetProcAddress>(platform.getProcAddress);
     if (getCurrentContext == nullptr || getProcAddress == nullptr || getCurrentContext() == nullptr)

@@ -27,6 +27,34 @@ const char* textOrEmpty(const char* text) {
     return text != nullptr ? text : "";
 }
 
+/// How many active variables of a kind a program has, and room for the longest of their names.
+struct ActiveVariables {
+    ActiveVariables(unsigned int program, unsigned int countName, unsigned int lengthName) {
+        glGetProgramiv(program, countName, &count);
+        int length = 0;
+        glGetProgramiv(program, lengthName, &length);
+        // Also where GL tells nothing there is room for the final zero.
+        name.resize(static_cast<std::size_t>(length > 0 ? length : 1));
+    }
+
+    int count = 0;
+    std::vector<char> name;
+};
+
+using GetActive = void(GLAD_API_PTR*)(GLuint, GLuint, GLsizei, GLsizei*, GLint*, GLenum*, GLchar*);
+
+/// The active variable of that index: its name is left in \p variables.
+struct ActiveVariable {
+    ActiveVariable(GetActive get, unsigned int program, int index, ActiveVariables& variables) {
+        variables.name[0] = '\0';
+        get(program, static_cast<unsigned int>(index), static_cast<int>(variables.name.size()),
+            nullptr, &size, &type, variables.name.data());
+    }
+
+    int size = 0;
+    unsigned int type = 0;
+};
+
 } // namespace
 
 std::shared_ptr<Program> Program::make() {
@@ -208,38 +236,6 @@ void Program::setUniform(int location, int unit, const Texture& texture) {
     glActiveTexture(GL_TEXTURE0 + static_cast<unsigned int>(unit));
     texture.bind();
 }
-
-namespace {
-
-/// How many active variables of a kind a program has, and room for the longest of their names.
-struct ActiveVariables {
-    ActiveVariables(unsigned int program, unsigned int countName, unsigned int lengthName) {
-        glGetProgramiv(program, countName, &count);
-        int length = 0;
-        glGetProgramiv(program, lengthName, &length);
-        // Also where GL tells nothing there is room for the final zero.
-        name.resize(static_cast<std::size_t>(length > 0 ? length : 1));
-    }
-
-    int count = 0;
-    std::vector<char> name;
-};
-
-using GetActive = void(GLAD_API_PTR*)(GLuint, GLuint, GLsizei, GLsizei*, GLint*, GLenum*, GLchar*);
-
-/// The active variable of that index: its name is left in \p variables.
-struct ActiveVariable {
-    ActiveVariable(GetActive get, unsigned int program, int index, ActiveVariables& variables) {
-        variables.name[0] = '\0';
-        get(program, static_cast<unsigned int>(index), static_cast<int>(variables.name.size()),
-            nullptr, &size, &type, variables.name.data());
-    }
-
-    int size = 0;
-    unsigned int type = 0;
-};
-
-} // namespace
 
 void Program::initUniforms() {
     clearUniforms();
