@@ -211,6 +211,15 @@ TEST_F(BufferObjectTrace, FlushAndUnmapOfARangeFlushesOnceThenUnmaps) {
                     "glUnmapBuffer(GL_ARRAY_BUFFER)", "glBindBuffer(GL_ARRAY_BUFFER, 0)");
 }
 
+TEST_F(BufferObjectTrace, FlushAndUnmapOfARangeFlushesNoSecondTimeWhateverTheAccess) {
+    buffer->map(MapAccess::WriteOnly);
+    gl.forget();
+    buffer->mapAccess_ = GL_WRITE_ONLY; // what unmap(true) would flush
+    buffer->flushAndUnmap(2, 3);
+    EXPECT_EQ(gl.countOf("glFlushMappedBufferRange"), 1u);
+    gl.forget();
+}
+
 TEST_F(BufferObjectTrace, UnmapOfAnUnmappedBufferIssuesNothing) {
     buffer->unmap(true);
     buffer->unmap(false);
