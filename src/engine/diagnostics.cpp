@@ -1,4 +1,4 @@
-#include <vellis/internal.hpp>
+#include <vellis/internal/diagnostics.hpp>
 
 #include <cstdarg>
 #include <cstdio>
@@ -10,14 +10,10 @@
 #include <vellis/gl.hpp>
 
 #include "engine/entry_point.hpp"
+#include "engine/log.hpp"
 
 namespace vellis::internal {
 namespace {
-
-/// A text that can be printed.
-const char* printable(const char* text) {
-    return text != nullptr ? text : "(null)";
-}
 
 /// The formatted message, cut at 255 characters more than the format has.
 std::unique_ptr<char[]> formatted(const char* format, va_list arguments) {
@@ -39,12 +35,16 @@ void report(const char* kind, const char* condition, const char* file, int line,
 
 } // namespace
 
-void log(const char* title, const char* format, ...) {
+void printLine(const char* title, const char* message) {
     if (title != nullptr)
         std::fprintf(stderr, "%s: ", title);
+    std::fprintf(stderr, "%s\n", message);
+}
+
+void log(const char* title, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    std::fprintf(stderr, "%s\n", formatted(printable(format), arguments).get());
+    printLine(title, formatted(printable(format), arguments).get());
     va_end(arguments);
 }
 

@@ -1,0 +1,75 @@
+#pragma once
+
+/// \file
+/// Logging, assertions and the names of GL errors, on standard error.
+
+#include <vellis/export.hpp>
+
+#if defined(__GNUC__)
+/// Lets the compiler check the arguments of a printf-style function against its format.
+#define VELLIS_PRINTF_FORMAT(formatIndex, firstArgument)                                           \
+    __attribute__((format(printf, formatIndex, firstArgument)))
+#else
+#define VELLIS_PRINTF_FORMAT(formatIndex, firstArgument)
+#endif
+
+/// Diagnostics on standard error: logging, assertions and warnings, names of GL errors.
+///
+/// \code
+/// if (const char* error = vellis::internal::check_glerror())
+///     vellis::internal::log(__FILE__, __LINE__, "upload", "%s after %d rows", error, rows);
+/// \endcode
+///
+/// Nothing here throws, but for a failing allocation of a message's memory, and only assertion_fail
+/// ends the process. The output is unbuffered, so lines appear in the order of the calls. A null
+/// text prints as `(null)`, unless stated otherwise.
+///
+/// A printf-style message has room for the length of its *format* and 255 characters; what goes
+/// beyond is cut. So a short format with a long argument is cut: put long texts in pieces.
+namespace vellis::internal {
+
+/// Prints `title: message` and a line end. A null \p title prints the message alone.
+VELLIS_EXPORT void log(const char* title, const char* format, ...) VELLIS_PRINTF_FORMAT(2, 3);
+
+/// Prints `title [file Ln line]: message` and a line end.
+VELLIS_EXPORT void log(const char* file, int line, const char* title, const char* format, ...)
+    VELLIS_PRINTF_FORMAT(4, 5);
+
+/// Reports a broken assertion, then ends the process with `abort`. Prints
+/// \verbatim
+/// Assertion --
+///   Condition: condition
+///   File(Line): file (line)
+/// Message: message
+/// \endverbatim
+/// and leaves the last line out where \p format is null.
+[[noreturn]] VELLIS_EXPORT void assertion_fail(const char* condition, const char* file, int line,
+                                               const char* format, ...) VELLIS_PRINTF_FORMAT(4, 5);
+
+/// Prints what assertion_fail prints, with `Warning -- ` as its first line, and returns.
+VELLIS_EXPORT void warning_fail(const char* condition, const char* file, int line,
+                                const char* format, ...) VELLIS_PRINTF_FORMAT(4, 5);
+
+/// Prints `Error: what is not implemented!` and, on a second line, `  File(Line): file (line)`.
+VELLIS_EXPORT void not_implemented(const char* what, const char* file, int line);
+
+/// Prints `ERROR: what [File(Line): file(line)] is not tested`.
+VELLIS_EXPORT void not_tested(const char* what, const char* file, int line);
+
+/// Takes one error from GL's queue with one `glGetError`; further queued errors stay.
+/// \return null when there is none, the enumerator's name (`"GL_INVALID_ENUM"`), or
+///         `"UNKNOWN ERROR"` for a code that GL 2.1 and framebuffer objects do not define. The text
+///         is static.
+VELLIS_EXPORT const char* check_glerror();
+
+/// Asks with `glCheckFramebufferStatus` whether the framebuffer bound at \p target (a GL
+/// framebuffer target) can be drawn to or read from. \return null when it is complete, else the
+/// status' name (`"GL_FRAMEBUFFER_UNSUPPORTED"`), or
+///         `"UNKNOWN ERROR"` for any other status, for the 0 that a failed query gives, and where
+///         the context has no framebuffer objects. The text is static.
+VELLIS_EXPORT const char* check_framebuffer_complete(unsigned int target);
+
+/// The same for the target `GL_FRAMEBUFFER`.
+VELLIS_EXPORT const char* check_framebuffer_complete();
+
+} // namespace vellis::internal

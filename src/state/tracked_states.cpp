@@ -1,0 +1,53 @@
+#include <vellis/internal/tracked_states.hpp>
+
+#include <iterator>
+#include <string>
+
+#include <vellis/gl.hpp>
+#include <vellis/internal/diagnostics.hpp>
+
+#include "engine/log.hpp"
+#include "state/state_values.hpp"
+
+namespace vellis::internal {
+namespace {
+
+constexpr StateRow trackedStates[] = {
+#define VELLIS_TRACKED_STATE(name, kind, count) {#name, GL_##name, ValueKind::kind, count},
+#include "state/tracked_states.inc"
+#undef VELLIS_TRACKED_STATE
+};
+
+/// What diff_gl_states() remembers of a tracked state, for the life of the process.
+struct Remembered {
+    bool isFirstCall = true;
+    StateValues values;
+};
+Remembered remembered[std::size(trackedStates)];
+
+void diff(const StateRow& state, Remembered& previous) {
+    static const std::string title = std::string(logTitle) + " DIFF ";
+    StateValues current = query(state);
+    if (!previous.isFirstCall && !equal(state, previous.values, current)) {
+        const std::string before = text(state, previous.values);
+        const std::string after = text(state, current);
+        log(title.c_str(), "%s = %s -> %s", state.label, before.c_str(), after.c_str());
+    }
+    previous.values = current;
+    previous.isFirstCall = false;
+}
+
+} // namespace
+
+void print_gl_states() {
+    for (const StateRow& state : trackedStates)
+        printState(state);
+}
+
+void diff_gl_states() {
+    Remembered* previous = remembered;
+    for (const StateRow& state : trackedStates)
+        diff(state, *previous++);
+}
+
+} // namespace vellis::internal
