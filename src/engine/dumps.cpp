@@ -1,0 +1,246 @@
+#include <vellis/internal/dumps.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include <vellis/gl.hpp>
+#include <vellis/internal/diagnostics.hpp>
+
+#include "engine/log.hpp"
+#include "state/state_values.hpp"
+
+namespace vellis::internal {
+namespace {
+
+constexpr StateRow limits[] = {
+#define VELLIS_GL_LIMIT(name, kind, count) {#name, GL_##name, ValueKind::kind, count},
+#include "engine/gl_limits.inc"
+#undef VELLIS_GL_LIMIT
+};
+
+const char* glString(unsigned int name) {
+    return printable(reinterpret_cast<const char*>(glGetString(name)));
+}
+
+/// Memory for a text of a length that GL gave, all zero, so that it ends whatever GL writes.
+std::string textBuffer(int length) {
+    return std::string(static_cast<std::size_t>(std::max(length, 0)), '\0');
+}
+
+/// What a format without arguments prints: `%%` is a percent sign, and a conversion, which has no
+/// argument, stands as it is.
+std::string formatted(std::string_view format) {
+    std::string text;
+    for (std::size_t i = 0; i < format.size(); ++i) {
+        text += format[i];
+        if (format.substr(i, 2) == "%%")
+            ++i;
+    }
+    return text;
+}
+
+/// Prints a text that may be of any length, and that nobody wrote as a format, as one.
+void logText(const char* title, const char* text) {
+    printLine(title, formatted(text).c_str());
+}
+
+/// Where the log of a shader or a program comes from.
+struct InfoLogQuery {
+    const char* title;
+    PFNGLGETSHADERIVPROC getInteger;
+    PFNGLGETSHADERINFOLOGPROC getInfoLog;
+};
+
+void printInfoLog(unsigned int name, const InfoLogQuery& query) {
+    int length = 0;
+    query.getInteger(name, GL_INFO_LOG_LENGTH, &length);
+    if (length <= 0)
+        return;
+    std::string text = textBuffer(length);
+    query.getInfoLog(name, length, nullptr, text.data());
+    logText(query.title, text.c_str());
+}
+
+struct TypeName {
+    unsigned int type;
+    const char* name;
+};
+
+#define VELLIS_NAME(enumerator)                                                                    \
+    { enumerator, #enumerator }
+constexpr TypeName typeNames[] = {
+    VELLIS_NAME(GL_INT),        VELLIS_NAME(GL_FLOAT),       VELLIS_NAME(GL_FLOAT_VEC2),
+    VELLIS_NAME(GL_FLOAT_VEC3), VELLIS_NAME(GL_FLOAT_VEC4),  VELLIS_NAME(GL_INT_VEC2),
+    VELLIS_NAME(GL_INT_VEC3),   VELLIS_NAME(GL_INT_VEC4),    VELLIS_NAME(GL_BOOL),
+    VELLIS_NAME(GL_BOOL_VEC2),  VELLIS_NAME(GL_BOOL_VEC3),   VELLIS_NAME(GL_BOOL_VEC4),
+    VELLIS_NAME(GL_FLOAT_MAT2), VELLIS_NAME(GL_FLOAT_MAT3),  VELLIS_NAME(GL_FLOAT_MAT4),
+    VELLIS_NAME(GL_SAMPLER_2D), VELLIS_NAME(GL_SAMPLER_CUBE)};
+#undef VELLIS_NAME
+
+/// Null for a type without a name.
+const char* typeName(unsigned int type) {
+    for (const TypeName& row : typeNames) {
+        if (row.type == type)
+            return row.name;
+    }
+    return nullptr;
+}
+
+/// Where the active variables of one kind come from.
+struct VariableQuery {
+    unsigned int count;
+    unsigned int maxLength;
+    PFNGLGETACTIVEATTRIBPROC getActive;
+};
+
+VariableQuery attributes() {
+    return {GL_ACTIVE_ATTRIBUTES, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH, glGetActiveAttrib};
+}
+
+VariableQuery uniforms() {
+    return {GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH, glGetActiveUniform};
+}
+
+int programInteger(unsigned int program, unsigned int pname) {
+    int value = 0;
+    glGetProgramiv(program, pname, &value);
+    return value;
+}
+
+/// Prints `loc = …, name = …, type = …` of each variable with \p format.
+void printVariables(unsigned int program, const VariableQuery& query, const char* format) {
+    const int count = programInteger(program, query.count);
+    const int maxLength = programInteger(program, query.maxLength);
+    std::string name = textBuffer(maxLength);
+    for (int i = 0; i < count; ++i) {
+        int size = 0;
+        unsigned int type = 0;
+        query.getActive(program, static_cast<unsigned int>(i), maxLength, nullptr, &size, &type,
+                        name.data());
+        char line[512];
+        std::snprintf(line, sizeof(line), "loc = %i, name = %s, type = %s", i, name.c_str(),
+                      printable(typeName(type)));
+        log(logTitle, format, line);
+    }
+}
+
+/// Whether the active uniform of that name and size answers to \p asked.
+bool isNamed(const std::string& uniform, int size, const char* asked) {
+    if (size == 1)
+        return uniform == asked;
+    if (size < 1)
+        return false;
+    std::size_t end = uniform.find('[');
+    if (end == std::string::npos)
+        end = uniform.find('.');
+    return end != std::string::npos && std::strncmp(asked, uniform.c_str(), end) == 0;
+}
+
+} // namespace
+
+void print_gl_info() {
+    log(logTitle, "OpenGL vendor: %s", glString(GL_VENDOR));
+    log(logTitle, "OpenGL renderer: %s", glString(GL_RENDERER));
+    log(logTitle, "OpenGL version: %s", glString(GL_VERSION));
+    log(logTitle, "OpenGL GLSL version: %s", glString(GL_SHADING_LANGUAGE_VERSION));
+}
+
+void print_gl_extensions() {
+    log(logTitle, "OpenGL extensions: %s", glString(GL_EXTENSIONS));
+}
+
+void print_gl_caps() {
+    for (const StateRow& limit : limits)
+        printState(limit);
+}
+
+void print_shader(const char* source) {
+    log(logTitle, "Shader Source Code");
+    std::istringstream lines(printable(source));
+    std::string line;
+    for (int number = 1; std::getline(lines, line); ++number) {
+        char title[16];
+        std::snprintf(title, sizeof(title), "%4d", number);
+        logText(title, line.c_str());
+    }
+}
+
+void print_shader(unsigned int shader) {
+    int length = 0;
+    glGetShaderiv(shader, GL_SHADER_SOURCE_LENGTH, &length);
+    std::string source = textBuffer(length) + std::string(16, '\0');
+    glGetShaderSource(shader, static_cast<int>(source.size()), nullptr, source.data());
+    print_shader(source.c_str());
+}
+
+void print_shader(unsigned int program, int shaderType) {
+    constexpr int maxShaders = 32;
+    unsigned int shaders[maxShaders] = {};
+    int count = 0;
+    glGetAttachedShaders(program, maxShaders, &count, shaders);
+    for (int i = 0; i < std::min(count, maxShaders); ++i) {
+        int type = 0;
+        glGetShaderiv(shaders[i], GL_SHADER_TYPE, &type);
+        if (type == shaderType)
+            print_shader(shaders[i]);
+    }
+}
+
+void print_vertex_shader(unsigned int program) {
+    print_shader(program, GL_VERTEX_SHADER);
+}
+
+void print_fragment_shader(unsigned int program) {
+    print_shader(program, GL_FRAGMENT_SHADER);
+}
+
+void print_shader_compilation_info(unsigned int shader) {
+    printInfoLog(shader, {"Shader Compilation", glGetShaderiv, glGetShaderInfoLog});
+}
+
+void print_program_link_info(unsigned int program) {
+    printInfoLog(program, {"Program Linkage", glGetProgramiv, glGetProgramInfoLog});
+}
+
+void print_program_attributes(unsigned int program) {
+    printVariables(program, attributes(), "Attrib: %s");
+}
+
+void print_program_uniforms(unsigned int program) {
+    printVariables(program, uniforms(), "Uniform: %s");
+}
+
+unsigned int attrib_type(unsigned int program, const char* name) {
+    if (name == nullptr)
+        return 0;
+    int size = 0;
+    unsigned int type = 0;
+    const int location = glGetAttribLocation(program, name);
+    glGetActiveAttrib(program, static_cast<unsigned int>(location), 0, nullptr, &size, &type,
+                      nullptr);
+    return type;
+}
+
+unsigned int uniform_type(unsigned int program, const char* name) {
+    if (name == nullptr)
+        return 0;
+    const int maxLength = programInteger(program, GL_ACTIVE_UNIFORM_MAX_LENGTH);
+    const int count = programInteger(program, GL_ACTIVE_UNIFORMS);
+    std::string uniform = textBuffer(maxLength);
+    for (int i = 0; i < count; ++i) {
+        int length = 0;
+        int size = 0;
+        unsigned int type = 0;
+        glGetActiveUniform(program, static_cast<unsigned int>(i), maxLength, &length, &size, &type,
+                           uniform.data());
+        if (isNamed(uniform.c_str(), size, name))
+            return type;
+    }
+    return 0;
+}
+
+} // namespace vellis::internal
