@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -12,10 +13,13 @@
 /// A test of the picture that a program leaves in the file that is its one argument.
 class ProgramPicture : public ::testing::Test {
 protected:
-    ProgramPicture(const char* program, unsigned int width, unsigned int height)
+    /// \param isQuiet  Whether the program prints nothing on standard error.
+    ProgramPicture(const char* program, unsigned int width, unsigned int height,
+                   bool isQuiet = true)
         : program_(program),
           width_(width),
-          height_(height) {}
+          height_(height),
+          isQuiet_(isQuiet) {}
 
     void SetUp() override {
         const TemporaryFolder folder;
@@ -23,7 +27,8 @@ protected:
         const Outcome run = runProgram(program_, quoted(file));
         ASSERT_TRUE(run.succeeded) << run.errors;
         EXPECT_EQ(run.output, file.string() + "\n");
-        EXPECT_EQ(run.errors, "");
+        EXPECT_EQ(run.errors.empty(), isQuiet_) << run.errors;
+        errors = run.errors;
         std::string error;
         ASSERT_TRUE(offscreen::readPng(file, picture, error)) << error;
         ASSERT_EQ(picture.width, width_);
@@ -46,9 +51,11 @@ protected:
     }
 
     offscreen::Image picture;
+    std::string errors; ///< what the program has printed on standard error
 
 private:
     const char* program_;
     unsigned int width_;
     unsigned int height_;
+    bool isQuiet_;
 };
