@@ -638,10 +638,9 @@ protected:
         glBlendEquationSeparate(GL_FUNC_SUBTRACT, GL_MAX);
         glPolygonMode(GL_FRONT, GL_LINE);
         glPolygonMode(GL_BACK, GL_POINT);
-        for (const GLenum pname :
-             {GL_PACK_ROW_LENGTH, GL_PACK_SKIP_PIXELS, GL_PACK_SKIP_ROWS, GL_UNPACK_ROW_LENGTH,
-              GL_UNPACK_SKIP_PIXELS, GL_UNPACK_SKIP_ROWS})
-            glPixelStorei(pname, 3);
+        for (const int pname : {GL_PACK_ROW_LENGTH, GL_PACK_SKIP_PIXELS, GL_PACK_SKIP_ROWS,
+                                GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_PIXELS, GL_UNPACK_SKIP_ROWS})
+            glPixelStorei(static_cast<GLenum>(pname), 3);
         glBlendColor(0.25f, 0.5f, 0.75f, 1.f);
         glStencilMask(0x55);
         glStencilFuncSeparate(GL_FRONT, GL_LESS, 3, 0x0F);

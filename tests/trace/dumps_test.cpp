@@ -427,9 +427,9 @@ TEST_F(DumpsTrace, ProgramWithoutVariablesOrInvalidPrintsNothing) {
                   print_program_uniforms(program);
               }),
               "");
-    for (const GLenum pname : {GL_ACTIVE_ATTRIBUTES, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH,
-                               GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH})
-        gl.refuse(pname);
+    for (const int pname : {GL_ACTIVE_ATTRIBUTES, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH,
+                            GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH})
+        gl.refuse(static_cast<GLenum>(pname));
     EXPECT_EQ(stderrOf([&] {
                   print_program_attributes(77);
                   print_program_uniforms(77);
