@@ -30,8 +30,8 @@ typedef void* (*GLADloadproc)(const char* name);
 
 /// A GL version number.
 struct VellisGLVersion {
-    int major;
-    int minor;
+    int major; ///< the 2 of 2.1
+    int minor; ///< the 1 of 2.1
 };
 
 /// The version of the loaded context: 0.0 before a load has succeeded, and again after one that
@@ -42,8 +42,7 @@ extern VELLIS_EXPORT struct VellisGLVersion GLVersion;
 /// on Linux and its like (the system GL library's own lookup where neither reports a context), WGL
 /// with the exports of opengl32.dll behind it on Windows.
 /// \return 1 on success; 0 where no context is current or its GL cannot be loaded. A load that
-/// fails
-///         leaves the entry points and flags as they were.
+///         fails leaves the entry points and flags as they were.
 VELLIS_EXPORT int gladLoadGL(void);
 
 /// Loads every entry point through \p load, for contexts with a lookup of their own (OSMesa, a

@@ -49,7 +49,7 @@ namespace vellis::state {
 /// \tparam pname  The GL enumerator that names the state; of several, the first.
 template <class T, unsigned int N, unsigned int pname>
 struct State {
-    T value[N];
+    T value[N]; ///< the values, in GL's order
 };
 
 /// Reads all values of \p record from the current context with `glGetIntegerv`, `glGetFloatv`,

@@ -12,3 +12,8 @@
 #include <vellis/state.hpp>
 #include <vellis/texture.hpp>
 #include <vellis/version.hpp>
+
+/// An object layer over OpenGL 2.1. The namespaces in it hold what is not a class of GL objects:
+/// engine starts it up and shuts it down, drawable has what can be drawn, state the records of GL
+/// state, and internal the diagnostics.
+namespace vellis {}

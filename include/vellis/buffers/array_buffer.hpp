@@ -7,8 +7,11 @@ namespace vellis {
 /// A buffer of vertex data, target `GL_ARRAY_BUFFER`.
 class VELLIS_EXPORT ArrayBuffer : public BufferObject {
 public:
+    /// Copies the GL name, not the store: see BufferObject.
+    /// @{
     ArrayBuffer(const ArrayBuffer&) = default;
     ArrayBuffer& operator=(const ArrayBuffer&) = default;
+    /// @}
     ~ArrayBuffer() override;
 
     using BufferObject::bind;

@@ -40,8 +40,11 @@ enum class MapAccess : unsigned int {
 /// through the shared pointer that made it, and copy the pointer.
 class VELLIS_EXPORT BufferObject {
 public:
+    /// Copies the GL name, not the store.
+    /// @{
     BufferObject(const BufferObject&) = default;
     BufferObject& operator=(const BufferObject&) = default;
+    /// @}
 
     /// Deletes the GL buffer, as dispose() does.
     virtual ~BufferObject();

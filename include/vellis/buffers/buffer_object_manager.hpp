@@ -46,8 +46,10 @@ public:
     static void dispose();
 
     /// Copies the entries: a copy owns the same buffers.
+    /// @{
     BufferObjectManager(const BufferObjectManager&) = default;
     BufferObjectManager& operator=(const BufferObjectManager&) = default;
+    /// @}
 
     /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the one
     /// instance beside the copy itself.

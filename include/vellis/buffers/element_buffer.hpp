@@ -8,8 +8,11 @@ namespace vellis {
 /// bound, that binding is part of it.
 class VELLIS_EXPORT ElementBuffer : public BufferObject {
 public:
+    /// Copies the GL name, not the store: see BufferObject.
+    /// @{
     ElementBuffer(const ElementBuffer&) = default;
     ElementBuffer& operator=(const ElementBuffer&) = default;
+    /// @}
     ~ElementBuffer() override;
 
     using BufferObject::bind;

@@ -29,6 +29,7 @@ class IndexBuffer : public TypedBuffer<IndexBuffer<T>, ElementBuffer, T> {
     using Typed = TypedBuffer<IndexBuffer<T>, ElementBuffer, T>;
 
 protected:
+    /// What make() makes.
     IndexBuffer(const T* data, unsigned int count, BufferUsage usage, BufferAccess access)
         : Typed(data, count, usage, access) {}
 };

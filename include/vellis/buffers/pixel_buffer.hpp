@@ -31,8 +31,11 @@ public:
     static std::shared_ptr<PixelBuffer> make(DataFlow flow, unsigned int numBytes,
                                              BufferUsage usage, BufferAccess access);
 
+    /// Copies the GL name, not the store: see BufferObject.
+    /// @{
     PixelBuffer(const PixelBuffer&) = default;
     PixelBuffer& operator=(const PixelBuffer&) = default;
+    /// @}
     ~PixelBuffer() override;
 
     using BufferObject::bind;
@@ -45,6 +48,7 @@ public:
     using BufferObject::unmap;
 
 protected:
+    /// What make() makes.
     PixelBuffer(DataFlow flow, unsigned int numBytes, BufferUsage usage, BufferAccess access);
 
 private:

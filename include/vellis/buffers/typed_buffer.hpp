@@ -88,6 +88,7 @@ public:
     using Base::unmap;
 
 protected:
+    /// A buffer of \p count elements copied from \p data, unless that is null.
     TypedBuffer(const T* data, unsigned int count, BufferUsage usage, BufferAccess access)
         : Base(data, bytes(fitting(count)), usage, access),
           count_(fitting(count)) {}

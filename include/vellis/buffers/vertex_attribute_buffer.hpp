@@ -37,6 +37,7 @@ public:
     unsigned int numElements() const override { return this->count(); }
 
 protected:
+    /// What make() makes.
     VertexAttributeBuffer(const T* data, unsigned int count, BufferUsage usage, BufferAccess access)
         : Typed(data, count, usage, access) {}
 };

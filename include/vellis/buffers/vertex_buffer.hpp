@@ -8,8 +8,11 @@ namespace vellis {
 /// its element type being known.
 class VELLIS_EXPORT VertexBuffer : public ArrayBuffer {
 public:
+    /// Copies the GL name, not the store: see BufferObject.
+    /// @{
     VertexBuffer(const VertexBuffer&) = default;
     VertexBuffer& operator=(const VertexBuffer&) = default;
+    /// @}
     ~VertexBuffer() override;
 
     /// The size of the elements in bytes.

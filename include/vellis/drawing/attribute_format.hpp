@@ -13,30 +13,37 @@ namespace vellis {
 template <class T>
 struct AttributeComponent {};
 
+/// 8 bits, signed.
 template <>
 struct AttributeComponent<signed char> {
     static constexpr unsigned int type = 0x1400; ///< `GL_BYTE`
 };
+/// 8 bits, unsigned.
 template <>
 struct AttributeComponent<unsigned char> {
     static constexpr unsigned int type = 0x1401; ///< `GL_UNSIGNED_BYTE`
 };
+/// 16 bits, signed.
 template <>
 struct AttributeComponent<short> {
     static constexpr unsigned int type = 0x1402; ///< `GL_SHORT`
 };
+/// 16 bits, unsigned.
 template <>
 struct AttributeComponent<unsigned short> {
     static constexpr unsigned int type = 0x1403; ///< `GL_UNSIGNED_SHORT`
 };
+/// 32 bits, signed.
 template <>
 struct AttributeComponent<int> {
     static constexpr unsigned int type = 0x1404; ///< `GL_INT`
 };
+/// 32 bits, unsigned.
 template <>
 struct AttributeComponent<unsigned int> {
     static constexpr unsigned int type = 0x1405; ///< `GL_UNSIGNED_INT`
 };
+/// Single precision.
 template <>
 struct AttributeComponent<float> {
     static constexpr unsigned int type = 0x1406; ///< `GL_FLOAT`
@@ -49,13 +56,14 @@ struct AttributeComponent<float> {
 /// scaled to [0, 1] or [-1, 1] where VertexAttribute says so.
 template <class T>
 struct AttributeFormat : AttributeComponent<T> {
-    static constexpr int components = 1;
+    static constexpr int components = 1; ///< how many numbers a vertex has
 };
 
+/// A vector of N numbers.
 template <glm::length_t N, class T>
 struct AttributeFormat<glm::vec<N, T, glm::defaultp>> : AttributeComponent<T> {
     static_assert(sizeof(glm::vec<N, T, glm::defaultp>) == N * sizeof(T), "tightly packed");
-    static constexpr int components = N;
+    static constexpr int components = N; ///< how many numbers a vertex has
 };
 
 /// True for the types that vertex attributes can have.

@@ -147,12 +147,15 @@ protected:
     /// A drawable of 0 vertices without a binding. Makes no GL call.
     explicit Drawable(PrimitiveType type);
 
+    /// Copies share the binding.
+    /// @{
     Drawable(const Drawable&) = default;
     Drawable& operator=(const Drawable&) = default;
+    /// @}
 
-    PrimitiveType primitiveType_;
-    unsigned int numVertices_ = 0;
-    std::shared_ptr<VertexAttributesBinding> attributesBinding_;
+    PrimitiveType primitiveType_;                                ///< what the vertices make
+    unsigned int numVertices_ = 0;                               ///< how many there are
+    std::shared_ptr<VertexAttributesBinding> attributesBinding_; ///< where they come from
 };
 
 } // namespace vellis

@@ -60,12 +60,12 @@ public:
     static std::shared_ptr<VertexAttributeBuffer<unsigned char>> getVertexBuffer();
 
     /// \name Lines
-    /// Draws a line for each two points.
-    ///
     /// \param first   The first point to draw; those before it are uploaded as well.
     /// \param count   The number of points to draw.
     /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
     /// @{
+
+    /// Draws a line for each two points.
     static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
                           const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
                           const glm::mat4& mvp);
@@ -87,12 +87,12 @@ public:
     /// @}
 
     /// \name LineStrip
-    /// Draws a line through the points.
-    ///
     /// \param first   The first point to draw; those before it are uploaded as well.
     /// \param count   The number of points to draw.
     /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
     /// @{
+
+    /// Draws a line through the points.
     static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                               const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
                               const glm::mat4& mvp);
@@ -114,12 +114,12 @@ public:
     /// @}
 
     /// \name LineLoop
-    /// Draws a line through the points and back to the first.
-    ///
     /// \param first   The first point to draw; those before it are uploaded as well.
     /// \param count   The number of points to draw.
     /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
     /// @{
+
+    /// Draws a line through the points and back to the first.
     static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
                              const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
                              const glm::mat4& mvp);
@@ -141,12 +141,12 @@ public:
     /// @}
 
     /// \name TriangleFan
-    /// Draws a triangle for each point from the third on, with the first and the one before it.
-    ///
     /// \param first   The first point to draw; those before it are uploaded as well.
     /// \param count   The number of points to draw.
     /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
     /// @{
+
+    /// Draws a triangle for each point from the third on, with the first and the one before it.
     static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
                                 const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
                                 const glm::mat4& mvp);
@@ -168,12 +168,12 @@ public:
     /// @}
 
     /// \name TriangleStrip
-    /// Draws a triangle for each point from the third on, with the two before it.
-    ///
     /// \param first   The first point to draw; those before it are uploaded as well.
     /// \param count   The number of points to draw.
     /// \param buffer  The caller's points; nothing is uploaded. An empty pointer draws nothing.
     /// @{
+
+    /// Draws a triangle for each point from the third on, with the two before it.
     static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                                   const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
                                   const glm::mat4& mvp);
@@ -195,12 +195,12 @@ public:
     /// @}
 
     /// \name Points
-    /// Draws round points with a soft rim, blended over what is there.
-    ///
     /// \param size   The diameter in pixels; the driver limits it to `GL_ALIASED_POINT_SIZE_RANGE`.
     /// \param first  The first point to draw; those before it are uploaded as well.
     /// \param count  The number of points to draw.
     /// @{
+
+    /// Draws round points with a soft rim, blended over what is there.
     static void drawPoints(const glm::vec4& color, float size, unsigned int first,
                            unsigned int count, const glm::vec2* points, const glm::mat4& mvp);
     static void drawPoints(const glm::vec4& color, float size, unsigned int count,
@@ -216,11 +216,11 @@ public:
     /// @}
 
     /// \name Bullseyes
-    /// Draws round marks of three rings: a disc of \p color, on it one of \p color2 with 0.7 times
-    /// the diameter, and on it one of \p color with 0.3 times.
-    ///
     /// \param radius  The diameter of the mark in pixels, as the point size of the outermost disc.
     /// @{
+
+    /// Draws round marks of three rings: a disc of \p color, on it one of \p color2 with 0.7 times
+    /// the diameter, and on it one of \p color with 0.3 times.
     static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
                               unsigned int count, const glm::vec2* points, const glm::mat4& mvp);
     static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
@@ -232,12 +232,12 @@ public:
     /// @}
 
     /// \name Dashed lines
-    /// Draws a dashed line through the points, starting with a dash at the first. The pattern goes
-    /// on around the corners.
-    ///
     /// \param dash, gap  The lengths of a dash and of a gap, in the units of the points:
     /// under a matrix that scales x and y unlike, dashes differ with their direction.
     /// @{
+
+    /// Draws a dashed line through the points, starting with a dash at the first. The pattern goes
+    /// on around the corners.
     static void drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
                                   const glm::vec2* points, const glm::mat4& mvp);
     static void drawDashLineStrip(const glm::vec4& color, float dash, float gap,
@@ -249,10 +249,11 @@ public:
     /// @}
 
     /// \name Quads
+    /// @{
+
     /// Draws a filled quad of four points in order around it, and with a second colour its outline
     /// over it. Of a list that is too short the rest is the origin; of one too long the rest is
     /// left out.
-    /// @{
     static void drawQuad(const glm::vec4& color, const glm::vec3* points, const glm::mat4& mvp);
     static void drawQuad(const glm::vec4& color, std::initializer_list<glm::vec3> points,
                          const glm::mat4& mvp);

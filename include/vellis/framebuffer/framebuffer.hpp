@@ -277,22 +277,40 @@ public:
     /// `setDrawBuffer(BufferID::NONE)` and `setReadBuffer(BufferID::NONE)`. Whether depth and
     /// stencil can be separate images, or stencil be there alone, is the driver's to say.
     /// @{
+
+    /// Attaches a depth image.
+    /// @{
     void attachDepthbuffer(const Renderbuffer<depth16>& renderbuffer);
     void attachDepthbuffer(const Renderbuffer<depth32>& renderbuffer);
     void attachDepthbuffer(const MultiSampleRenderbuffer<depth16>& renderbuffer);
     void attachDepthbuffer(const MultiSampleRenderbuffer<depth32>& renderbuffer);
     void attachDepthbuffer(const Texture2D<depth16>& texture, unsigned int level = 0);
     void attachDepthbuffer(const Texture2D<depth32>& texture, unsigned int level = 0);
+    /// @}
+
+    /// Attaches a stencil image.
+    /// @{
     void attachStencilbuffer(const Renderbuffer<stencil8>& renderbuffer);
     void attachStencilbuffer(const Renderbuffer<stencil16>& renderbuffer);
     void attachStencilbuffer(const MultiSampleRenderbuffer<stencil8>& renderbuffer);
     void attachStencilbuffer(const MultiSampleRenderbuffer<stencil16>& renderbuffer);
+    /// @}
+
+    /// Attaches one image for both.
+    /// @{
     void attachDepthStencilbuffer(const Renderbuffer<depth24_stencil8>& renderbuffer);
     void attachDepthStencilbuffer(const MultiSampleRenderbuffer<depth24_stencil8>& renderbuffer);
     void attachDepthStencilbuffer(const Texture2D<depth24_stencil8>& texture,
                                   unsigned int level = 0);
+    /// @}
+
+    /// Removes the depth image.
     void detachDepthbuffer();
+
+    /// Removes the stencil image.
     void detachStencilbuffer();
+
+    /// Removes the image that serves both.
     void detachDepthStencilbuffer();
     /// @}
 
@@ -306,10 +324,20 @@ public:
     /// Sets the clear values, which stay set, and clears the buffers of the framebuffer that is
     /// bound for drawing, within the scissor rectangle and the write masks.
     /// @{
+
+    /// Clears colour, depth and stencil.
     static void clear(const glm::vec4& color, float depth, unsigned int stencil);
+
+    /// Clears colour.
     static void clearColor(const glm::vec4& color);
+
+    /// Clears depth.
     static void clearDepth(float depth);
+
+    /// Clears stencil.
     static void clearStencil(unsigned int stencil);
+
+    /// Clears depth and stencil.
     static void clearDepthStencil(float depth, unsigned int stencil);
     /// @}
 
@@ -379,7 +407,9 @@ public:
     /// @{
 
     /// Enables the test.
-    /// \param function     Compares \p reference with the stored value, both masked with \p mask.
+    /// \param function     Compares the reference with the stored value.
+    /// \param reference    What is compared,
+    /// \param mask         in these bits.
     /// \param stencilFail  What happens to the stored value where the stencil test fails,
     /// \param depthFail    where it passes and the depth test fails,
     /// \param depthPass    and where both pass.

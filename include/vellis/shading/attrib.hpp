@@ -7,8 +7,11 @@ namespace vellis {
 /// What a program knows of one of its active vertex attributes: where it is.
 class VELLIS_EXPORT Attrib {
 public:
+    /// Copies the location.
+    /// @{
     Attrib(const Attrib&) = default;
     Attrib& operator=(const Attrib&) = default;
+    /// @}
     virtual ~Attrib();
 
     /// The GL location that the linker chose; -1 where there is none.
@@ -17,6 +20,7 @@ public:
 protected:
     friend class Program;
 
+    /// An attribute at that location.
     explicit Attrib(int location) : loc(location) {}
 };
 

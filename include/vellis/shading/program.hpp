@@ -101,8 +101,11 @@ public:
     static std::shared_ptr<Program> make(const char* vertexSource, const char* fragmentSource,
                                          std::initializer_list<unsigned int> outputs);
 
+    /// Copies the GL name; the handles are shared.
+    /// @{
     Program(const Program&) = default;
     Program& operator=(const Program&) = default;
+    /// @}
 
     /// Deletes the GL program, as dispose() does.
     virtual ~Program();
@@ -258,7 +261,7 @@ protected:
     /// The handle of an attribute; one with location -1 for an unknown name.
     const Attrib& getAttrib(const char* name) const;
 
-    unsigned int id_;
+    unsigned int id_; ///< the GL name
 
 private:
     friend struct ToolboxAccess;

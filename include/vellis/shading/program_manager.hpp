@@ -76,8 +76,10 @@ public:
     static void dispose();
 
     /// Copies the entries: a copy owns the same programs.
+    /// @{
     ProgramManager(const ProgramManager&) = default;
     ProgramManager& operator=(const ProgramManager&) = default;
+    /// @}
 
     /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the one
     /// instance beside the copy itself.

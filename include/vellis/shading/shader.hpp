@@ -49,8 +49,11 @@ public:
         V410 = 410, ///< GLSL 4.10
     };
 
+    /// Copies the GL name.
+    /// @{
     Shader(const Shader&) = default;
     Shader& operator=(const Shader&) = default;
+    /// @}
 
     /// Deletes the GL shader with `glDeleteShader`.
     virtual ~Shader();
@@ -82,13 +85,19 @@ public:
     /// Compiles \p source behind the line of that version and the vertex macros.
     static std::shared_ptr<VertexShader> make(const std::string& source, Version version);
 
+    /// Copies the GL name: see Shader.
+    /// @{
     VertexShader(const VertexShader&) = default;
     VertexShader& operator=(const VertexShader&) = default;
+    /// @}
     ~VertexShader() override;
 
 protected:
+    /// What make() makes.
+    /// @{
     explicit VertexShader(const std::string& source);
     VertexShader(const std::string& source, Version version);
+    /// @}
 };
 
 /// A shader of the fragment stage.
@@ -100,13 +109,19 @@ public:
     /// Compiles \p source behind the line of that version and the fragment macros.
     static std::shared_ptr<FragmentShader> make(const std::string& source, Version version);
 
+    /// Copies the GL name: see Shader.
+    /// @{
     FragmentShader(const FragmentShader&) = default;
     FragmentShader& operator=(const FragmentShader&) = default;
+    /// @}
     ~FragmentShader() override;
 
 protected:
+    /// What make() makes.
+    /// @{
     explicit FragmentShader(const std::string& source);
     FragmentShader(const std::string& source, Version version);
+    /// @}
 };
 
 } // namespace vellis

@@ -20,8 +20,11 @@ class Texture;
 /// What the handles of all uniforms have in common.
 class VELLIS_EXPORT UniformVariable {
 public:
+    /// Copies the location and the pointer to the name.
+    /// @{
     UniformVariable(const UniformVariable&) = default;
     UniformVariable& operator=(const UniformVariable&) = default;
+    /// @}
     virtual ~UniformVariable();
 
     /// The GL location; -1 where it is not known.
@@ -32,9 +35,13 @@ public:
     const char* name;
 
 protected:
+    /// A handle of a program, without a name.
     explicit UniformVariable(int location) : loc(location), name(nullptr) {}
+
+    /// A handle that is looked up by name.
     explicit UniformVariable(const char* uniformName) : loc(-1), name(uniformName) {}
 
+    /// Whether the location is known.
     bool isLocValid() const { return loc >= 0; }
 };
 

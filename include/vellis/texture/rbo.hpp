@@ -15,8 +15,11 @@ namespace vellis {
 /// first deletes it for all. To share one, hold it through a shared pointer.
 class VELLIS_EXPORT RBO {
 public:
+    /// Copies the GL name, not the storage.
+    /// @{
     RBO(const RBO&) = default;
     RBO& operator=(const RBO&) = default;
+    /// @}
 
     /// Deletes the renderbuffer with `glDeleteRenderbuffers`, whatever its name.
     virtual ~RBO();

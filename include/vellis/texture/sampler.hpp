@@ -77,12 +77,12 @@ public:
     /// The filter for minification and magnification (trilinear: also between mipmap levels), and
     /// the wrap mode along s and t.
     /// @{
-    static Sampler nearest_clamp();
-    static Sampler nearest_repeat();
-    static Sampler linear_clamp();
-    static Sampler linear_repeat();
-    static Sampler trilinear_clamp();
-    static Sampler trilinear_repeat();
+    static Sampler nearest_clamp();    ///< the nearest texel, clamped to the edge
+    static Sampler nearest_repeat();   ///< the nearest texel, repeated
+    static Sampler linear_clamp();     ///< between texels, clamped to the edge
+    static Sampler linear_repeat();    ///< between texels, repeated
+    static Sampler trilinear_clamp();  ///< between texels and levels, clamped to the edge
+    static Sampler trilinear_repeat(); ///< between texels and levels, repeated
     /// @}
 
 protected:

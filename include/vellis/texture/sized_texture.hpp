@@ -31,8 +31,14 @@ public:
 
     /// \name Components of extent()
     /// @{
+
+    /// The texels of a row.
     unsigned int width() const { return extent().x; }
+
+    /// The rows of a layer.
     unsigned int height() const { return extent().y; }
+
+    /// The layers.
     unsigned int depth() const { return extent().z; }
     /// @}
 

@@ -18,27 +18,27 @@ namespace vellis {
 
 /// A depth of 16 bits.
 struct depth16 {
-    unsigned short value = 0;
+    unsigned short value = 0; ///< the bits
 };
 
 /// A depth of 32 bits.
 struct depth32 {
-    unsigned int value = 0;
+    unsigned int value = 0; ///< the bits
 };
 
 /// A depth in the upper 24 bits, a stencil index in the lower 8.
 struct depth24_stencil8 {
-    unsigned int value = 0;
+    unsigned int value = 0; ///< the bits
 };
 
 /// A stencil index of 8 bits.
 struct stencil8 {
-    unsigned char value = 0;
+    unsigned char value = 0; ///< the bits
 };
 
 /// A stencil index of 16 bits.
 struct stencil16 {
-    unsigned short value = 0;
+    unsigned short value = 0; ///< the bits
 };
 /// @}
 
@@ -49,22 +49,22 @@ struct stencil16 {
 
 /// `GL_SAMPLER_1D`.
 struct sampler1d {
-    unsigned int value = 0x8B5D;
+    unsigned int value = 0x8B5D; ///< the GL enumerator
 };
 
 /// `GL_SAMPLER_2D`.
 struct sampler2d {
-    unsigned int value = 0x8B5E;
+    unsigned int value = 0x8B5E; ///< the GL enumerator
 };
 
 /// `GL_SAMPLER_3D`.
 struct sampler3d {
-    unsigned int value = 0x8B5F;
+    unsigned int value = 0x8B5F; ///< the GL enumerator
 };
 
 /// `GL_SAMPLER_CUBE`.
 struct samplercube {
-    unsigned int value = 0x8B60;
+    unsigned int value = 0x8B60; ///< the GL enumerator
 };
 /// @}
 
@@ -87,10 +87,10 @@ enum class TexelKind : unsigned int {
 template <class F, TexelKind texelKind, unsigned int internal, unsigned int format,
           unsigned int type>
 struct StoredTexel {
-    static constexpr TexelKind kind = texelKind;
-    static constexpr unsigned int internalFormat = internal;
-    static constexpr unsigned int pixelFormat = format;
-    static constexpr unsigned int pixelType = type;
+    static constexpr TexelKind kind = texelKind;             ///< what the type is good for
+    static constexpr unsigned int internalFormat = internal; ///< the GL internal format
+    static constexpr unsigned int pixelFormat = format;      ///< the GL pixel format
+    static constexpr unsigned int pixelType = type;          ///< the GL pixel type
 
     /// The largest row alignment that GL knows and that rows of any width have without padding.
     static constexpr unsigned int alignment = sizeof(F) % 8 == 0   ? 8
@@ -143,7 +143,7 @@ struct StoredTexel {
 /// \endcode
 template <class F>
 struct TexelFormat {
-    static constexpr TexelKind kind = TexelKind::None;
+    static constexpr TexelKind kind = TexelKind::None; ///< what the type is good for
 };
 
 namespace detail {
