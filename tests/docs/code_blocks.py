@@ -1,0 +1,248 @@
+#!/usr/bin/env python3
+"""Turns the code blocks of Markdown pages into what a compiler can check.
+
+Usage: code_blocks.py ROOT OUTPUT PAGE...
+
+PAGE is a path below ROOT. For the C++ blocks, OUTPUT gets
+  <page>.cpp          the statements of a page, one function for each block
+  <page>_<line>.cpp   each block that is a file of its own
+  pictures.inc        VELLIS_PICTURE("name", function, width, height) for each block with a picture
+and, for the build and the other checks,
+  sources.txt         the names of those files, one a line, but for
+  picture_sources.txt the names of those that have a picture
+  shell/, cmake/      the blocks of those languages, one file each
+
+A block begins with a fence and its language: cpp, glsl, sh, cmake or text. A C++ block that has an
+#include is a file of its own; any other one is a list of statements. A comment between it and the
+text before says otherwise:
+
+  <!-- before: ... -->          these lines come before the block, unseen by readers
+  <!-- continues -->            it goes on in the scope of the block before
+  <!-- file scope -->           it is declarations, not statements
+  <!-- picture: name 480x320 -->  it defines void drawName(), which draws docs/images/name.png
+  <!-- not compiled: reason -->   it is not C++ that compiles, and why
+"""
+
+import pathlib
+import re
+import sys
+
+LANGUAGES = ("cpp", "glsl", "sh", "cmake", "text")
+
+# What the statements of every page may use.
+PROLOGUE = """\
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <glm/gtc/matrix_transform.hpp>
+#include <glm/gtc/type_precision.hpp>
+
+#include <vellis/gl.hpp>
+#include <vellis/vellis.hpp>
+"""
+
+FENCE = re.compile(r"^( *)(`{3,}|~{3,})\s*(\S*)\s*$")
+OPTION = re.compile(r"<!--\s*(before|continues|file scope|picture|not compiled)\b:?(.*)-->", re.DOTALL)
+PICTURE = re.compile(r"^([a-z][a-z0-9-]*) (\d+)x(\d+)$")
+
+
+class Mistake(Exception):
+    """One sentence that begins with the page and the line."""
+
+
+class Block:
+    """A code block: its language, its lines, the number of the first one, and its options."""
+
+    def __init__(self, page, line, language, options):
+        self.page = page
+        self.line = line
+        self.language = language
+        self.options = options
+        self.lines = []
+
+    def fail(self, message):
+        raise Mistake(f"{self.page}:{self.line - 1}: {message}")
+
+    def text(self):
+        return "\n".join(self.lines) + "\n"
+
+    def has_include(self):
+        return any(line.startswith("#include") for line in self.lines)
+
+
+def read_comment(page, lines, start):
+    """The comment that begins at a line, and the index of the line after it."""
+    end = start
+    while "-->" not in lines[end]:
+        end += 1
+        if end == len(lines):
+            raise Mistake(f"{page}:{start + 1}: the comment has no end.")
+    return "\n".join(lines[start:end + 1]).strip(), end + 1
+
+
+def read_blocks(page, lines):
+    """The code blocks of a page, each with the options between it and the text before."""
+    blocks = []
+    options = {}
+    at = 0
+    while at < len(lines):
+        line = lines[at]
+        if line.lstrip().startswith("<!--"):
+            start = at
+            comment, at = read_comment(page, lines, at)
+            option = OPTION.fullmatch(comment)
+            if option is not None:
+                # Lines before a block keep their number, for the compiler's messages.
+                options[option[1]] = (start + 1, option[2].rstrip())
+            continue
+        fence = FENCE.match(line)
+        if fence is None:
+            if line.strip() and options:
+                raise Mistake(f"{page}:{at + 1}: a comment on a code block has none behind it.")
+            at += 1
+            continue
+        indent, mark, language = fence.groups()
+        block = Block(page, at + 2, language, options)
+        options = {}
+        if language not in LANGUAGES:
+            block.fail(f"the language of a code block is one of {', '.join(LANGUAGES)}.")
+        at += 1
+        while at < len(lines) and lines[at].strip() != mark:
+            block.lines.append(lines[at].removeprefix(indent))
+            at += 1
+        if at == len(lines):
+            block.fail("the code block has no end.")
+        at += 1
+        blocks.append(block)
+    return blocks
+
+
+def identifier(page):
+    return re.sub(r"\W", "_", page.removesuffix(".md")).lower()
+
+
+def camel_case(name):
+    return "".join(word.capitalize() for word in name.split("-"))
+
+
+class Writer:
+    """Collects the translation units of all pages."""
+
+    def __init__(self):
+        self.sources = {}
+        self.picture_sources = {}
+        self.pictures = []
+        self.others = {}
+
+    def add_page(self, page, blocks):
+        functions = []
+        for block in blocks:
+            if block.language != "cpp":
+                if block.options:
+                    block.fail("comments on code blocks are for C++.")
+                if block.language in ("sh", "cmake"):
+                    suffix = "sh" if block.language == "sh" else "cmake"
+                    folder = "shell" if block.language == "sh" else "cmake"
+                    name = f"{folder}/{identifier(page)}_{block.line}.{suffix}"
+                    self.others[name] = block.text()
+                continue
+            if "not compiled" in block.options:
+                if not block.options["not compiled"][1].strip():
+                    block.fail("a block that is not compiled needs a reason.")
+                continue
+            if block.has_include() or "file scope" in block.options:
+                self.add_file(block)
+            elif "picture" in block.options:
+                block.fail("a block with a picture is a file of its own, with its includes.")
+            else:
+                self.add_statements(block, functions)
+        if functions:
+            bodies = "\n".join(self.function(page, group) for group in functions)
+            self.sources[f"{identifier(page)}.cpp"] = "\n".join((PROLOGUE, bodies))
+
+    def add_file(self, block):
+        if "continues" in block.options:
+            block.fail("a block that is a file of its own continues none.")
+        text = "" if block.has_include() else PROLOGUE
+        text += self.numbered(block, ahead=True) + self.numbered(block)
+        name = f"{identifier(block.page)}_{block.line}.cpp"
+        if "picture" in block.options:
+            self.add_picture(block)
+            self.picture_sources[name] = text
+        else:
+            self.sources[name] = text
+
+    def add_picture(self, block):
+        picture = PICTURE.match(block.options["picture"][1].strip())
+        if picture is None:
+            block.fail("a picture has a name and a size: <!-- picture: name 480x320 -->.")
+        name, width, height = picture.groups()
+        function = "draw" + camel_case(name)
+        if f"void {function}()" not in block.text():
+            block.fail(f"the block does not define void {function}().")
+        self.pictures.append(f'VELLIS_PICTURE("{name}", {function}, {width}, {height})')
+
+    @staticmethod
+    def add_statements(block, functions):
+        if "continues" in block.options:
+            if not functions:
+                block.fail("there is no block of statements to continue.")
+            functions[-1].append(block)
+        else:
+            functions.append([block])
+
+    def function(self, page, group):
+        body = "".join(self.numbered(block, ahead) for block in group for ahead in (True, False))
+        name = f"{identifier(page)}_{group[0].line}"
+        return f"void {name}();\nvoid {name}() {{\n{body}}}\n"
+
+    @staticmethod
+    def numbered(block, ahead=False):
+        """The lines of the block, or those that come before it, under the numbers of the page."""
+        if not ahead:
+            return f'#line {block.line} "{block.page}"\n{block.text()}'
+        if "before" not in block.options:
+            return ""
+        line, text = block.options["before"]
+        return f'#line {line} "{block.page}"\n{text}\n'
+
+
+def write_if_different(path, text):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    if not path.exists() or path.read_text(encoding="utf-8") != text:
+        path.write_text(text, encoding="utf-8")
+
+
+def write_all(writer, output):
+    files = {**writer.sources, **writer.picture_sources, **writer.others}
+    files["pictures.inc"] = "".join(row + "\n" for row in writer.pictures)
+    files["sources.txt"] = "".join(name + "\n" for name in writer.sources)
+    files["picture_sources.txt"] = "".join(name + "\n" for name in writer.picture_sources)
+    for folder in ("shell", "cmake"):
+        for old in (output / folder).glob("*"):
+            if f"{folder}/{old.name}" not in files:
+                old.unlink()
+    for name, text in files.items():
+        write_if_different(output / name, text)
+
+
+def main(root, output, *pages):
+    root = pathlib.Path(root)
+    writer = Writer()
+    for page in pages:
+        lines = (root / page).read_text(encoding="utf-8").splitlines()
+        writer.add_page(page, read_blocks(page, lines))
+    write_all(writer, pathlib.Path(output))
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 4:
+        sys.exit(__doc__)
+    try:
+        main(*sys.argv[1:])
+    except Mistake as mistake:
+        sys.exit(str(mistake))
