@@ -1,0 +1,53 @@
+#include "docs/operations.hpp"
+
+namespace vellis::test {
+namespace {
+
+constexpr unsigned int drawFramebuffer = 901;
+constexpr unsigned int readFramebuffer = 902;
+
+} // namespace
+
+const std::vector<KnownState>& knownStates() {
+    static const std::vector<KnownState> states = {
+        {"GL_UNPACK_ALIGNMENT", "8"},
+        {"GL_PACK_ALIGNMENT", "2"},
+        {"GL_BLEND", "on"},
+        {"GL_BLEND_SRC_RGB", "GL_DST_COLOR, GL_ONE, GL_ZERO, GL_DST_ALPHA"},
+        {"GL_BLEND_EQUATION_RGB", "GL_MIN, GL_MAX"},
+        {"GL_DRAW_FRAMEBUFFER_BINDING", "901"},
+        {"GL_READ_FRAMEBUFFER_BINDING", "902"},
+    };
+    return states;
+}
+
+void UseRecorder::begin(std::string family) {
+    family_ = std::move(family);
+    gl.setState(GL_UNPACK_ALIGNMENT, {8});
+    gl.setState(GL_PACK_ALIGNMENT, {2});
+    gl.setState(GL_BLEND, {1});
+    gl.setState(GL_BLEND_SRC_RGB, {GL_DST_COLOR});
+    gl.setState(GL_BLEND_DST_RGB, {GL_ONE});
+    gl.setState(GL_BLEND_SRC_ALPHA, {GL_ZERO});
+    gl.setState(GL_BLEND_DST_ALPHA, {GL_DST_ALPHA});
+    gl.setState(GL_BLEND_EQUATION_RGB, {GL_MIN});
+    gl.setState(GL_BLEND_EQUATION_ALPHA, {GL_MAX});
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, drawFramebuffer);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, readFramebuffer);
+    gl.forget();
+}
+
+void UseRecorder::add(const char* operation) {
+    uses_.push_back({family_, scope_, operation, gl.takeCalls()});
+}
+
+std::vector<Use> useEverything(FakeGl& gl) {
+    std::vector<Use> uses;
+    UseRecorder recorder(gl, uses);
+    for (const auto use : {useEngine, useBuffers, useShading, useDrawing, useToolbox, useTextures,
+                           useFramebuffers, useState, useDiagnostics, useShutDown})
+        use(recorder);
+    return uses;
+}
+
+} // namespace vellis::test
