@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <set>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -10,6 +12,19 @@ namespace vellis::test {
 namespace {
 
 const std::filesystem::path root = VELLIS_SOURCE_DIR;
+
+/// The lines of \p text that \p other does not have.
+std::string linesOnlyIn(const std::string& text, const std::string& other, const char* title) {
+    std::istringstream otherLines(other);
+    std::set<std::string> known;
+    for (std::string line; std::getline(otherLines, line);)
+        known.insert(line);
+    std::istringstream lines(text);
+    std::string found;
+    for (std::string line; std::getline(lines, line);)
+        found += known.count(line) == 0 ? title + line + "\n" : "";
+    return found;
+}
 
 } // namespace
 
@@ -34,8 +49,12 @@ void Page::expectPart(const std::string& name, const std::string& text) {
         std::ofstream(path_, std::ios::binary) << text_;
         return;
     }
-    EXPECT_EQ(text_.substr(begin, end - begin), expected)
-        << path_ << " is not what the library does; scripts/pages.sh writes the part anew";
+    const std::string found = text_.substr(begin, end - begin);
+    EXPECT_TRUE(found == expected)
+        << path_ << ", part " << name << ", is not what the library does; scripts/pages.sh "
+        << "writes it anew.\n"
+        << linesOnlyIn(found, expected, "  only in the page: ")
+        << linesOnlyIn(expected, found, "  missing there:    ");
 }
 
 } // namespace vellis::test
