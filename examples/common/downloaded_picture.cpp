@@ -1,16 +1,13 @@
 #include <common/downloaded_picture.hpp>
 
 #include <algorithm>
-#include <vector>
-
-#include <glm/gtc/type_precision.hpp>
 
 #include <vellis/framebuffer.hpp>
 
 namespace common {
 
-offscreen::Image downloadPicture(unsigned int width, unsigned int height) {
-    const auto pixels = vellis::Framebuffer::download<glm::u8vec4>(0, 0, width, height);
+offscreen::Image toPicture(const std::vector<glm::u8vec4>& pixels, unsigned int width,
+                           unsigned int height) {
     offscreen::Image image(width, height);
     auto pixel = pixels.begin();
     for (unsigned int row = height; row-- > 0;) { // the lowest comes first
@@ -20,6 +17,11 @@ offscreen::Image downloadPicture(unsigned int width, unsigned int height) {
         }
     }
     return image;
+}
+
+offscreen::Image downloadPicture(unsigned int width, unsigned int height) {
+    return toPicture(vellis::Framebuffer::download<glm::u8vec4>(0, 0, width, height), width,
+                     height);
 }
 
 } // namespace common

@@ -3,9 +3,6 @@
 #include <stdexcept>
 #include <string>
 
-#include <offscreen/requirement.hpp>
-#include <vellis/engine.hpp>
-
 namespace common {
 namespace {
 
@@ -25,17 +22,6 @@ std::unique_ptr<offscreen::Context> open(unsigned int width, unsigned int height
 } // namespace
 
 ReadyContext::ReadyContext(unsigned int width, unsigned int height)
-    : context_(open(width, height)) {
-    if (!vellis::engine::init())
-        throw std::runtime_error("The GL entry points cannot be loaded: install a GL driver, "
-                                 "for instance with `apt-get install libgl1-mesa-dri`.");
-    const std::string missing = offscreen::missingRequirement();
-    if (!missing.empty())
-        throw std::runtime_error(missing);
-}
-
-ReadyContext::~ReadyContext() {
-    vellis::engine::dispose();
-}
+    : context_(open(width, height)) {}
 
 } // namespace common

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <common/initialised_library.hpp>
 #include <offscreen/context.hpp>
 
 namespace common {
@@ -13,12 +14,10 @@ public:
     /// \param width, height  The size of the default framebuffer.
     /// \throws std::runtime_error with one sentence where there can be none.
     ReadyContext(unsigned int width, unsigned int height);
-    ~ReadyContext();
-    ReadyContext(const ReadyContext&) = delete;
-    ReadyContext& operator=(const ReadyContext&) = delete;
 
 private:
     std::unique_ptr<offscreen::Context> context_;
+    InitialisedLibrary library_; // goes first
 };
 
 } // namespace common

@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <common/output_folder.hpp>
 #include <common/picture_file.hpp>
 #include <common/ready_context.hpp>
 #include <gallery/contact_sheet.hpp>
@@ -19,17 +19,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-void makeFolder(const fs::path& folder) {
-    std::error_code code;
-    fs::create_directories(folder, code);
-    if (!code && !fs::is_directory(folder, code) && !code)
-        code = std::make_error_code(std::errc::not_a_directory);
-    if (code) {
-        throw std::runtime_error("The output folder " + folder.string() +
-                                 " cannot be made: " + code.message() + ". Name another one.");
-    }
-}
 
 /// Tells of every probe that fails.
 /// \return whether none does.
@@ -48,7 +37,7 @@ bool checkAll(const std::vector<gallery::Panel>& panels,
 /// \return whether every panel shows what it must.
 bool makeGallery(const fs::path& folder) {
     const common::ReadyContext context(1, 1); // panels have framebuffers of their own
-    makeFolder(folder);
+    common::makeFolder(folder);
     const std::vector<gallery::Panel>& panels = gallery::panels();
     std::vector<offscreen::Image> pictures;
     for (const gallery::Panel& panel : panels) {

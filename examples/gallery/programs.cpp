@@ -2,10 +2,12 @@
 
 #include <string>
 
-#include <gallery/build_program.hpp>
+#include <common/build_program.hpp>
 
 namespace gallery {
 namespace {
+
+using common::buildProgram;
 
 constexpr char colourVertexSource[] = R"(
 IN vec3 position;

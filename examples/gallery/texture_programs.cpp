@@ -1,9 +1,11 @@
 #include <gallery/programs.hpp>
 
-#include <gallery/build_program.hpp>
+#include <common/build_program.hpp>
 
 namespace gallery {
 namespace {
+
+using common::buildProgram;
 
 constexpr char colourMapVertexSource[] = R"(
 IN vec2 position;

@@ -1,11 +1,11 @@
-#include <gallery/build_program.hpp>
+#include <common/build_program.hpp>
 
 #include <stdexcept>
 #include <vector>
 
 #include <vellis/gl.hpp>
 
-namespace gallery {
+namespace common {
 namespace {
 
 using GetParameter = void(GLAD_API_PTR*)(GLuint, GLenum, GLint*);
@@ -46,4 +46,4 @@ std::shared_ptr<vellis::Program> buildProgram(const std::string& vertexSource,
     return program;
 }
 
-} // namespace gallery
+} // namespace common
