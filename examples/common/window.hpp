@@ -1,0 +1,86 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <GLFW/glfw3.h>
+#include <glm/vec2.hpp>
+
+#include <common/initialised_library.hpp>
+
+namespace common {
+
+/// A window on the screen with a GL context that the library can work in. It is current, and the
+/// library is initialised, while the object lives.
+///
+/// \code
+/// common::Window window("Scene", {640, 480});
+/// const Scene scene; // goes before the context does
+/// window.onKey([&](int key) {
+///     if (key == GLFW_KEY_ESCAPE)
+///         window.close();
+/// });
+/// window.run([&](const glm::uvec2& size) {
+///     scene.draw(size);
+///     return common::Window::Redraw::WhenNeeded;
+/// });
+/// \endcode
+class Window {
+public:
+    /// When there is something new to draw.
+    enum class Redraw {
+        WhenNeeded, ///< after a key or a change of the window
+        AtOnce,     ///< as soon as the screen takes another picture
+    };
+
+    /// \param size  In pixels, before they are multiplied by the scale of the monitor.
+    /// \throws std::runtime_error with one sentence where there can be no window, or no context
+    ///         that is good enough.
+    Window(const std::string& title, const glm::uvec2& size);
+
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    void setTitle(const std::string& title);
+
+    /// Sets what is called for each key that is pressed or repeats, with its `GLFW_KEY_…`. Letters
+    /// are those of the keyboard's layout.
+    void onKey(std::function<void(int key)> handler) { onKey_ = std::move(handler); }
+
+    /// Draws into the default framebuffer and shows it, until the window is closed.
+    /// \param draw  Takes the size of the framebuffer in pixels, which is never empty.
+    void run(const std::function<Redraw(const glm::uvec2& size)>& draw);
+
+    /// Makes run() return, as the window's close button does.
+    void close();
+
+private:
+    /// GLFW, ready while the object lives.
+    class Glfw {
+    public:
+        Glfw();
+        ~Glfw();
+        Glfw(const Glfw&) = delete;
+        Glfw& operator=(const Glfw&) = delete;
+    };
+
+    using Handle = std::unique_ptr<GLFWwindow, void (*)(GLFWwindow*)>;
+
+    static Handle open(const std::string& title, const glm::uvec2& size);
+    static Window& owner(GLFWwindow* window);
+    void listen();
+    glm::uvec2 framebufferSize() const;
+    void handleKeys();
+
+    Glfw glfw_;
+    Handle window_;
+    InitialisedLibrary library_; // goes first
+    std::function<void(int key)> onKey_;
+    std::vector<int> keys_; ///< pressed since they were last handled
+    bool redraw_ = true;
+};
+
+} // namespace common

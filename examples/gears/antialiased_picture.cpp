@@ -1,0 +1,64 @@
+#include "antialiased_picture.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+#include <common/downloaded_picture.hpp>
+#include <vellis/gl.hpp>
+#include <vellis/internal.hpp>
+
+namespace gears {
+namespace {
+
+/// Four a pixel, or as many as the driver has; 0 where it knows no multisampling.
+unsigned int numSamples() {
+    GLint most = 0;
+    glGetIntegerv(GL_MAX_SAMPLES, &most);
+    return most >= 2 ? static_cast<unsigned int>(std::min(most, 4)) : 0;
+}
+
+void requireComplete() {
+    if (const char* problem = vellis::internal::check_framebuffer_complete())
+        throw std::runtime_error("The driver refuses a framebuffer (" + std::string(problem) +
+                                 "): use another driver or a smaller picture.");
+}
+
+} // namespace
+
+AntialiasedPicture::AntialiasedPicture(const glm::uvec2& size)
+    : size_(size),
+      samples_(size.x, size.y, numSamples()),
+      depths_(size.x, size.y, numSamples()),
+      colours_(vellis::Texture2D<glm::u8vec4>::make(size.x, size.y)) {
+    samplesFramebuffer_.bind();
+    samplesFramebuffer_.attachFragmentOut(samples_);
+    samplesFramebuffer_.attachDepthStencilbuffer(depths_);
+    requireComplete();
+    samplesFramebuffer_.unbind();
+
+    coloursFramebuffer_.bind();
+    coloursFramebuffer_.attachFragmentOut(*colours_);
+    requireComplete();
+    coloursFramebuffer_.unbind();
+}
+
+void AntialiasedPicture::end() const {
+    samplesFramebuffer_.unbind();
+    vellis::Framebuffer::blit(samples_, *colours_, size_.x, size_.y);
+}
+
+void AntialiasedPicture::show() const {
+    const auto width = static_cast<GLint>(size_.x);
+    const auto height = static_cast<GLint>(size_.y);
+    coloursFramebuffer_.bindToRead();
+    vellis::Framebuffer::bindToDraw(0);
+    glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    coloursFramebuffer_.unbindToRead();
+}
+
+offscreen::Image AntialiasedPicture::download() const {
+    return common::toPicture(colours_->download(), size_.x, size_.y);
+}
+
+} // namespace gears
