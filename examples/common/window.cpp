@@ -26,8 +26,8 @@ int byLayout(int key, int scancode) {
 Window::Glfw::Glfw() {
     if (glfwInit() != GLFW_TRUE)
         throw std::runtime_error("No window can be opened (" + lastError() +
-                                 "): start the program where there is a screen, or give it one "
-                                 "with `xvfb-run -a`.");
+                                 "): start the program in a desktop session, or set DISPLAY to "
+                                 "the screen of one.");
 }
 
 Window::Glfw::~Glfw() {

@@ -51,15 +51,15 @@ IN vec3 eyeNormal;
 DECL_OUT0;
 
 const vec3 toLight = vec3(-0.42, 0.64, 0.64);
-const vec3 skyColour = vec3(0.62, 0.64, 0.68);
-const vec3 groundColour = vec3(0.40, 0.36, 0.34);
+const vec3 skyColour = vec3(0.60, 0.61, 0.64);
+const vec3 groundColour = vec3(0.50, 0.47, 0.46);
 
 void main() {
     vec3 towards = normalize(eyeNormal);
     vec3 halfway = normalize(toLight - normalize(eyePosition));
     vec3 around = mix(groundColour, skyColour, 0.5 + 0.5 * towards.y);
-    float light = 0.58 * max(dot(towards, toLight), 0.0);
-    float gloss = 0.22 * pow(max(dot(towards, halfway), 0.0), 32.0);
+    float light = 0.44 * max(dot(towards, toLight), 0.0);
+    float gloss = 0.10 * pow(max(dot(towards, halfway), 0.0), 24.0);
     OUT0 = vec4(colour * (around + light) + gloss, 1.0);
 }
 )";
@@ -91,9 +91,9 @@ struct Camera {
 /// A camera that sees all of a rectangle at z = 0.
 Camera cameraFor(const Bounds& bounds, const glm::uvec2& size, const View& view) {
     const float aspect = static_cast<float>(size.x) / static_cast<float>(size.y);
-    const float angle = glm::radians(30.0f);
+    const float angle = glm::radians(20.0f);
     const glm::vec2 half = bounds.halfSize();
-    const float distance = 1.08f * std::max(half.x / aspect, half.y) / std::tan(0.5f * angle);
+    const float distance = 1.12f * std::max(half.x / aspect, half.y) / std::tan(0.5f * angle);
     glm::mat4 toEye = glm::translate(glm::mat4(1.0f), {0.0f, 0.0f, -distance});
     toEye = glm::rotate(toEye, view.aroundX, {1.0f, 0.0f, 0.0f});
     toEye = glm::rotate(toEye, view.aroundY, {0.0f, 1.0f, 0.0f});

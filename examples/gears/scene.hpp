@@ -18,8 +18,8 @@ namespace gears {
 
 /// Where the gears are seen from: the angles by which they are turned from their front view.
 struct View {
-    float aroundX = -0.45f;
-    float aroundY = -0.35f;
+    float aroundX = -0.40f;
+    float aroundY = -0.38f;
 };
 
 /// Three gears that turn each other.
