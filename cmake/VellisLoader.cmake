@@ -61,9 +61,9 @@ function(vellis_generate_loader python out)
     file(WRITE "${fresh}/gl.c" "${source}")
 
     # One row per pointer and per flag, for code that walks them all.
-    string(REGEX MATCHALL "glad_gl[A-Za-z0-9]+;" pointers "${header}")
+    string(REGEX MATCHALL "glad_gl[A-Za-z0-9_]+;" pointers "${header}")
     string(REGEX MATCHALL "GLAD_API_CALL int GLAD_GL_[A-Za-z0-9_]+" flags "${header}")
-    list(TRANSFORM pointers REPLACE "glad_(gl[A-Za-z0-9]+);?" "VELLIS_ENTRY_POINT(\\1)")
+    list(TRANSFORM pointers REPLACE "glad_(gl[A-Za-z0-9_]+);?" "VELLIS_ENTRY_POINT(\\1)")
     list(TRANSFORM flags REPLACE ".*(GLAD_GL_[A-Za-z0-9_]+)" "VELLIS_LOADER_FLAG(\\1)")
     list(REMOVE_ITEM pointers "")
     list(JOIN pointers "\n" pointers)

@@ -160,11 +160,13 @@ TEST_F(Loader, ExtensionsThatAreListedBringTheirEntryPoints) {
 TEST_F(Loader, SecondLoadClearsWhatTheNewContextLacks) {
     ASSERT_EQ(load("3.2"), 1);
     EXPECT_NE(glad_glBindVertexArray, nullptr);
+    EXPECT_NE(glad_glGetIntegeri_v, nullptr);
     EXPECT_EQ(GLAD_GL_VERSION_3_2, 1);
     EXPECT_EQ(GLAD_GL_ARB_texture_rg, 1);
     ASSERT_EQ(load("2.0"), 1);
     EXPECT_EQ(GLAD_GL_ARB_texture_rg, 0);
     EXPECT_EQ(glad_glBindVertexArray, nullptr);
+    EXPECT_EQ(glad_glGetIntegeri_v, nullptr);
     EXPECT_EQ(glad_glUniformMatrix2x3fv, nullptr);
     EXPECT_NE(glad_glCreateProgram, nullptr);
     EXPECT_EQ(GLAD_GL_VERSION_3_2, 0);
