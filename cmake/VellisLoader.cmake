@@ -2,7 +2,7 @@
 # becomes part of vellis).
 #
 # Sets, in the including scope:
-#   VELLIS_GENERATED_INCLUDE_DIR  the include folder with vellis/glad/gl.h and vellis/glad/khrplatform.h
+#   VELLIS_GENERATED_INCLUDE_DIR  the include folder with vellis/glad/*.h
 #   VELLIS_LOADER_TABLE_DIR       the folder with entry_points.inc: one row per entry point and flag
 #   VELLIS_GLAD_PYTHON            the interpreter that runs glad
 
@@ -55,22 +55,34 @@ function(vellis_generate_loader python out)
     string(REPLACE "<KHR/khrplatform.h>" "\"khrplatform.h\"" header "${header}")
     # Its load functions are the library's own business: undeclared here, they are not exported.
     string(REGEX REPLACE "GLAD_API_CALL int gladLoadGL(UserPtr)?\\([^;]*;" "" header "${header}")
+    # A static library's pointers and flags have names of its own for the linker, so that a program
+    # can have a glad beside it.
+    string(REPLACE "#define GLAD_GL_H_\n"
+        "#define GLAD_GL_H_\n\n#ifdef VELLIS_STATIC_DEFINE\n#include \"static_names.h\"\n#endif\n"
+        header "${header}")
     file(WRITE "${fresh}/gl.h" "${header}")
     file(READ "${fresh}/src/gl.c" source)
     string(REPLACE "<glad/gl.h>" "<vellis/glad/gl.h>" source "${source}")
     file(WRITE "${fresh}/gl.c" "${source}")
 
-    # One row per pointer and per flag, for code that walks them all.
+    # The names of all pointers and flags: one row each, for code that walks them all, and a name of
+    # its own for the linker.
     string(REGEX MATCHALL "glad_gl[A-Za-z0-9_]+;" pointers "${header}")
-    string(REGEX MATCHALL "GLAD_API_CALL int GLAD_GL_[A-Za-z0-9_]+" flags "${header}")
-    list(TRANSFORM pointers REPLACE "glad_(gl[A-Za-z0-9_]+);?" "VELLIS_ENTRY_POINT(\\1)")
-    list(TRANSFORM flags REPLACE ".*(GLAD_GL_[A-Za-z0-9_]+)" "VELLIS_LOADER_FLAG(\\1)")
     list(REMOVE_ITEM pointers "")
+    string(REGEX MATCHALL "GLAD_API_CALL int GLAD_GL_[A-Za-z0-9_]+" flags "${header}")
+    list(TRANSFORM flags REPLACE ".*(GLAD_GL_[A-Za-z0-9_]+)" "\\1")
+    set(renamings ${pointers} ${flags})
+    list(TRANSFORM renamings REPLACE "(.+)" "#define \\1 vellis_\\1")
+    list(JOIN renamings "\n" renamings)
+    file(WRITE "${fresh}/static_names.h" "#pragma once\n\n${renamings}\n")
+    list(TRANSFORM pointers REPLACE "glad_(.+)" "VELLIS_ENTRY_POINT(\\1)")
+    list(TRANSFORM flags REPLACE "(.+)" "VELLIS_LOADER_FLAG(\\1)")
     list(JOIN pointers "\n" pointers)
     list(JOIN flags "\n" flags)
     file(WRITE "${fresh}/entry_points.inc" "${pointers}\n${flags}\n")
 
-    foreach(file IN ITEMS include/vellis/glad/gl.h src/gl.c table/entry_points.inc)
+    foreach(file IN ITEMS include/vellis/glad/gl.h include/vellis/glad/static_names.h src/gl.c
+                          table/entry_points.inc)
         get_filename_component(folder "${out}/${file}" DIRECTORY)
         get_filename_component(name "${file}" NAME)
         file(MAKE_DIRECTORY "${folder}")
@@ -98,6 +110,8 @@ target_compile_definitions(vellis_loader PRIVATE
 if(BUILD_SHARED_LIBS)
     target_compile_definitions(vellis_loader PRIVATE
         GLAD_API_CALL_EXPORT GLAD_API_CALL_EXPORT_BUILD)
+else()
+    target_compile_definitions(vellis_loader PRIVATE VELLIS_STATIC_DEFINE)
 endif()
 set_target_properties(vellis_loader PROPERTIES
     C_VISIBILITY_PRESET hidden

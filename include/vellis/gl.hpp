@@ -23,6 +23,13 @@
 #include <vellis/glad/gl.h> // IWYU pragma: export
 #undef GLAD_API_CALL_EXPORT
 
+#if defined(VELLIS_STATIC_DEFINE)
+// A static library's names for the linker: another loader in the program may have these.
+#define GLVersion vellis_GLVersion
+#define gladLoadGL vellis_loadGL
+#define gladLoadGLLoader vellis_loadGLLoader
+#endif
+
 extern "C" {
 
 /// Returns the address of the GL entry point of that name, or null.
