@@ -10,6 +10,7 @@ packages=(
     g++ cmake ninja-build
     libglm-dev python3 python3-glad
     libegl-dev libegl1 libgl1 libgl1-mesa-dri libpng-dev libgtest-dev libgmock-dev
+    pkgconf
 )
 
 # What those packages give, for systems of another kind.
