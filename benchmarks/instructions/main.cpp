@@ -1,0 +1,7 @@
+/// The program that scripts/instructions.sh runs under valgrind.
+
+#include "instructions/count.hpp"
+
+int main() {
+    vellis::bench::countAll(vellis::bench::workloads());
+}

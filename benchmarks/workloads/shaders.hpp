@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <vellis/shading.hpp>
+
+namespace vellis::bench {
+
+/// An active uniform or attribute of a program.
+struct Variable {
+    std::string name;
+    unsigned int type; ///< GL's enumerator
+};
+using Variables = std::vector<Variable>;
+
+/// The attributes that the programs here read.
+Variables attributes();
+
+/// `mvp` and `color`: the uniforms of flatProgram(), whatever the size of the workload.
+Variables flatUniforms(unsigned int size);
+
+/// Draws `position` through the matrix `mvp` in `color`.
+extern const char* const flatVertexSource;
+extern const char* const flatFragmentSource;
+
+/// A program of these two sources.
+std::shared_ptr<Program> flatProgram();
+
+} // namespace vellis::bench

@@ -1,0 +1,14 @@
+#include "workloads/groups.hpp"
+
+namespace vellis::bench {
+
+std::vector<Workload> workloads() {
+    std::vector<Workload> all;
+    for (const auto group : {drawWorkloads, bufferWorkloads}) {
+        const std::vector<Workload> some = group();
+        all.insert(all.end(), some.begin(), some.end());
+    }
+    return all;
+}
+
+} // namespace vellis::bench
