@@ -11,5 +11,11 @@ namespace vellis::bench {
 
 std::vector<Workload> drawWorkloads();
 std::vector<Workload> bufferWorkloads();
+std::vector<Workload> drawableWorkloads();
+std::vector<Workload> stateWorkloads();
+std::vector<Workload> programWorkloads();
+std::vector<Workload> textureWorkloads();
+std::vector<Workload> toolboxWorkloads();
+std::vector<Workload> registryWorkloads();
 
 } // namespace vellis::bench

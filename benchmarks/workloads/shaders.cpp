@@ -5,7 +5,7 @@
 namespace vellis::bench {
 
 Variables attributes() {
-    return {{"position", GL_FLOAT_VEC2}};
+    return {{"position", GL_FLOAT_VEC2}, {"position_t", GL_FLOAT_VEC3}};
 }
 
 Variables flatUniforms(unsigned int) {
@@ -21,6 +21,26 @@ const char* const flatVertexSource =
 const char* const flatFragmentSource = "#version 120\n"
                                        "uniform vec4 color;\n"
                                        "void main() { gl_FragColor = color; }\n";
+
+Variables manyUniforms(unsigned int size) {
+    Variables uniforms = {{"color", GL_FLOAT_VEC4}};
+    for (unsigned int i = 1; i < size; ++i)
+        uniforms.push_back({"offset_" + std::to_string(i), GL_FLOAT_VEC4});
+    return uniforms;
+}
+
+std::string manyUniformsSource(unsigned int size) {
+    std::string declarations = "#version 120\n"
+                               "attribute vec2 position;\n";
+    std::string sum = "vec4(position, 0., 1.)";
+    for (const Variable& uniform : manyUniforms(size)) {
+        if (uniform.name == "color")
+            continue;
+        declarations += "uniform vec4 " + uniform.name + ";\n";
+        sum += " + " + uniform.name;
+    }
+    return declarations + "void main() { gl_Position = " + sum + "; }\n";
+}
 
 std::shared_ptr<Program> flatProgram() {
     return Program::make(flatVertexSource, flatFragmentSource);

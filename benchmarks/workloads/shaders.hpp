@@ -21,6 +21,13 @@ Variables attributes();
 /// `mvp` and `color`: the uniforms of flatProgram(), whatever the size of the workload.
 Variables flatUniforms(unsigned int size);
 
+/// That many `vec4` uniforms, `color` among them: those of manyUniformsSource() with
+/// flatFragmentSource.
+Variables manyUniforms(unsigned int size);
+
+/// A vertex shader whose uniforms are those of manyUniforms() but `color`.
+std::string manyUniformsSource(unsigned int size);
+
 /// Draws `position` through the matrix `mvp` in `color`.
 extern const char* const flatVertexSource;
 extern const char* const flatFragmentSource;
