@@ -1,0 +1,87 @@
+#!/usr/bin/env bash
+# Counts the instructions and the heap allocations of the benchmarks' workloads, by hand and through
+# the library, on a GL that does nothing, and compares them with benchmarks/budget.txt. The counts do
+# not depend on how busy the machine is. Installs what is missing.
+#
+# Usage: scripts/instructions.sh [program that counts, by default the library's own]
+set -euo pipefail
+
+# shellcheck source=scripts/setup.sh
+source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+
+if [[ $# -gt 1 ]]; then
+    fail "usage: instructions.sh [program]"
+fi
+budget="$repository/benchmarks/budget.txt"
+
+install_dependencies
+command -v valgrind >/dev/null || install_packages valgrind
+if [[ $# -eq 1 ]]; then
+    program="$1"
+else
+    build_preset default --target vellis_instructions
+    program="$repository/build/default/benchmarks/vellis_instructions"
+fi
+
+counted="$(mktemp -d)"
+trap 'rm -rf "$counted"' EXIT
+say "Counting"
+valgrind --tool=callgrind --callgrind-out-file="$counted/profile" \
+    --toggle-collect=vellis_measured_loop --dump-after=vellis_measured_loop \
+    "$program" >"$counted/runs" 2>"$counted/log" || {
+    cat "$counted/log" >&2
+    fail "counting failed (see above)."
+}
+
+# A line for each run, in order: what was run, and the instructions from its profile.
+number=0
+while read -r run; do
+    number=$((number + 1))
+    profile="$counted/profile.$number"
+    [[ -r "$profile" ]] || fail "valgrind wrote no profile of '$run'."
+    printf '%s %s\n' "$run" "$(sed -n 's/^totals: //p' "$profile")"
+done <"$counted/runs" >"$counted/instructions"
+
+# The first run is the loop alone. The first library of a workload is raw GL.
+awk '
+    FILENAME == ARGV[1] {
+        if ($0 !~ /^#/ && NF > 0) {
+            limit[$1, $2] = $3
+            allocationLimit[$1, $2] = $4
+            unused[$1 " " $2]
+        }
+        next
+    }
+    { workload = $1; size = $2; library = $3; runs = $4; allocations = $5 / runs; total = $6 / runs }
+    FNR == 1 {
+        loop = total
+        printf "%-24s %7s  %-10s %12s %8s %12s\n", "workload", "size", "library", "instructions",
+            "added", "allocations"
+        next
+    }
+    {
+        total -= loop
+        key = workload SUBSEP size
+        if (key != last) {
+            raw = total
+            printf "%-24s %7d  %-10s %12.0f\n", workload, size, library, total
+        } else {
+            printf "%-24s %7s  %-10s %12.0f %+8.0f %12.4g", "", "", library, total, total - raw, allocations
+            if (library == "vellis" && key in limit) {
+                delete unused[workload " " size]
+                within = total - raw <= limit[key] && allocations <= allocationLimit[key]
+                printf "   %s %d, %d", within ? "within" : "ABOVE", limit[key], allocationLimit[key]
+                above += !within
+            }
+            print ""
+        }
+        last = key
+    }
+    END {
+        for (row in unused) {
+            print "budget.txt has a limit for " row ", which was not counted" > "/dev/stderr"
+            above++
+        }
+        exit above > 0
+    }' "$budget" "$counted/instructions" ||
+    fail "above the limits in $budget: see ABOVE in the table."
