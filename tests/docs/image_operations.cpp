@@ -1,8 +1,6 @@
-/// The operations of textures, renderbuffers and framebuffers, of state records and of diagnostics.
+/// The operations of textures, renderbuffers and framebuffers.
 
 #include <vellis/framebuffer.hpp>
-#include <vellis/internal.hpp>
-#include <vellis/state.hpp>
 #include <vellis/texture.hpp>
 
 #include "docs/operations.hpp"
@@ -180,28 +178,6 @@ void useFramebuffers(UseRecorder& use) {
     useCopies(use);
     useClears(use);
     useFragmentState(use);
-}
-
-void useState(UseRecorder& use) {
-    use.begin("State");
-    use.of("state");
-#define VELLIS_STATE(type, count, pname, queries, command)                                         \
-    {                                                                                              \
-        vellis::state::State<type, count, pname> record{};                                         \
-        use("get", [&] { vellis::state::get(record); });                                           \
-        use("set", [&] { vellis::state::set(record); });                                           \
-    }
-#include "state/state_records.inc"
-#undef VELLIS_STATE
-    const vellis::state::State<bool, 1, GL_BLEND> on = {{true}};
-    use("set", [&] { vellis::state::set(on); });
-}
-
-void useDiagnostics(UseRecorder& use) {
-    use.begin("Diagnostics");
-    use.of("internal");
-    use("check_glerror", [] { internal::check_glerror(); });
-    use("check_framebuffer_complete", [] { internal::check_framebuffer_complete(); });
 }
 
 } // namespace vellis::test
