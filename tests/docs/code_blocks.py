@@ -16,7 +16,8 @@ A block begins with a fence and its language: cpp, glsl, sh, cmake or text. A C+
 #include is a file of its own; any other one is a list of statements. A comment between it and the
 text before says otherwise:
 
-  <!-- before: ... -->          these lines come before the block, unseen by readers
+  <!-- before: ... -->          these lines come before the block, unseen by readers; includes that
+                                they begin with go to the top of the file
   <!-- continues -->            it goes on in the scope of the block before
   <!-- file scope -->           it is declarations, not statements
   <!-- picture: name 480x320 -->  it defines void drawName(), which draws docs/images/name.png
@@ -69,6 +70,16 @@ class Block:
 
     def text(self):
         return "\n".join(self.lines) + "\n"
+
+    def take_includes(self):
+        """The includes in the lines before the block, which are empty lines there from now on."""
+        number, text = self.options.get("before", (0, ""))
+        lines = text.splitlines()
+        includes = [line for line in lines if line.startswith("#include")]
+        if includes:
+            rest = ["" if line in includes else line for line in lines]
+            self.options["before"] = (number, "\n".join(rest))
+        return includes
 
     def has_include(self):
         return any(line.startswith("#include") for line in self.lines)
@@ -161,8 +172,10 @@ class Writer:
             else:
                 self.add_statements(block, functions)
         if functions:
-            bodies = "\n".join(self.function(page, group) for group in functions)
-            self.sources[f"{identifier(page)}.cpp"] = "\n".join((PROLOGUE, bodies))
+            includes = [line for group in functions for block in group
+                        for line in block.take_includes()]
+            bodies = [self.function(page, group) for group in functions]
+            self.sources[f"{identifier(page)}.cpp"] = "\n".join((PROLOGUE, *includes, *bodies))
 
     def add_file(self, block):
         if "continues" in block.options:

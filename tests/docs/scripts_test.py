@@ -1,0 +1,147 @@
+#!/usr/bin/env python3
+"""Tests of code_blocks.py and check_pages.py: what they must find wrong, and what they must make.
+
+Usage: scripts_test.py COMPILER [arguments of unittest]
+"""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.dont_write_bytecode = True
+
+import check_pages  # noqa: E402
+import code_blocks  # noqa: E402
+
+COMPILER = "c++"
+
+
+class WithFolder(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = pathlib.Path(folder.name)
+
+    def write(self, name, *lines):
+        path = self.root / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text("\n".join(lines) + "\n", encoding="utf-8")
+        return path
+
+    def extract(self, *lines):
+        self.write("page.md", *lines)
+        code_blocks.main(self.root, self.root / "out", "page.md")
+        return self.root / "out"
+
+
+class CodeBlocks(WithFolder):
+    def expect_mistake(self, text, *lines):
+        with self.assertRaisesRegex(code_blocks.Mistake, text):
+            self.extract(*lines)
+
+    def test_statements_become_a_function_under_the_line_of_the_page(self):
+        out = self.extract("# Page", "", "```cpp", "int i = 1;", "```")
+        source = (out / "page.cpp").read_text(encoding="utf-8")
+        self.assertIn('void page_4() {\n#line 4 "page.md"\nint i = 1;\n}', source)
+        self.assertEqual((out / "sources.txt").read_text(encoding="utf-8"), "page.cpp\n")
+
+    def test_block_with_an_include_is_a_file_as_it_stands(self):
+        out = self.extract("```cpp", "#include <cmath>", "int i = 1;", "```")
+        self.assertEqual((out / "page_2.cpp").read_text(encoding="utf-8"),
+                         '#line 2 "page.md"\n#include <cmath>\nint i = 1;\n')
+
+    def test_unseen_lines_come_first(self):
+        out = self.extract("<!-- before:", "int i = 0;", "-->", "```cpp", "++i;", "```")
+        source = (out / "page.cpp").read_text(encoding="utf-8")
+        self.assertIn('#line 1 "page.md"\n\nint i = 0;\n#line 5 "page.md"\n++i;\n}', source)
+
+    def test_unseen_includes_go_to_the_top(self):
+        out = self.extract("<!-- before:", "#include <map>", "int i = 0;", "-->", "```cpp", "++i;",
+                           "```")
+        source = (out / "page.cpp").read_text(encoding="utf-8")
+        self.assertLess(source.index("#include <map>"), source.index("void page_6()"))
+        self.assertIn('#line 1 "page.md"\n\n\nint i = 0;\n#line 6 "page.md"\n++i;\n}', source)
+
+    def test_block_that_continues_shares_the_scope(self):
+        out = self.extract("```cpp", "int i = 0;", "```", "Then:", "<!-- continues -->", "```cpp",
+                           "++i;", "```")
+        source = (out / "page.cpp").read_text(encoding="utf-8")
+        self.assertEqual(source.count("void page_2() {"), 1)
+        self.assertNotIn("page_7", source)
+        self.assertIn("++i;", source)
+
+    def test_picture_names_the_function_that_draws_it(self):
+        out = self.extract("<!-- picture: two-words 4x2 -->", "```cpp", "#include <cmath>",
+                           "void drawTwoWords() {}", "```")
+        self.assertEqual((out / "pictures.inc").read_text(encoding="utf-8"),
+                         'VELLIS_PICTURE("two-words", drawTwoWords, 4, 2)\n')
+        self.assertEqual((out / "picture_sources.txt").read_text(encoding="utf-8"), "page_3.cpp\n")
+        self.assertEqual((out / "sources.txt").read_text(encoding="utf-8"), "")
+
+    def test_mistakes_are_named(self):
+        self.expect_mistake("page.md:1: the language", "```", "text", "```")
+        self.expect_mistake("page.md:1: the language", "```c++", "text", "```")
+        self.expect_mistake("page.md:1: the code block has no end", "```cpp", "int i;")
+        self.expect_mistake("page.md:1: the comment has no end", "<!-- before:", "int i;")
+        self.expect_mistake("page.md:2: a comment on a code block has none", "<!-- continues -->",
+                            "Text.")
+        self.expect_mistake("no block of statements to continue", "<!-- continues -->", "```cpp",
+                            "```")
+        self.expect_mistake("needs a reason", "<!-- not compiled: -->", "```cpp", "```")
+        self.expect_mistake("does not define void drawName", "<!-- picture: name 4x2 -->", "```cpp",
+                            "#include <cmath>", "```")
+        self.expect_mistake("a name and a size", "<!-- picture: name -->", "```cpp",
+                            "#include <cmath>", "```")
+        self.expect_mistake("are for C\\+\\+", "<!-- continues -->", "```sh", "```")
+
+    def test_compiler_names_the_line_of_the_page(self):
+        out = self.extract("# Page", "```cpp", "#include <cmath>", "int i = missing;", "```")
+        run = subprocess.run([COMPILER, "-std=c++17", "-fsyntax-only", out / "page_3.cpp"],
+                             capture_output=True, text=True, check=False)
+        self.assertNotEqual(run.returncode, 0)
+        self.assertIn("page.md:4:", run.stderr)
+
+
+class Pages(WithFolder):
+    def links(self, *lines):
+        self.write("page.md", *lines)
+        self.write("docs/other.md", "# One heading: `code`, and more", "## Twice", "## Twice")
+        return list(check_pages.broken_links(self.root, ["page.md"]))
+
+    def test_links_that_lead_somewhere(self):
+        self.assertEqual(self.links("# Here", "[a](docs/other.md) [b](#here) [c](docs)",
+                                    "[d](docs/other.md#one-heading-code-and-more)",
+                                    "[e](docs/other.md#twice-1) [f](https://example.org/x.md)",
+                                    "`[g](none.md)`", "```text", "[h](none.md)", "```"), [])
+
+    def test_links_that_do_not(self):
+        found = self.links("[a](none.md)", "![b](docs/none.png)", "[c](#nothing)",
+                           "[d](docs/other.md#twice-2)", "[e](../outside.md)")
+        self.assertEqual(len(found), 5)
+        for number in range(1, 6):
+            self.assertIn(f"page.md:{number}:", found[number - 1])
+
+    def test_shell(self):
+        self.write("scripts/there.sh", "true")
+        good = self.write("good.sh", "scripts/there.sh # comment")
+        absent = self.write("absent.sh", "scripts/absent.sh")
+        broken = self.write("broken.sh", "if true; then")
+        self.assertEqual(list(check_pages.broken_shell(self.root, [good])), [])
+        self.assertEqual(len(list(check_pages.broken_shell(self.root, [absent]))), 1)
+        self.assertEqual(len(list(check_pages.broken_shell(self.root, [broken]))), 1)
+
+    def test_cmake(self):
+        good = self.write("good.cmake", "add_subdirectory(vellis)",
+                          "target_link_libraries(a PRIVATE vellis::vellis)")
+        name = self.write("name.cmake", "target_link_libraries(a PRIVATE vellis::velis)")
+        command = self.write("command.cmake", "ad_subdirectory(vellis)")
+        self.assertEqual(list(check_pages.broken_cmake("cmake", [good])), [])
+        self.assertEqual(len(list(check_pages.broken_cmake("cmake", [name]))), 1)
+        self.assertEqual(len(list(check_pages.broken_cmake("cmake", [command]))), 1)
+
+
+if __name__ == "__main__":
+    COMPILER = sys.argv.pop(1)
+    unittest.main()
