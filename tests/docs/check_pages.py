@@ -12,9 +12,11 @@ import subprocess
 import sys
 import tempfile
 
-LINK = re.compile(r"\[(?:[^\[\]]|\[[^\]]*\])*\]\(([^()\s]+)\)")
-HEADING = re.compile(r"^#{1,6}\s+(.*?)\s*#*$")
-FENCE = re.compile(r"^\s*(`{3,}|~{3,})")
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "docs"))
+
+from markdown import HEADING, LINK, Anchors, marked_lines  # noqa: E402
+
 CODE = re.compile(r"`[^`]*`")
 SCRIPT = re.compile(r"(?<![\w/])scripts/[\w.-]+")
 
@@ -38,39 +40,26 @@ cmake_language(EVAL CODE "${block}")
 
 def text_lines(page):
     """The lines of a page outside of code blocks, with their numbers."""
-    fence = None
-    for number, line in enumerate(page.read_text(encoding="utf-8").splitlines(), 1):
-        mark = FENCE.match(line)
-        if fence is not None:
-            if mark is not None and line.strip() == fence:
-                fence = None
-        elif mark is not None:
-            fence = mark[1]
-        else:
+    lines = page.read_text(encoding="utf-8").splitlines()
+    for number, (line, is_text) in enumerate(marked_lines(lines), 1):
+        if is_text:
             yield number, line
 
 
 def anchors(page):
-    """What a link may name behind the # of a page: the headings, as hosts of Markdown write them."""
-    found = set()
+    found = Anchors()
     for _, line in text_lines(page):
         heading = HEADING.match(line)
-        if heading is None:
-            continue
-        text = re.sub(r"\[([^\]]*)\]\([^)]*\)", r"\1", heading[1]).lower()
-        anchor = re.sub(r"[^\w\- ]", "", text).replace(" ", "-")
-        count = 0
-        while (anchor if count == 0 else f"{anchor}-{count}") in found:
-            count += 1
-        found.add(anchor if count == 0 else f"{anchor}-{count}")
-    return found
+        if heading is not None:
+            found.add(heading[2])
+    return found.known
 
 
 def broken_links(root, pages):
     for name in pages:
         page = root / name
         for number, line in text_lines(page):
-            for target in LINK.findall(CODE.sub("", line)):
+            for _, target in LINK.findall(CODE.sub("", line)):
                 if re.match(r"[a-z]+:", target):
                     continue
                 path, _, anchor = target.partition("#")
