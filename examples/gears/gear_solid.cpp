@@ -1,6 +1,7 @@
 #include "gear_solid.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include <glm/geometric.hpp>
@@ -34,16 +35,26 @@ std::vector<Ring> ringsBetweenRims(unsigned int teeth) {
     return rings;
 }
 
+/// The corners of the two triangles between two pairs of points, by their place in
+/// {right, left, next right, next left}: they share the shorter diagonal.
+std::array<unsigned int, 6> cornersBetween(const glm::vec3& right, const glm::vec3& left,
+                                           const glm::vec3& nextRight, const glm::vec3& nextLeft) {
+    if (glm::distance(right, nextLeft) < glm::distance(nextRight, left))
+        return {0, 2, 3, 0, 3, 1};
+    return {0, 2, 1, 2, 3, 1};
+}
+
 /// Adds the surface between two lines, the first of which is on the right of whoever goes along
 /// them and looks from outside.
 /// \param normals  One for each pair of points.
 void addStrip(Solid& solid, const std::vector<glm::vec3>& right, const std::vector<glm::vec3>& left,
               const std::vector<glm::vec3>& normals) {
     for (std::size_t i = 0; i < right.size(); ++i) {
-        if (i > 0) { // the square between this pair and the one before
-            for (const int corner : {-2, 0, 1, -2, 1, -1})
-                solid.indices.push_back(
-                    static_cast<unsigned short>(static_cast<int>(solid.positions.size()) + corner));
+        if (i + 1 < right.size()) {
+            const std::size_t first = solid.positions.size();
+            for (const unsigned int corner :
+                 cornersBetween(right[i], left[i], right[i + 1], left[i + 1]))
+                solid.indices.push_back(static_cast<unsigned short>(first + corner));
         }
         solid.positions.insert(solid.positions.end(), {right[i], left[i]});
         solid.normals.insert(solid.normals.end(), {normals[i], normals[i]});
@@ -91,14 +102,23 @@ Points closedLine(const std::vector<Points>& stretches) {
     return points;
 }
 
-/// As many directions as a closed line has points, evenly spread, from its first point on.
-Points directionsFor(const Points& line) {
-    const float first = std::atan2(line.front().y, line.front().x);
-    const std::size_t count = line.size() - 1;
+/// The angle from one point to another as seen from the origin, counterclockwise.
+float angleBetween(const glm::vec2& from, const glm::vec2& to) {
+    return std::atan2(from.x * to.y - from.y * to.x, glm::dot(from, to));
+}
+
+/// As many directions as the closed line of an outline has points: along each stretch evenly from
+/// that of its first point to that of its last. So the points of a flank, some of which are in the
+/// same direction, join to a circle in triangles that do not overlap.
+Points directionsFor(const std::vector<Points>& stretches) {
     Points directions;
-    for (std::size_t i = 0; i < count; ++i) {
-        const float turn = static_cast<float>(i) / static_cast<float>(count);
-        directions.push_back(onCircle(first + 2.0f * pi * turn, 1.0f));
+    for (const Points& stretch : stretches) {
+        const float first = std::atan2(stretch.front().y, stretch.front().x);
+        const float turn = angleBetween(stretch.front(), stretch.back());
+        for (std::size_t i = 0; i + 1 < stretch.size(); ++i) {
+            const float at = static_cast<float>(i) / static_cast<float>(stretch.size() - 1);
+            directions.push_back(onCircle(first + at * turn, 1.0f));
+        }
     }
     directions.push_back(directions.front());
     return directions;
@@ -114,7 +134,7 @@ Solid makeSolid(unsigned int teeth) {
                  normalsAlong(stretch));
 
     const Points line = closedLine(stretches);
-    const Points directions = directionsFor(line);
+    const Points directions = directionsFor(stretches);
     const std::vector<Ring> rings = ringsBetweenRims(teeth);
     const std::vector<glm::vec3> toFront(line.size(), glm::vec3(0.0f, 0.0f, 1.0f));
     const std::vector<glm::vec3> toBack(line.size(), glm::vec3(0.0f, 0.0f, -1.0f));

@@ -8,7 +8,7 @@
 namespace gears {
 namespace {
 
-constexpr unsigned int flankPoints = 9;
+constexpr unsigned int flankPoints = 12;
 constexpr unsigned int arcPoints = 4;
 
 /// The angle between the start of an involute and a point of it, as seen from the middle of the
@@ -51,6 +51,12 @@ std::vector<glm::vec2> arc(float radius, float fromAngle, float toAngle) {
                  [&](float at) { return onCircle(glm::mix(fromAngle, toAngle, at), radius); });
 }
 
+/// Makes ends of stretches the same points, which rounding keeps them from being.
+void joinEnds(std::vector<std::vector<glm::vec2>>& stretches) {
+    for (std::size_t i = 0; i < stretches.size(); ++i)
+        stretches[(i + 1) % stretches.size()].front() = stretches[i].back();
+}
+
 } // namespace
 
 glm::vec2 onCircle(float angle, float radius) {
@@ -71,6 +77,7 @@ std::vector<std::vector<glm::vec2>> outline(unsigned int teeth) {
         stretches.push_back(flank(teeth, tooth, 1.0f, tip, root));
         stretches.push_back(arc(root, tooth + halfRoot, next - halfRoot));
     }
+    joinEnds(stretches);
     return stretches;
 }
 

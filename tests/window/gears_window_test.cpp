@@ -1,12 +1,13 @@
 /// The gears in a window, as a user sees and handles them.
 
-#include <algorithm>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include <X11/keysym.h>
 #include <gmock/gmock.h>
 
+#include "render/drawn_area.hpp"
 #include "render/run_program.hpp"
 #include "window/window_test.hpp"
 
@@ -16,48 +17,10 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
 
-/// Where pixels of one kind are in a picture, and how many.
-struct Area {
-    int count = 0;
-    unsigned int left = ~0u;
-    unsigned int right = 0;
-    unsigned int top = ~0u;
-    unsigned int bottom = 0;
-
-    void add(unsigned int x, unsigned int y) {
-        ++count;
-        left = std::min(left, x);
-        right = std::max(right, x);
-        top = std::min(top, y);
-        bottom = std::max(bottom, y);
-    }
-};
-
-template <class IsOne>
-Area areaOf(const offscreen::Image& image, IsOne isOne) {
-    Area area;
-    for (unsigned int y = 0; y < image.height; ++y) {
-        for (unsigned int x = 0; x < image.width; ++x) {
-            if (isOne(image.at(x, y)))
-                area.add(x, y);
-        }
-    }
-    return area;
-}
-
-bool isPaper(const unsigned char* pixel) {
-    return pixel[0] > 245 && pixel[1] > 240 && pixel[2] > 235;
-}
-
-/// What is drawn, whatever its colour.
-Area drawn(const offscreen::Image& image) {
-    return areaOf(image, [](const unsigned char* pixel) { return !isPaper(pixel); });
-}
-
 /// Whether there is a picture, on paper.
 bool isWhole(const offscreen::Image& image) {
     return image.width > 0 && isPaper(image.at(0, 0)) &&
-           drawn(image).count > static_cast<int>(image.width * image.height) / 5;
+           drawnArea(image).count > image.width * image.height / 5;
 }
 
 class GearsWindow : public WindowTest {
@@ -103,7 +66,7 @@ TEST_F(GearsWindow, ShowThreeGearsWhole) {
     const Area blue = areaOf(image, [](const auto* p) { return p[2] > p[0] + 20 && p[2] > p[1]; });
     EXPECT_GT(coral.count, teal.count);
     EXPECT_GT(teal.count, blue.count);
-    EXPECT_GT(blue.count, 5000);
+    EXPECT_GT(blue.count, 5000u);
     EXPECT_LT(coral.left, blue.left);
     EXPECT_LT(blue.right, teal.right);
     EXPECT_LT(blue.top, teal.top);
@@ -140,18 +103,7 @@ TEST_F(GearsWindow, FillAWindowOfAnySize) {
     for (const auto& [width, height] : {std::pair(900u, 400u), std::pair(300u, 700u)}) {
         resize(width, height);
         EXPECT_TRUE(eventuallyShows([&, w = width, h = height](const offscreen::Image& image) {
-            if (image.width != w || image.height != h)
-                return false;
-            const Area area = drawn(image);
-            const unsigned int smaller = std::min(w, h);
-            const bool isInside =
-                area.left > 0 && area.top > 0 && area.right + 1 < w && area.bottom + 1 < h;
-            const bool isLarge = area.right - area.left > 3 * smaller / 4 ||
-                                 area.bottom - area.top > 3 * smaller / 4;
-            const int offX = static_cast<int>(area.left + area.right + 1) - static_cast<int>(w);
-            const int offY = static_cast<int>(area.top + area.bottom + 1) - static_cast<int>(h);
-            return isInside && isLarge && std::abs(offX) < static_cast<int>(w) / 8 &&
-                   std::abs(offY) < static_cast<int>(h) / 8;
+            return image.width == w && image.height == h && isFramed(image);
         })) << width
             << " x " << height;
     }
