@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Draws the pictures of the documentation anew, into docs/images: the gallery, the plot, the picture of a
-# mistake, and those of the guide's pages. Installs what is missing.
+# Draws the pictures of the documentation anew, into docs/images: the gallery, the plot, the gears, the
+# picture of a mistake, and those of the guide's pages. Installs what is missing.
 #
 # Usage: scripts/pictures.sh
 set -euo pipefail
@@ -17,7 +17,7 @@ pages="$repository/build/default/tests/docs/vellis_docs_pictures"
 
 install_dependencies
 command -v pngquant >/dev/null || install_packages pngquant
-build_preset default --target vellis_gallery vellis_plot vellis_diagnose vellis_docs_pictures
+build_preset default --target vellis_gallery vellis_gears vellis_plot vellis_diagnose vellis_docs_pictures
 
 drawn="$(mktemp -d)"
 trap 'rm -rf "$drawn"' EXIT
@@ -26,10 +26,13 @@ say "Drawing the pictures"
     fail "the gallery failed: what is wrong, and what to do, is said above."
 "$examples/plot/vellis_plot" "$drawn/plot.png" >/dev/null ||
     fail "the plot failed: what is wrong, and what to do, is said above."
+"$examples/gears/vellis_gears" --frames 1 --out "$drawn" --size 480x360 >/dev/null ||
+    fail "the gears failed: what is wrong, and what to do, is said above."
+mv "$drawn/gears-000.png" "$drawn/gears.png"
 "$examples/diagnose/vellis_diagnose" "$drawn/diagnose.png" >/dev/null 2>&1 ||
     fail "the picture of a mistake failed: run $examples/diagnose/vellis_diagnose picture.png"
 
-pictures=(gallery plot diagnose)
+pictures=(gallery gears plot diagnose)
 for picture in $("$pages" --list); do
     "$pages" "$picture" "$drawn/$picture.png" >/dev/null ||
         fail "the picture $picture of a page failed: what is wrong is said above."

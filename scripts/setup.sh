@@ -13,7 +13,11 @@ packages=(
     pkgconf
 )
 
-# What those packages give, for systems of another kind.
+# What the programs with a window and their tests need beyond: a library for windows, and an X server
+# without a screen. On a bare Debian 12 that is 9 MB more to download, 20 MB installed.
+window_packages=(libglfw3-dev libx11-dev xvfb)
+
+# What the first of these lists gives, for systems of another kind.
 tools=(c++ cmake python3)
 
 say() {
@@ -67,12 +71,26 @@ require_tools() {
     say "Not a Debian system: nothing is installed. What is needed, by Debian's names: ${packages[*]}"
 }
 
+is_debian() {
+    command -v apt-get >/dev/null && command -v dpkg-query >/dev/null
+}
+
 # Makes everything ready that building and running need.
 install_dependencies() {
-    if command -v apt-get >/dev/null && command -v dpkg-query >/dev/null; then
+    if is_debian; then
         install_packages "${packages[@]}"
     else
         require_tools
+    fi
+}
+
+# Makes ready what the programs with a window and their tests need beyond that. They are left out
+# without it, so on other systems it is up to the user.
+install_window_dependencies() {
+    if is_debian; then
+        install_packages "${window_packages[@]}"
+    else
+        say "For programs with a window and their tests, by Debian's names: ${window_packages[*]}"
     fi
 }
 

@@ -8,6 +8,7 @@ set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
 install_dependencies
+install_window_dependencies
 build_preset default
 say "Testing build/default"
 ctest --test-dir "$repository/build/default" --output-on-failure --no-tests=error \
