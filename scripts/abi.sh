@@ -1,0 +1,67 @@
+#!/usr/bin/env bash
+# Compares the binary interface of the library with the kept one, and says what has changed: types,
+# functions, layouts. Installs what is missing.
+#
+# Usage: scripts/abi.sh             report; succeeds whatever has changed
+#        scripts/abi.sh --strict    the same, but fails where anything was changed or removed
+#        scripts/abi.sh --update    keep the interface, and the list of exported symbols, as they are now
+set -euo pipefail
+
+# shellcheck source=scripts/setup.sh
+source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+
+mode="${1:---report}"
+if [[ $# -gt 1 || ! "$mode" =~ ^--(report|strict|update)$ ]]; then
+    fail "usage: abi.sh [--strict | --update]"
+fi
+kept="$repository/tests/abi"
+build="$repository/build/default"
+library="$build/libvellis.so"
+
+# Only types of the public headers count, and neither paths nor lines: the dump does not depend on
+# the folder, nor change with every edit.
+dump_interface() {
+    abidw --headers-dir "$repository/include" \
+        --headers-dir "$build/include" \
+        --headers-dir "$build/loader/include" \
+        --drop-private-types \
+        --suppressions "$kept/dropped.ini" \
+        --no-corpus-path --no-comp-dir-path --no-show-locs --type-id-style hash \
+        --out-file "$1" "$library" ||
+        fail "abidw cannot read $library: see above."
+    sed --in-place "s|$repository/||g" "$1"
+}
+
+install_dependencies
+for tool in abidw abidiff; do
+    command -v "$tool" >/dev/null || install_packages abigail-tools
+done
+build_preset default --target vellis
+
+dumps="$(mktemp -d)"
+trap 'rm -rf "$dumps"' EXIT
+dump_interface "$dumps/now.abi"
+
+if [[ "$mode" == --update ]]; then
+    xz -9 --stdout "$dumps/now.abi" >"$kept/vellis.abi.xz"
+    "$kept/exported_symbols.sh" "$library" >"$kept/symbols.txt"
+    say "Kept: $kept/vellis.abi.xz and $kept/symbols.txt ($(wc -l <"$kept/symbols.txt") symbols)"
+    exit
+fi
+
+xz --decompress --stdout "$kept/vellis.abi.xz" >"$dumps/kept.abi"
+say "Comparing $library with the kept interface"
+status=0
+abidiff "$dumps/kept.abi" "$dumps/now.abi" || status=$?
+# The bits of the status: 1 and 2 for a failure, 4 for a change, 8 for one that breaks programs.
+if ((status & 3)); then
+    fail "abidiff failed: see above."
+elif ((status == 0)); then
+    say "The interface has not changed."
+elif abidiff --no-added-syms "$dumps/kept.abi" "$dumps/now.abi" >/dev/null; then
+    say "The interface has grown; what was there is unchanged."
+elif [[ "$mode" == --strict ]]; then
+    fail "what was there has changed or gone: programs that were built against it need a new SOVERSION. Where that is meant, run 'scripts/abi.sh --update'."
+else
+    say "What was there has changed or gone: programs that were built against it would break."
+fi
