@@ -1,9 +1,10 @@
 # Builds the library alone, of the kind that the build around the tests is not.
 #
-# Definitions: source, build, build_type, shared (a boolean), generator, settings
+# Definitions: source, build, build_type, shared (a boolean), settings
 
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
-run("Configuring" "${CMAKE_COMMAND}" -C "${settings}" -G "${generator}" -S "${source}" -B "${build}"
+include("${settings}")
+run("Configuring" "${CMAKE_COMMAND}" -C "${settings}" -G "${CONSUMER_GENERATOR}" -S "${source}" -B "${build}"
     "-DCMAKE_BUILD_TYPE=${build_type}"
     -DBUILD_SHARED_LIBS=${shared}
     -DVELLIS_WARNINGS_AS_ERRORS=ON

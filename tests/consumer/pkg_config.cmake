@@ -1,16 +1,18 @@
 # Compiles and runs a program with nothing but what pkg-config says.
 #
-# Definitions: pkg_config, program, prefix, kind, folder, settings
+# Definitions: pkg_config, program, kind, folder, settings; prefix, unless pkg-config knows where
 
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
 include("${settings}")
 file(REMOVE_RECURSE "${folder}")
 file(MAKE_DIRECTORY "${folder}")
-file(GLOB_RECURSE description "${prefix}/*/vellis.pc")
-get_filename_component(description_folder "${description}" DIRECTORY)
-get_filename_component(library_folder "${description_folder}" DIRECTORY)
-set(ENV{PKG_CONFIG_PATH} "${description_folder}")
-set(ENV{LD_LIBRARY_PATH} "${library_folder}:$ENV{LD_LIBRARY_PATH}")
+if(DEFINED prefix)
+    file(GLOB_RECURSE description "${prefix}/*/vellis.pc")
+    get_filename_component(description_folder "${description}" DIRECTORY)
+    get_filename_component(library_folder "${description_folder}" DIRECTORY)
+    set(ENV{PKG_CONFIG_PATH} "${description_folder}")
+    set(ENV{LD_LIBRARY_PATH} "${library_folder}:$ENV{LD_LIBRARY_PATH}")
+endif()
 
 function(ask result)
     execute_process(

@@ -1,0 +1,131 @@
+#!/usr/bin/env bash
+# Makes Debian packages of the library and checks them: lintian has no error to report, and a program
+# builds and runs with what they unpack to. Installs what is missing.
+#
+# Usage: scripts/package.sh [--install]
+#
+# By default the packages are unpacked into a temporary folder, so that this system stays as it is.
+# --install installs them on this system with apt-get, builds and runs the programs there, and removes
+# them again: for a machine that may be changed, such as one of continuous integration.
+set -euo pipefail
+
+# shellcheck source=scripts/setup.sh
+source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+
+if [[ $# -gt 1 || "${1:---install}" != --install ]]; then
+    fail "usage: package.sh [--install]"
+fi
+build="$repository/build/package"
+debs="$repository/build/packages"
+consumers="$repository/tests/consumer"
+
+# As Debian builds its packages: with the distribution's flags, for /usr, where the library folder is
+# the one of the architecture.
+make_packages() {
+    local flags linker_flags
+    flags="$(DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --get CXXFLAGS) $(dpkg-buildflags --get CPPFLAGS)"
+    linker_flags="$(DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --get LDFLAGS)"
+    rm -rf "$debs"
+    cmake -S "$repository" -B "$build" \
+        -DCMAKE_INSTALL_PREFIX=/usr \
+        -DCMAKE_BUILD_TYPE=None \
+        -DCMAKE_C_FLAGS="$flags" -DCMAKE_CXX_FLAGS="$flags" \
+        -DCMAKE_SHARED_LINKER_FLAGS="$linker_flags" \
+        -DVELLIS_BUILD_TESTS=OFF -DVELLIS_BUILD_EXAMPLES=OFF >/dev/null ||
+        fail "configuring failed: see above."
+    cmake --build "$build" --parallel "$(nproc)" || fail "building failed: mend the first error above."
+    cpack -G DEB --config "$build/CPackConfig.cmake" -B "$debs" || fail "cpack failed: see above."
+    rm -rf "$debs/_CPack_Packages"
+}
+
+# Runs a command, which is quiet unless it fails.
+quietly() {
+    "$@" >"$scratch/log" 2>&1 || { cat "$scratch/log"; fail "'$*' failed: see above."; }
+}
+
+# Builds and runs programs outside the repository, against the given prefix or, without one, what is
+# installed on this system.
+use_packages() {
+    local common=(-Dsettings="$repository/build/default/tests/consumer/settings.cmake" -Dkind=shared)
+    if [[ $# -gt 0 ]]; then
+        common+=(-Dprefix="$1")
+    fi
+    quietly cmake "${common[@]}" -Dproject="$consumers/find_package" \
+        -Dfolder="$scratch/find_package" -P "$consumers/consume.cmake"
+    quietly cmake "${common[@]}" -Dprogram="$consumers/programs/triangle.cpp" \
+        -Dpkg_config=pkg-config -Dfolder="$scratch/pkg_config" -P "$consumers/pkg_config.cmake"
+    say "Programs build and run with find_package and with pkg-config."
+}
+
+unpack_and_use() {
+    local package
+    for package in "$debs"/*.deb; do
+        dpkg-deb --extract "$package" "$scratch/root"
+    done
+    use_packages "$scratch/root/usr"
+}
+
+# apt-get, which waits while another one works.
+apt() {
+    local as_root=()
+    [[ "$(id -u)" -eq 0 ]] || as_root=(sudo)
+    quietly "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get --option DPkg::Lock::Timeout=300 --yes "$@"
+}
+
+linker_knows_library() {
+    ldconfig -p | grep "libvellis\.so\." >/dev/null
+}
+
+install_and_use() {
+    local names=() files package file
+    for package in "$debs"/*.deb; do
+        names+=("$(dpkg-deb --field "$package" Package)")
+    done
+    [[ "$(missing_packages "${names[@]}" | wc -l)" -eq ${#names[@]} ]] ||
+        fail "some of ${names[*]} are installed: remove them first, this would do it unasked."
+
+    say "Installing ${names[*]} on this system"
+    installed=("${names[@]}")
+    apt install --no-install-recommends "$debs"/*.deb
+    mapfile -t files < <(dpkg --listfiles "${names[@]}" | grep vellis)
+    linker_knows_library || fail "the linker does not know the library."
+    use_packages
+
+    say "Removing ${names[*]}"
+    installed=()
+    apt purge "${names[@]}"
+    for file in "${files[@]}"; do
+        [[ ! -e "$file" ]] || fail "$file is left behind."
+    done
+    ! linker_knows_library || fail "the linker still knows the library."
+    say "Nothing is left behind."
+}
+
+# Leaves nothing behind, also where something fails.
+clean_up() {
+    if [[ ${#installed[@]} -gt 0 ]]; then
+        apt purge "${installed[@]}"
+    fi
+    rm -rf "$scratch"
+}
+
+install_dependencies
+install_packages dpkg-dev lintian
+scratch="$(mktemp -d)"
+installed=()
+trap clean_up EXIT
+
+say "Making the packages"
+make_packages
+say "Checking them with lintian"
+lintian --allow-root --fail-on error "$debs"/*.deb || fail "lintian has errors to report: see above."
+# The programs get their context from a library of the tests.
+build_preset default --target vellis_offscreen >/dev/null
+if [[ "${1:-}" == --install ]]; then
+    install_and_use
+else
+    unpack_and_use
+fi
+say "The packages:"
+printf '%s\n' "$debs"/*.deb
