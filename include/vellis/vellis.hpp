@@ -1,7 +1,8 @@
 #pragma once
 
 /// \file
-/// All of vellis but OpenGL itself, which <vellis/gl.hpp> brings.
+/// All of vellis but OpenGL itself, which <vellis/gl.hpp> brings, and glm's matrices, which
+/// <glm/mat3x3.hpp> and <glm/mat4x4.hpp> bring.
 
 #include <vellis/buffers.hpp>
 #include <vellis/drawing.hpp>

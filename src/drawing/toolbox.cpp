@@ -7,6 +7,8 @@
 #include <memory>
 #include <type_traits>
 
+#include <glm/mat4x4.hpp>
+
 #include <vellis/buffers/buffer_object_manager.hpp>
 #include <vellis/drawing/primitives.hpp>
 #include <vellis/gl.hpp>

@@ -6,6 +6,7 @@
 #include <vellis/gl.hpp>
 #include <vellis/texture/texture.hpp>
 
+#include "shading/program_variables.hpp"
 #include "shading/uniform_factory.hpp"
 
 namespace vellis {
@@ -109,8 +110,7 @@ Program::~Program() {
 void Program::dispose() {
     if (id_ == 0)
         return;
-    clearAttributes();
-    clearUniforms();
+    variables_.reset();
     glDeleteProgram(id_);
     id_ = 0;
 }
@@ -177,6 +177,7 @@ const Program& Program::null() {
 
 void Program::link() {
     gl_link();
+    variables_ = std::make_shared<Variables>();
     bind();
     initUniforms();
     initAttributes();
@@ -190,10 +191,10 @@ void Program::link(std::initializer_list<unsigned int> outputs) {
 }
 
 UniformVariable* Program::findUniform(const char* name) const {
-    if (name == nullptr)
+    if (name == nullptr || variables_ == nullptr)
         return nullptr;
-    const auto entry = uniforms_.find(name);
-    return entry != uniforms_.end() ? entry->second.get() : nullptr;
+    const auto entry = variables_->uniforms.find(name);
+    return entry != variables_->uniforms.end() ? entry->second.get() : nullptr;
 }
 
 unsigned int Program::getUniformLoc(const char* name) const {
@@ -201,16 +202,17 @@ unsigned int Program::getUniformLoc(const char* name) const {
     return static_cast<unsigned int>(uniform != nullptr ? uniform->loc : -1);
 }
 
-const Attrib& Program::getAttrib(const char* name) const {
-    static const Attrib none(-1);
-    if (name == nullptr)
-        return none;
-    const auto entry = attributes_.find(name);
-    return entry != attributes_.end() ? *entry->second : none;
+const Attrib* Program::findAttrib(const char* name) const {
+    if (name == nullptr || variables_ == nullptr)
+        return nullptr;
+    const auto entry = variables_->attributes.find(name);
+    return entry != variables_->attributes.end() ? entry->second.get() : nullptr;
 }
 
-bool Program::hasAttrib(const char* name) const {
-    return name != nullptr && attributes_.find(name) != attributes_.end();
+const Attrib& Program::getAttrib(const char* name) const {
+    static const Attrib none(-1);
+    const Attrib* const attribute = findAttrib(name);
+    return attribute != nullptr ? *attribute : none;
 }
 
 unsigned int Program::getAttribLoc(const char* name) const {
@@ -238,7 +240,6 @@ void Program::setUniform(int location, int unit, const Texture& texture) {
 }
 
 void Program::initUniforms() {
-    clearUniforms();
     ActiveVariables variables(id_, GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH);
     unsigned int nextUnit = 0;
     for (int i = 0; i < variables.count; ++i) {
@@ -247,7 +248,9 @@ void Program::initUniforms() {
     }
 }
 
-void Program::addUniform(std::string name, int size, unsigned int type, unsigned int& nextUnit) {
+void Program::addUniform(const char* reportedName, int size, unsigned int type,
+                         unsigned int& nextUnit) {
+    std::string name = reportedName;
     int location = glGetUniformLocation(id_, name.c_str());
     std::shared_ptr<UniformVariable> handle;
     if (size < 2) {
@@ -261,17 +264,16 @@ void Program::addUniform(std::string name, int size, unsigned int type, unsigned
         handle = UniformFactory::makeArray(type, location, static_cast<std::size_t>(size));
     }
     if (handle != nullptr)
-        uniforms_.try_emplace(std::move(name), std::move(handle));
+        variables_->uniforms.try_emplace(std::move(name), std::move(handle));
 }
 
 void Program::initAttributes() {
-    clearAttributes();
     ActiveVariables variables(id_, GL_ACTIVE_ATTRIBUTES, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH);
     for (int i = 0; i < variables.count; ++i) {
         const ActiveVariable attribute(glGetActiveAttrib, id_, i, variables);
         const char* const name = variables.name.data();
         const int location = glGetAttribLocation(id_, name);
-        attributes_.try_emplace(name, std::shared_ptr<Attrib>(new Attrib(location)));
+        variables_->attributes.try_emplace(name, std::shared_ptr<Attrib>(new Attrib(location)));
     }
 }
 

@@ -1,5 +1,7 @@
 #include <vellis/shading/shader.hpp>
 
+#include <string>
+
 #include <vellis/gl.hpp>
 
 namespace vellis {
@@ -46,14 +48,14 @@ struct Preambles {
     }
 };
 
-std::string portableVertexSource(const std::string& source, Shader::Version version) {
+std::string portableVertexSource(std::string_view source, Shader::Version version) {
     const Preambles& preambles = Preambles::instance();
-    return preambles.versionLine(version) + preambles.vertexMacros + source;
+    return (preambles.versionLine(version) + preambles.vertexMacros).append(source);
 }
 
-std::string portableFragmentSource(const std::string& source, Shader::Version version) {
+std::string portableFragmentSource(std::string_view source, Shader::Version version) {
     const Preambles& preambles = Preambles::instance();
-    return preambles.versionLine(version) + preambles.fragmentMacros + source;
+    return (preambles.versionLine(version) + preambles.fragmentMacros).append(source);
 }
 
 } // namespace
@@ -77,37 +79,37 @@ void Shader::compile(const char* source) const {
     glCompileShader(id_);
 }
 
-std::shared_ptr<VertexShader> VertexShader::make(const std::string& source) {
+std::shared_ptr<VertexShader> VertexShader::make(std::string_view source) {
     return std::shared_ptr<VertexShader>(new VertexShader(source));
 }
 
-std::shared_ptr<VertexShader> VertexShader::make(const std::string& source, Version version) {
+std::shared_ptr<VertexShader> VertexShader::make(std::string_view source, Version version) {
     return std::shared_ptr<VertexShader>(new VertexShader(source, version));
 }
 
-VertexShader::VertexShader(const std::string& source) : Shader(GL_VERTEX_SHADER) {
-    compile(source.c_str());
+VertexShader::VertexShader(std::string_view source) : Shader(GL_VERTEX_SHADER) {
+    compile(std::string(source).c_str());
 }
 
-VertexShader::VertexShader(const std::string& source, Version version) : Shader(GL_VERTEX_SHADER) {
+VertexShader::VertexShader(std::string_view source, Version version) : Shader(GL_VERTEX_SHADER) {
     compile(portableVertexSource(source, version).c_str());
 }
 
 VertexShader::~VertexShader() = default;
 
-std::shared_ptr<FragmentShader> FragmentShader::make(const std::string& source) {
+std::shared_ptr<FragmentShader> FragmentShader::make(std::string_view source) {
     return std::shared_ptr<FragmentShader>(new FragmentShader(source));
 }
 
-std::shared_ptr<FragmentShader> FragmentShader::make(const std::string& source, Version version) {
+std::shared_ptr<FragmentShader> FragmentShader::make(std::string_view source, Version version) {
     return std::shared_ptr<FragmentShader>(new FragmentShader(source, version));
 }
 
-FragmentShader::FragmentShader(const std::string& source) : Shader(GL_FRAGMENT_SHADER) {
-    compile(source.c_str());
+FragmentShader::FragmentShader(std::string_view source) : Shader(GL_FRAGMENT_SHADER) {
+    compile(std::string(source).c_str());
 }
 
-FragmentShader::FragmentShader(const std::string& source, Version version)
+FragmentShader::FragmentShader(std::string_view source, Version version)
     : Shader(GL_FRAGMENT_SHADER) {
     compile(portableFragmentSource(source, version).c_str());
 }

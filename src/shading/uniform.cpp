@@ -1,5 +1,8 @@
 #include <vellis/shading/uniform.hpp>
 
+#include <glm/mat3x3.hpp>
+#include <glm/mat4x4.hpp>
+
 #include <vellis/gl.hpp>
 
 #include "engine/entry_point.hpp"

@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include <glm/mat4x4.hpp>
 #include <gtest/gtest.h>
 #include <vellis/engine.hpp>
 #include <vellis/gl.hpp>

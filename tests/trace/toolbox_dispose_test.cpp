@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include <glm/mat4x4.hpp>
 #include <gtest/gtest.h>
 #include <vellis/buffers/buffer_object_manager.hpp>
 #include <vellis/engine.hpp>

@@ -15,6 +15,7 @@
 #include <type_traits>
 #include <vector>
 
+#include <glm/mat4x4.hpp>
 #include <gtest/gtest.h>
 #include <vellis/engine.hpp>
 #include <vellis/gl.hpp>

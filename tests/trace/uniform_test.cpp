@@ -11,10 +11,13 @@
 #include <utility>
 #include <vector>
 
+#include <glm/mat3x3.hpp>
+#include <glm/mat4x4.hpp>
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
 #include <vellis/texture/texture.hpp>
 
+#include "shading/program_variables.hpp"
 #include "support/allocation_count.hpp"
 #include "support/fake_gl.hpp"
 
@@ -250,7 +253,7 @@ TEST_F(UniformTrace, LinkingReadsUniformsAndThenAttributesWhileTheProgramIsInUse
 TEST_F(UniformTrace, EveryTypeOfValueGetsAHandleWithItsLocationAndFirstValue) {
     const std::vector<ActiveVariable> uniforms = uniformsOfEveryType();
     link(uniforms);
-    EXPECT_EQ(program->uniforms_.size(), numValueRows);
+    EXPECT_EQ(program->variables_->uniforms.size(), numValueRows);
     std::size_t i = 0;
     forEachRow([&](const auto& row) {
         const auto& handle = program->getUniform<ValueOf<decltype(row)>>(row.name.c_str());
@@ -340,7 +343,7 @@ TEST_F(UniformTrace, OtherTypesGetNoHandleAndTakeNoUnit) {
         uniforms.push_back({"array" + std::to_string(type) + "[0]", type, 2});
     uniforms.push_back({"image", GL_SAMPLER_2D});
     link(uniforms);
-    EXPECT_EQ(program->uniforms_.size(), 1u);
+    EXPECT_EQ(program->variables_->uniforms.size(), 1u);
     EXPECT_TRUE(program->hasUniform("image"));
     EXPECT_EQ(program->getUniformTexture("image").unit, 0u);
 }
@@ -379,7 +382,7 @@ TEST_F(UniformTrace, ArrayReportedWithoutBracketsIsAnArrayAsWell) {
 TEST_F(UniformTrace, ArrayOfOneIsASingleUniformUnderTheNameThatGlReports) {
     for (const char* const name : {"v[0]", "v"}) {
         link({{name, GL_FLOAT, 1, 5}});
-        EXPECT_EQ(program->uniforms_.size(), 1u);
+        EXPECT_EQ(program->variables_->uniforms.size(), 1u);
         EXPECT_EQ(program->getUniform<float>(name).loc, 5);
     }
     gl.forget();
@@ -445,7 +448,7 @@ TEST_F(UniformTrace, LocationOfASingleUniformIsAskedForOnce) {
 
 TEST_F(UniformTrace, SecondUniformOfANameDoesNotReplaceTheFirst) {
     link({{"w[0]", GL_FLOAT, 4, 5}, {"w", GL_INT, 1, 9}, {"w", GL_FLOAT, 2, 6}});
-    EXPECT_EQ(program->uniforms_.size(), 1u);
+    EXPECT_EQ(program->variables_->uniforms.size(), 1u);
     EXPECT_EQ(program->getUniform<List<float>>("w").loc, 5);
     EXPECT_EQ(program->getUniform<List<float>>("w").value.size(), 4u);
 }
@@ -464,8 +467,8 @@ TEST_F(UniformTrace, LinkingAgainGivesFreshHandlesAndUnitsFromZero) {
     link({{"old", GL_FLOAT}, {"color", GL_FLOAT_VEC4}, {"a", GL_SAMPLER_2D}, {"b", GL_SAMPLER_2D}},
          {{"position", GL_FLOAT_VEC2}, {"before", GL_FLOAT}});
     program->setUniform("color", vec4(1.f));
-    const std::weak_ptr<UniformVariable> color = program->uniforms_.at("color");
-    const std::weak_ptr<Attrib> position = program->attributes_.at("position");
+    const std::weak_ptr<UniformVariable> color = program->variables_->uniforms.at("color");
+    const std::weak_ptr<Attrib> position = program->variables_->attributes.at("position");
     gl.setActiveUniforms({{"b", GL_SAMPLER_2D}, {"color", GL_FLOAT_VEC4}, {"a", GL_SAMPLER_2D}});
     gl.setActiveAttributes({{"after", GL_FLOAT}, {"position", GL_FLOAT_VEC2}});
     program->link();
@@ -484,8 +487,8 @@ TEST_F(UniformTrace, LinkingAgainGivesFreshHandlesAndUnitsFromZero) {
 TEST_F(UniformTrace, ProgramThatDoesNotLinkHasNoUniformsAndAttributes) {
     gl.failToLink();
     link({{"color", GL_FLOAT_VEC4}}, {{"position", GL_FLOAT_VEC2}});
-    EXPECT_TRUE(program->uniforms_.empty());
-    EXPECT_TRUE(program->attributes_.empty());
+    EXPECT_TRUE(program->variables_->uniforms.empty());
+    EXPECT_TRUE(program->variables_->attributes.empty());
 }
 
 TEST_F(UniformTrace, ProgramThatWasNotLinkedHasNoUniformsAndAttributes) {
@@ -502,8 +505,8 @@ TEST_F(UniformTrace, ProgramThatWasNotLinkedHasNoUniformsAndAttributes) {
 
 TEST_F(UniformTrace, DisposeFreesTheHandles) {
     link({{"color", GL_FLOAT_VEC4}}, {{"position", GL_FLOAT_VEC2}});
-    const std::weak_ptr<UniformVariable> uniform = program->uniforms_.at("color");
-    const std::weak_ptr<Attrib> attribute = program->attributes_.at("position");
+    const std::weak_ptr<UniformVariable> uniform = program->variables_->uniforms.at("color");
+    const std::weak_ptr<Attrib> attribute = program->variables_->attributes.at("position");
     program->dispose();
     EXPECT_TRUE(uniform.expired());
     EXPECT_TRUE(attribute.expired());
@@ -514,8 +517,8 @@ TEST_F(UniformTrace, DisposeFreesTheHandles) {
 
 TEST_F(UniformTrace, CopiesShareTheHandlesAndTheLastHolderFreesThem) {
     link({{"color", GL_FLOAT_VEC4}, {"image", GL_SAMPLER_2D}}, {{"position", GL_FLOAT_VEC2}});
-    const std::weak_ptr<UniformVariable> uniform = program->uniforms_.at("color");
-    const std::weak_ptr<Attrib> attribute = program->attributes_.at("position");
+    const std::weak_ptr<UniformVariable> uniform = program->variables_->uniforms.at("color");
+    const std::weak_ptr<Attrib> attribute = program->variables_->attributes.at("position");
     {
         Program copy = *program;
         Program assigned = *Program::make();
@@ -555,7 +558,7 @@ TEST_F(UniformTrace, AttributesOfAnyTypeAndSizeGetTheLocationThatTheLinkerChose)
               {"matrix", GL_FLOAT_MAT2, 2, 0},
               {"unknown", 0, 0, 9},
               {"gl_Vertex", GL_FLOAT_VEC4, 1, -1}});
-    EXPECT_EQ(program->attributes_.size(), 4u);
+    EXPECT_EQ(program->variables_->attributes.size(), 4u);
     EXPECT_EQ(program->getAttribLoc("position_t"), 4u);
     EXPECT_EQ(program->getAttrib("position_t").loc, 4);
     EXPECT_EQ(program->getAttribLoc("matrix"), 0u);
@@ -642,7 +645,7 @@ TEST_F(UniformTrace, VariablesThatGlLeavesUnwrittenHaveNoNameAndNoHandle) {
     const Lines calls = gl.takeCalls();
     EXPECT_EQ(calls.at(10), "glGetUniformLocation(3, \"\")");
     EXPECT_EQ(calls.at(16), "glGetAttribLocation(3, \"\")");
-    EXPECT_EQ(program->uniforms_.size(), 1u);
+    EXPECT_EQ(program->variables_->uniforms.size(), 1u);
     EXPECT_EQ(program->getUniformLoc("floats"), 0u);
     EXPECT_EQ(program->getAttribLoc("position"), 0u);
     EXPECT_EQ(program->getAttribLoc(""), noLocation);
@@ -800,7 +803,7 @@ TEST_F(UniformTrace, ValueForAnUnknownNameGoesToNoLocationAndIsForgotten) {
             EXPECT_EQ(program->getUniform<T>(name).value, firstValue(T()));
         }
     });
-    EXPECT_EQ(program->uniforms_.size(), numValueRows);
+    EXPECT_EQ(program->variables_->uniforms.size(), numValueRows);
     forEachRow([&](const auto& row) { expectFirstValue(row); });
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <initializer_list>
 #include <limits>
@@ -96,12 +95,14 @@ protected:
 private:
     static constexpr unsigned int maxCount = std::numeric_limits<unsigned int>::max() / sizeof(T);
 
-    static constexpr unsigned int fitting(unsigned int count) { return std::min(count, maxCount); }
+    static constexpr unsigned int fitting(unsigned int count) {
+        return count < maxCount ? count : maxCount;
+    }
 
     /// A number of elements in 32 bits.
     static constexpr unsigned int cut(std::size_t count) {
-        return static_cast<unsigned int>(
-            std::min(count, std::size_t{std::numeric_limits<unsigned int>::max()}));
+        constexpr std::size_t most = std::numeric_limits<unsigned int>::max();
+        return static_cast<unsigned int>(count < most ? count : most);
     }
 
     /// Sizes and offsets that 32 bits cannot hold become ones that GL refuses for any store.

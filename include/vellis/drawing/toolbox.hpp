@@ -3,7 +3,7 @@
 #include <initializer_list>
 #include <memory>
 
-#include <glm/mat4x4.hpp>
+#include <glm/fwd.hpp>
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
@@ -25,7 +25,8 @@ namespace vellis {
 ///
 /// Colours are red, green, blue and alpha from 0 to 1. A list of points may be written with braces
 /// or name points of one's own. Points are 2D (`glm::vec2`, in the plane z = 0) or 3D
-/// (`glm::vec3`).
+/// (`glm::vec3`). The matrix type is only declared here: whoever makes a matrix includes
+/// <glm/mat4x4.hpp>.
 ///
 /// **How it draws.** Points that are not in a buffer of the caller's are written to the start of
 /// one shared buffer of 1024 bytes: up to 128 2D or 85 3D points a call, 85 or 64 of a dashed line.

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <cstring>
 #include <initializer_list>
-#include <map>
 #include <memory>
-#include <string>
 #include <type_traits>
 #include <typeinfo>
 #include <vector>
@@ -19,25 +16,6 @@ namespace vellis {
 
 class Texture;
 struct ToolboxAccess;
-
-namespace detail {
-
-/// Orders names byte by byte, and finds them without making strings of them.
-struct NameLess {
-    using is_transparent = void;
-
-    bool operator()(const std::string& a, const std::string& b) const {
-        return std::strcmp(a.c_str(), b.c_str()) < 0;
-    }
-    bool operator()(const std::string& a, const char* b) const {
-        return std::strcmp(a.c_str(), b) < 0;
-    }
-    bool operator()(const char* a, const std::string& b) const {
-        return std::strcmp(a, b.c_str()) < 0;
-    }
-};
-
-} // namespace detail
 
 /// A GL program, linked from one vertex shader and one fragment shader, through which a caller
 /// binds and draws.
@@ -166,7 +144,7 @@ public:
     bool hasUniform(const char* name) const { return findUniform(name) != nullptr; }
 
     /// Whether there is an active attribute of that name.
-    bool hasAttrib(const char* name) const;
+    bool hasAttrib(const char* name) const { return findAttrib(name) != nullptr; }
 
     /// The GL location of a uniform; `0xFFFFFFFF` for an unknown name.
     unsigned int getUniformLoc(const char* name) const;
@@ -265,12 +243,16 @@ protected:
 
 private:
     friend struct ToolboxAccess;
+    struct Variables;
 
     /// bind with the drawable's binding.
     void bind(const Drawable& drawable) const;
 
     /// The handle of that name, or null; a null name finds nothing.
     UniformVariable* findUniform(const char* name) const;
+
+    /// The handle of that attribute, or null; a null name finds nothing.
+    const Attrib* findAttrib(const char* name) const;
 
     /// The handle of that name and type, or null.
     template <class T>
@@ -291,17 +273,16 @@ private:
     void gl_link();
     void initUniforms();
     void initAttributes();
-    void clearUniforms() { uniforms_.clear(); }
-    void clearAttributes() { attributes_.clear(); }
-    void addUniform(std::string name, int size, unsigned int type, unsigned int& nextUnit);
+    void addUniform(const char* reportedName, int size, unsigned int type, unsigned int& nextUnit);
     void addOutputs(unsigned int output);
     void addOutputs(std::initializer_list<unsigned int> outputs);
     void clearOutputs();
 
     std::shared_ptr<VertexShader> vertexShader_;
     std::shared_ptr<FragmentShader> fragmentShader_;
-    std::map<std::string, std::shared_ptr<UniformVariable>, detail::NameLess> uniforms_;
-    std::map<std::string, std::shared_ptr<Attrib>, detail::NameLess> attributes_;
+    /// The two tables of the last link, which copies share: each link makes new ones. Null before
+    /// the first link and after dispose.
+    std::shared_ptr<Variables> variables_;
     std::vector<unsigned int> outputs_;
     mutable bool bound_ = false;
     mutable std::shared_ptr<VertexAttributesBinding> attributesBinding_;

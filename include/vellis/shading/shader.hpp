@@ -1,7 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <string>
+#include <string_view>
 
 #include <vellis/export.hpp>
 
@@ -80,10 +80,10 @@ private:
 class VELLIS_EXPORT VertexShader : public Shader {
 public:
     /// Compiles \p source as it stands.
-    static std::shared_ptr<VertexShader> make(const std::string& source);
+    static std::shared_ptr<VertexShader> make(std::string_view source);
 
     /// Compiles \p source behind the line of that version and the vertex macros.
-    static std::shared_ptr<VertexShader> make(const std::string& source, Version version);
+    static std::shared_ptr<VertexShader> make(std::string_view source, Version version);
 
     /// Copies the GL name: see Shader.
     /// @{
@@ -95,8 +95,8 @@ public:
 protected:
     /// What make() makes.
     /// @{
-    explicit VertexShader(const std::string& source);
-    VertexShader(const std::string& source, Version version);
+    explicit VertexShader(std::string_view source);
+    VertexShader(std::string_view source, Version version);
     /// @}
 };
 
@@ -104,10 +104,10 @@ protected:
 class VELLIS_EXPORT FragmentShader : public Shader {
 public:
     /// Compiles \p source as it stands.
-    static std::shared_ptr<FragmentShader> make(const std::string& source);
+    static std::shared_ptr<FragmentShader> make(std::string_view source);
 
     /// Compiles \p source behind the line of that version and the fragment macros.
-    static std::shared_ptr<FragmentShader> make(const std::string& source, Version version);
+    static std::shared_ptr<FragmentShader> make(std::string_view source, Version version);
 
     /// Copies the GL name: see Shader.
     /// @{
@@ -119,8 +119,8 @@ public:
 protected:
     /// What make() makes.
     /// @{
-    explicit FragmentShader(const std::string& source);
-    FragmentShader(const std::string& source, Version version);
+    explicit FragmentShader(std::string_view source);
+    FragmentShader(std::string_view source, Version version);
     /// @}
 };
 

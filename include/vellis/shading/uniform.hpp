@@ -5,8 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include <glm/mat3x3.hpp>
-#include <glm/mat4x4.hpp>
+#include <glm/fwd.hpp>
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
@@ -52,7 +51,9 @@ struct IsUniformElement : std::false_type {};
 
 /// True for the 26 types that a uniform's value can have: an element, `glm::mat3`, `glm::mat4`, or
 /// a `std::vector` of elements for an array. Neither `bool` nor `double` is among them. Unsigned
-/// ones need OpenGL 3.0 or `GL_EXT_gpu_shader4`: a context that has neither is sent none.
+/// ones need OpenGL 3.0 or `GL_EXT_gpu_shader4`: a context that has neither is sent none. The
+/// matrices are only declared here: whoever makes one includes <glm/mat3x3.hpp> or
+/// <glm/mat4x4.hpp>.
 template <class T>
 struct IsUniformValue : IsUniformElement<T> {};
 
@@ -104,7 +105,7 @@ VELLIS_EXPORT void sendUniform(int location, const T& value);
 ///
 /// \tparam T  One of the 26 types of IsUniformValue, or `Texture`.
 template <class T>
-class Uniform : public UniformVariable {
+class VELLIS_EXPORT Uniform : public UniformVariable {
     static_assert(IsUniformValue<T>::value, "GL 2.1 has no uniforms of this type");
 
 public:
@@ -162,8 +163,6 @@ extern template class VELLIS_EXPORT Uniform<glm::ivec4>;
 extern template class VELLIS_EXPORT Uniform<glm::uvec2>;
 extern template class VELLIS_EXPORT Uniform<glm::uvec3>;
 extern template class VELLIS_EXPORT Uniform<glm::uvec4>;
-extern template class VELLIS_EXPORT Uniform<glm::mat3>;
-extern template class VELLIS_EXPORT Uniform<glm::mat4>;
 extern template class VELLIS_EXPORT Uniform<std::vector<int>>;
 extern template class VELLIS_EXPORT Uniform<std::vector<unsigned int>>;
 extern template class VELLIS_EXPORT Uniform<std::vector<float>>;
