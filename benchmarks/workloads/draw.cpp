@@ -1,3 +1,5 @@
+#include <glm/mat4x4.hpp>
+
 #include <vellis/drawing.hpp>
 #include <vellis/gl.hpp>
 

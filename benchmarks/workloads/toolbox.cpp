@@ -1,5 +1,7 @@
 #include <cmath>
 
+#include <glm/mat4x4.hpp>
+
 #include <vellis/drawing.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/shading.hpp>
