@@ -17,6 +17,14 @@ packages=(
 # without a screen. On a bare Debian 12 that is 9 MB more to download, 20 MB installed.
 window_packages=(libglfw3-dev libx11-dev xvfb)
 
+# Other libraries, for those scripts that compare.
+# shellcheck disable=SC2034 # used by the scripts that source this one
+peer_packages=(
+    qt6-base-dev qt6-base-private-dev libqt6opengl6-dev
+    libglobjects-dev
+    libsfml-dev
+)
+
 # What the first of these lists gives, for systems of another kind.
 tools=(c++ cmake python3)
 

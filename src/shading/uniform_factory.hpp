@@ -10,11 +10,13 @@ namespace vellis {
 
 /// Makes the handles that a program keeps of its active uniforms.
 struct UniformFactory {
-    /// A handle with a location, of a type that is known.
+    /// A handle with a location, of a type that is known. The pointer counts references to the
+    /// base, whose destructor is virtual: one kind of count serves all types.
     template <class T, class... Arguments>
-    static std::shared_ptr<Uniform<T>> make(int location, Arguments&&... arguments) {
-        return std::shared_ptr<Uniform<T>>(
-            new Uniform<T>(location, std::forward<Arguments>(arguments)...));
+    static std::shared_ptr<UniformVariable> make(int location, Arguments&&... arguments) {
+        UniformVariable* const handle =
+            new Uniform<T>(location, std::forward<Arguments>(arguments)...);
+        return std::shared_ptr<UniformVariable>(handle);
     }
 
     /// The handle of a single uniform of that GL type, or null for a type that has none. A sampler

@@ -151,29 +151,4 @@ private:
           unit(textureUnit) {}
 };
 
-extern template class VELLIS_EXPORT Uniform<int>;
-extern template class VELLIS_EXPORT Uniform<unsigned int>;
-extern template class VELLIS_EXPORT Uniform<float>;
-extern template class VELLIS_EXPORT Uniform<glm::vec2>;
-extern template class VELLIS_EXPORT Uniform<glm::vec3>;
-extern template class VELLIS_EXPORT Uniform<glm::vec4>;
-extern template class VELLIS_EXPORT Uniform<glm::ivec2>;
-extern template class VELLIS_EXPORT Uniform<glm::ivec3>;
-extern template class VELLIS_EXPORT Uniform<glm::ivec4>;
-extern template class VELLIS_EXPORT Uniform<glm::uvec2>;
-extern template class VELLIS_EXPORT Uniform<glm::uvec3>;
-extern template class VELLIS_EXPORT Uniform<glm::uvec4>;
-extern template class VELLIS_EXPORT Uniform<std::vector<int>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<unsigned int>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<float>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::vec2>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::vec3>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::vec4>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::ivec2>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::ivec3>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::ivec4>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::uvec2>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::uvec3>>;
-extern template class VELLIS_EXPORT Uniform<std::vector<glm::uvec4>>;
-
 } // namespace vellis

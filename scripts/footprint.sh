@@ -1,0 +1,127 @@
+#!/usr/bin/env bash
+# Measures what the library costs to include and to ship: how long the compiler takes over each public
+# header, beside <SFML/Graphics.hpp> in the same run, and the size of the stripped shared library. Fails
+# above the limits. Installs what is missing.
+#
+# Usage: scripts/footprint.sh [--peers]    --peers: the headers and libraries of Qt and globjects, too
+set -euo pipefail
+
+# shellcheck source=scripts/setup.sh
+source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+
+reference=SFML/Graphics.hpp
+umbrella_limit=1.0 # of the reference's time, for <vellis/vellis.hpp>
+family_limit=0.8   # the same, for every other header
+size_limit=300     # kB
+rounds=15
+compiler="${CXX:-c++}"
+
+peers=false
+if [[ $# -eq 1 && "$1" == --peers ]]; then
+    peers=true
+elif [[ $# -gt 0 ]]; then
+    fail "usage: footprint.sh [--peers]"
+fi
+
+install_dependencies
+install_packages libsfml-dev
+if "$peers"; then
+    install_packages "${peer_packages[@]}"
+fi
+build_preset default --target vellis
+build="$repository/build/default"
+multiarch="/usr/lib/$("$compiler" -dumpmachine | sed 's/-pc//')"
+
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+
+# --- Headers ---
+
+flags=(-std=c++17 -fPIC -fsyntax-only -I "$repository/include" -I "$build/include" -I "$build/loader/include")
+headers=("$reference")
+for header in "$repository"/include/vellis/*.hpp; do
+    headers+=("vellis/${header##*/}")
+done
+if "$peers"; then
+    qt="/usr/include/${multiarch##*/}/qt6"
+    flags+=(-I "$qt" -I "$qt/QtCore" -I "$qt/QtGui" -I "$qt/QtOpenGL" -DGLM_FORCE_RADIANS)
+    headers+=(globjects/globjects.h
+        "QOpenGLFunctions QOpenGLShaderProgram QOpenGLBuffer QOpenGLVertexArrayObject")
+fi
+
+for i in "${!headers[@]}"; do
+    for header in ${headers[$i]}; do
+        printf '#include <%s>\n' "$header"
+    done >"$work/$i.cpp"
+    "$compiler" "${flags[@]}" "$work/$i.cpp" || fail "${headers[$i]} does not compile (see above)."
+done
+
+# The headers take turns, so that what else the machine does meets all of them alike.
+say "Timing ${#headers[@]} headers, $rounds times each"
+TIMEFORMAT='%3U %3S'
+for ((round = 0; round < rounds; ++round)); do
+    for i in "${!headers[@]}"; do
+        printf '%s %s\n' "$i" "$({ time "$compiler" "${flags[@]}" "$work/$i.cpp"; } 2>&1)"
+    done
+done >"$work/times"
+
+printf '%s\n' "${headers[@]}" >"$work/names"
+above=0
+awk -v umbrella="$umbrella_limit" -v family="$family_limit" '
+    function median(values, count,    i, j, held) {
+        for (i = 2; i <= count; i++)
+            for (j = i; j > 1 && values[j - 1] > values[j]; j--) {
+                held = values[j]; values[j] = values[j - 1]; values[j - 1] = held
+            }
+        return values[int((count + 1) / 2)]
+    }
+    FILENAME == ARGV[1] { name[FNR - 1] = $0; names = FNR; next }
+    {
+        if ($1 == 0)
+            round++
+        time[$1, round] = $2 + $3
+    }
+    END {
+        printf "%-80s %8s %8s\n", "header", "ms", "ratio"
+        for (i = 0; i < names; i++) {
+            for (r = 1; r <= round; r++) {
+                own[r] = time[i, r]
+                ratio[r] = time[i, r] / time[0, r]
+            }
+            of = median(ratio, round)
+            printf "%-80s %8.0f %8.2f", name[i], 1000 * median(own, round), of
+            if (name[i] ~ /^vellis/) {
+                limit = name[i] == "vellis/vellis.hpp" ? umbrella : family
+                printf "   %s %.1f", of <= limit ? "within" : "ABOVE", limit
+                above += of > limit
+            }
+            print ""
+        }
+        exit above > 0
+    }' "$work/names" "$work/times" || above=1
+
+# --- Library ---
+
+# Prints the size of a library in kB, stripped.
+size() {
+    strip -o "$work/stripped" "$1"
+    echo $((($(stat --format %s "$work/stripped") + 500) / 1000))
+}
+
+say ""
+own="$(size "$build/libvellis.so")"
+verdict=within
+if ((own > size_limit)); then
+    verdict=ABOVE
+    above=1
+fi
+printf '%-40s %6d kB   %s %d\n' libvellis.so "$own" "$verdict" "$size_limit"
+libraries=(libsfml-graphics libsfml-window libsfml-system)
+if "$peers"; then
+    libraries+=(libglobjects libglbinding libQt6OpenGL libQt6Gui)
+fi
+for library in "${libraries[@]}"; do
+    printf '%-40s %6d kB\n' "$library.so" "$(size "$(readlink -f "$multiarch/$library.so")")"
+done
+
+((above == 0)) || fail "above the limits: see ABOVE in the tables."

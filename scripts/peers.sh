@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Compares the library with Qt's OpenGL classes, globjects and SFML: instructions and allocations on a GL
+# that does nothing, times on a driver, headers and libraries. Installs what is missing.
+#
+# Usage: scripts/peers.sh
+set -euo pipefail
+
+# shellcheck source=scripts/setup.sh
+source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+
+install_dependencies
+install_packages libbenchmark-dev "${peer_packages[@]}"
+build_preset peers --target vellis_peer_instructions --target vellis_peer_benchmarks
+programs="$repository/build/peers/benchmarks/peers"
+status=0
+
+say "Versions"
+for package in libqt6opengl6-dev libglobjects-dev libglbinding-dev libsfml-dev; do
+    dpkg-query --show "$package"
+done
+
+say "Instructions and allocations, on a GL that does nothing"
+"$repository/scripts/instructions.sh" "$programs/vellis_peer_instructions" || status=1
+
+# Prints the counters of a Google Benchmark report, one line for each library of a workload.
+print_times() {
+    awk '
+        BEGIN { printf "%-20s %-10s %10s %8s\n", "workload", "library", "ns", "ratio" }
+        /"name":/ { split($2, part, /["\/]/); workload = part[2] "/" part[3] }
+        /_(ns|ratio)":/ {
+            split($1, key, /"|_/)
+            value[key[3]] = $2 + 0
+            library = key[2]
+            measured[library, key[3]] = $2 + 0
+            known[library]
+        }
+        /^    }/ {
+            for (library in known)
+                printf "%-20s %-10s %10.0f %8.2f\n", workload, library,
+                    measured[library, "ns"], library == "raw" ? 1 : measured[library, "ratio"]
+            delete known
+        }' | sort --stable --key=1,1
+}
+
+say "Times, on the driver"
+"$programs/vellis_peer_benchmarks" driver --benchmark_format=json 2>/dev/null | print_times
+
+"$repository/scripts/footprint.sh" --peers || status=1
+exit "$status"
