@@ -145,12 +145,4 @@ VELLIS_EXPORT void sendUniform(int location, const glm::mat4& value) {
 
 } // namespace detail
 
-#define VELLIS_UNIFORM_ELEMENT(glType, T, call)                                                    \
-    template class Uniform<T>;                                                                     \
-    template class Uniform<std::vector<T>>;
-#include "shading/uniform_elements.inc"
-#undef VELLIS_UNIFORM_ELEMENT
-template class Uniform<glm::mat3>;
-template class Uniform<glm::mat4>;
-
 } // namespace vellis
