@@ -235,10 +235,9 @@ def write_all(writer, output):
     files["pictures.inc"] = "".join(row + "\n" for row in writer.pictures)
     files["sources.txt"] = "".join(name + "\n" for name in writer.sources)
     files["picture_sources.txt"] = "".join(name + "\n" for name in writer.picture_sources)
-    for folder in ("shell", "cmake"):
-        for old in (output / folder).glob("*"):
-            if f"{folder}/{old.name}" not in files:
-                old.unlink()
+    for old in list(output.glob("*/*")) + list(output.glob("*.cpp")):
+        if old.relative_to(output).as_posix() not in files:
+            old.unlink()
     for name, text in files.items():
         write_if_different(output / name, text)
 

@@ -80,6 +80,12 @@ class CodeBlocks(WithFolder):
         self.assertEqual((out / "picture_sources.txt").read_text(encoding="utf-8"), "page_3.cpp\n")
         self.assertEqual((out / "sources.txt").read_text(encoding="utf-8"), "")
 
+    def test_files_of_blocks_that_are_gone_go(self):
+        out = self.extract("```cpp", "#include <cmath>", "```", "```sh", "true", "```")
+        self.assertTrue((out / "page_2.cpp").exists() and (out / "shell/page_5.sh").exists())
+        out = self.extract("Text.")
+        self.assertEqual(list(out.glob("*.cpp")) + list(out.glob("shell/*")), [])
+
     def test_mistakes_are_named(self):
         self.expect_mistake("page.md:1: the language", "```", "text", "```")
         self.expect_mistake("page.md:1: the language", "```c++", "text", "```")
