@@ -8,6 +8,13 @@
 /// current. An entry point that the context does not have stays null; the flags
 /// `GLAD_GL_VERSION_2_1`, `GLAD_GL_ARB_map_buffer_range` and their like say what there is.
 ///
+/// A program may have another loader beside this one, such as a glad of its own, in other sources
+/// than those that include this header. The two are separate where the library is static. Beside
+/// the shared library, pointers of the same name are one in the whole program: both loaders fill
+/// them. A program that hides its own (`-fvisibility=hidden`) keeps the library's apart from them,
+/// but not those of its sources that include this header: there, too, `glClear` is its own pointer
+/// then.
+///
 /// No other header of the library includes this one. It takes the place of `<GL/gl.h>`: include it
 /// before headers that would include that one by themselves.
 
