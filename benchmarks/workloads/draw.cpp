@@ -73,7 +73,31 @@ private:
     unsigned int vertexArray_ = scene_.vertexArray();
 };
 
+/// The values lie in the handles, as raw GL's lie in variables.
 class DrawWithHandles {
+public:
+    DrawWithHandles() {
+        mvp_.value = mvp;
+        color_.value = color;
+    }
+    void operator()() const {
+        program_.bind(triangle_.getAttributesBinding());
+        program_.setUniform(mvp_);
+        program_.setUniform(color_);
+        triangle_.draw(0, 3);
+        program_.unbind();
+    }
+
+private:
+    Scene scene_;
+    Program& program_ = *scene_.program;
+    const Drawable& triangle_ = *scene_.triangle;
+    Uniform<glm::mat4>& mvp_ = program_.getUniform<glm::mat4>("mvp");
+    Uniform<glm::vec4>& color_ = program_.getUniform<glm::vec4>("color");
+};
+
+/// The values lie elsewhere and are written to the handles for each draw.
+class DrawWithNewValues {
 public:
     void operator()() {
         program_.bind(triangle_.getAttributesBinding());
@@ -130,6 +154,9 @@ std::vector<Workload> drawWorkloads() {
         {"draw/handles",
          "bind a program and a binding, set two uniforms by handle, draw, unbind",
          {{"raw", makeSide<RawDraw>}, {"vellis", makeSide<DrawWithHandles>}}},
+        {"draw/new_values",
+         "the same with values copied into the handles",
+         {{"raw", makeSide<RawDraw>}, {"vellis", makeSide<DrawWithNewValues>}}},
         {"draw/names",
          "the same by name; raw GL keeps the locations",
          {{"raw", makeSide<RawDraw>}, {"vellis", makeSide<DrawByName>}}},

@@ -9,7 +9,7 @@ namespace {
 
 /// The GL usage hint, or 0 where one of the two is not an enumerator.
 unsigned int usageHint(BufferUsage usage, BufferAccess access) {
-    constexpr unsigned int hints[3][3] = {
+    static constexpr unsigned int hints[3][3] = {
         {GL_STREAM_DRAW, GL_STREAM_READ, GL_STREAM_COPY},
         {GL_STATIC_DRAW, GL_STATIC_READ, GL_STATIC_COPY},
         {GL_DYNAMIC_DRAW, GL_DYNAMIC_READ, GL_DYNAMIC_COPY},
@@ -21,7 +21,7 @@ unsigned int usageHint(BufferUsage usage, BufferAccess access) {
 
 /// The access bits of a mapping, or \p otherwise where \p access is not an enumerator.
 unsigned int accessBits(MapAccess access, unsigned int otherwise) {
-    constexpr unsigned int bits[] = {
+    static constexpr unsigned int bits[] = {
         GL_MAP_READ_BIT,
         GL_MAP_WRITE_BIT | GL_MAP_FLUSH_EXPLICIT_BIT,
         GL_MAP_READ_BIT | GL_MAP_WRITE_BIT | GL_MAP_FLUSH_EXPLICIT_BIT,
@@ -53,13 +53,13 @@ void BufferObject::dispose() {
 }
 
 void BufferObject::bind() const {
-    glBindBuffer(target_, id_);
     bound_ = true;
+    glBindBuffer(target_, id_);
 }
 
 void BufferObject::unbind() const {
-    glBindBuffer(target_, 0);
     bound_ = false;
+    glBindBuffer(target_, 0);
 }
 
 void BufferObject::alloc(unsigned int numBytes) {

@@ -3,6 +3,7 @@
 #include <vellis/detail/make_shared.hpp>
 #include <vellis/gl.hpp>
 
+#include "drawing/vertex_attributes_binding_inlined.hpp"
 #include "engine/entry_point.hpp"
 
 namespace vellis {
@@ -22,15 +23,11 @@ VertexAttributesBinding::~VertexAttributesBinding() {
 }
 
 void VertexAttributesBinding::bind() const {
-    if (glBindVertexArray == nullptr)
-        return;
-    glBindVertexArray(id_);
-    current_ = this;
+    Inlined::bind(*this);
 }
 
 void VertexAttributesBinding::unbind() {
-    callIfLoaded(glBindVertexArray, 0u);
-    current_ = nullptr;
+    Inlined::unbind();
 }
 
 } // namespace vellis

@@ -6,6 +6,7 @@
 #include <vellis/gl.hpp>
 #include <vellis/texture/texture.hpp>
 
+#include "drawing/vertex_attributes_binding_inlined.hpp"
 #include "shading/program_variables.hpp"
 #include "shading/uniform_factory.hpp"
 
@@ -37,6 +38,8 @@ struct ActiveVariables {
         // Also where GL tells nothing there is room for the final zero.
         name.resize(static_cast<std::size_t>(length > 0 ? length : 1));
     }
+
+    std::size_t size() const { return static_cast<std::size_t>(std::max(count, 0)); }
 
     int count = 0;
     std::vector<char> name;
@@ -122,15 +125,16 @@ bool Program::hasLinkError() const {
 }
 
 void Program::bind() const {
-    glUseProgram(id_);
     bound_ = true;
+    glUseProgram(id_);
 }
 
 void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
     bind();
-    attributesBinding_ = binding;
-    if (attributesBinding_ != nullptr)
-        attributesBinding_->bind();
+    const VertexAttributesBinding* const bound = binding.get();
+    std::shared_ptr<VertexAttributesBinding>(binding).swap(attributesBinding_);
+    if (bound != nullptr)
+        VertexAttributesBinding::Inlined::bind(*bound);
 }
 
 void Program::bind(const Drawable& drawable) const {
@@ -138,12 +142,12 @@ void Program::bind(const Drawable& drawable) const {
 }
 
 void Program::unbind() const {
+    bound_ = false;
     if (attributesBinding_ != nullptr) {
-        VertexAttributesBinding::unbind();
+        VertexAttributesBinding::Inlined::unbind();
         attributesBinding_.reset();
     }
     glUseProgram(0);
-    bound_ = false;
 }
 
 void Program::draw(const Drawable& drawable, unsigned int first, unsigned int count) const {
@@ -154,11 +158,11 @@ void Program::draw(const Drawable& drawable, unsigned int first, unsigned int co
 
 void Program::beginAttributesBinding() const {
     attributesBinding_ = VertexAttributesBinding::make();
-    attributesBinding_->bind();
+    VertexAttributesBinding::Inlined::bind(*attributesBinding_);
 }
 
 std::shared_ptr<VertexAttributesBinding> Program::finishAttributesBinding() const {
-    VertexAttributesBinding::unbind();
+    VertexAttributesBinding::Inlined::unbind();
     return std::move(attributesBinding_);
 }
 
@@ -191,10 +195,7 @@ void Program::link(std::initializer_list<unsigned int> outputs) {
 }
 
 UniformVariable* Program::findUniform(const char* name) const {
-    if (name == nullptr || variables_ == nullptr)
-        return nullptr;
-    const auto entry = variables_->uniforms.find(name);
-    return entry != variables_->uniforms.end() ? entry->second.get() : nullptr;
+    return variables_ != nullptr ? variables_->uniforms.find(name) : nullptr;
 }
 
 unsigned int Program::getUniformLoc(const char* name) const {
@@ -203,10 +204,7 @@ unsigned int Program::getUniformLoc(const char* name) const {
 }
 
 const Attrib* Program::findAttrib(const char* name) const {
-    if (name == nullptr || variables_ == nullptr)
-        return nullptr;
-    const auto entry = variables_->attributes.find(name);
-    return entry != variables_->attributes.end() ? entry->second.get() : nullptr;
+    return variables_ != nullptr ? variables_->attributes.find(name) : nullptr;
 }
 
 const Attrib& Program::getAttrib(const char* name) const {
@@ -216,7 +214,8 @@ const Attrib& Program::getAttrib(const char* name) const {
 }
 
 unsigned int Program::getAttribLoc(const char* name) const {
-    return static_cast<unsigned int>(getAttrib(name).loc);
+    const Attrib* const attribute = findAttrib(name);
+    return static_cast<unsigned int>(attribute != nullptr ? attribute->loc : -1);
 }
 
 void Program::setUniform(const char* name, const Texture& texture) {
@@ -241,11 +240,13 @@ void Program::setUniform(int location, int unit, const Texture& texture) {
 
 void Program::initUniforms() {
     ActiveVariables variables(id_, GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH);
+    variables_->uniforms.reserve(variables.size());
     unsigned int nextUnit = 0;
     for (int i = 0; i < variables.count; ++i) {
         const ActiveVariable uniform(glGetActiveUniform, id_, i, variables);
         addUniform(variables.name.data(), uniform.size, uniform.type, nextUnit);
     }
+    variables_->uniforms.sort();
 }
 
 void Program::addUniform(const char* reportedName, int size, unsigned int type,
@@ -264,17 +265,19 @@ void Program::addUniform(const char* reportedName, int size, unsigned int type,
         handle = UniformFactory::makeArray(type, location, static_cast<std::size_t>(size));
     }
     if (handle != nullptr)
-        variables_->uniforms.try_emplace(std::move(name), std::move(handle));
+        variables_->uniforms.add(std::move(name), std::move(handle));
 }
 
 void Program::initAttributes() {
     ActiveVariables variables(id_, GL_ACTIVE_ATTRIBUTES, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH);
+    variables_->attributes.reserve(variables.size());
     for (int i = 0; i < variables.count; ++i) {
         const ActiveVariable attribute(glGetActiveAttrib, id_, i, variables);
         const char* const name = variables.name.data();
         const int location = glGetAttribLocation(id_, name);
-        variables_->attributes.try_emplace(name, std::shared_ptr<Attrib>(new Attrib(location)));
+        variables_->attributes.add(name, std::shared_ptr<Attrib>(new Attrib(location)));
     }
+    variables_->attributes.sort();
 }
 
 void Program::gl_link() {

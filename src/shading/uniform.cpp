@@ -17,6 +17,18 @@ EntryPoint unsignedCall(EntryPoint core, EntryPoint extension) {
     return core != nullptr ? core : extension;
 }
 
+/// Sends numbers with an entry point that every context has.
+template <class Call, class Number>
+void send(Call call, int location, int count, const Number* numbers) {
+    call(location, count, numbers);
+}
+
+/// Sends unsigned numbers, for which a context may have none.
+template <class Call>
+void send(Call call, int location, int count, const unsigned int* numbers) {
+    callIfLoaded(call, location, count, numbers);
+}
+
 // Single numbers go by value; `Call` is the call for arrays, which vectors use for one element.
 
 template <class Call>
@@ -36,7 +48,7 @@ void sendOne(Call, int location, float value) {
 
 template <class Call, glm::length_t N, class T>
 void sendOne(Call call, int location, const glm::vec<N, T>& value) {
-    callIfLoaded(call, location, 1, &value[0]);
+    send(call, location, 1, &value[0]);
 }
 
 template <class T>
@@ -51,7 +63,7 @@ const T* firstNumber(const glm::vec<N, T>* elements) {
 
 template <class Call, class T>
 void sendAll(Call call, int location, const std::vector<T>& values) {
-    callIfLoaded(call, location, static_cast<int>(values.size()), firstNumber(values.data()));
+    send(call, location, static_cast<int>(values.size()), firstNumber(values.data()));
 }
 
 template <class T>

@@ -26,20 +26,21 @@ void query(unsigned int pname, double* values) {
 }
 
 /// Fills \p values from one query, or each from its own.
-template <class T, unsigned int N, unsigned int Q>
-void read(T (&values)[N], const unsigned int (&pnames)[Q]) {
-    static_assert(Q == 1 || Q == N, "one query for all values, or one for each");
+template <unsigned int... pnames, class T, unsigned int N>
+void read(T (&values)[N]) {
+    static_assert(sizeof...(pnames) == 1 || sizeof...(pnames) == N,
+                  "one query for all values, or one for each");
     // What GL refuses to tell is not left undefined.
     for (T& value : values)
         value = T();
-    for (unsigned int i = 0; i < Q; ++i)
-        query(pnames[i], values + i);
+    T* value = values;
+    (query(pnames, value++), ...);
 }
 
-template <unsigned int N>
-void read(bool (&values)[N], const unsigned int (&pnames)[1]) {
+template <unsigned int pname, unsigned int N>
+void read(bool (&values)[N]) {
     GLboolean booleans[N] = {};
-    glGetBooleanv(pnames[0], booleans);
+    glGetBooleanv(pname, booleans);
     for (unsigned int i = 0; i < N; ++i)
         values[i] = booleans[i] != GL_FALSE;
 }
@@ -56,12 +57,11 @@ void bindFramebuffers(unsigned int draw, unsigned int read) {
 
 } // namespace
 
-#define VELLIS_QUERIES(...)                                                                        \
-    { __VA_ARGS__ }
+#define VELLIS_QUERIES(...) __VA_ARGS__
 #define VELLIS_STATE(T, N, pname, queries, command)                                                \
     template <>                                                                                    \
     VELLIS_EXPORT void get(State<T, N, pname>& record) {                                           \
-        read(record.value, VELLIS_QUERIES queries);                                                \
+        read<VELLIS_QUERIES queries>(record.value);                                                \
     }                                                                                              \
     template <>                                                                                    \
     VELLIS_EXPORT void set(const State<T, N, pname>& record) {                                     \

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <tuple>
-
 #include <vellis/state.hpp>
 
 namespace vellis::state {
@@ -17,17 +15,15 @@ namespace vellis::state {
 /// Reads and writes the records in the order in which they are listed, through get and set. Makes
 /// no allocation.
 template <class... Records>
-class StateGuard {
+class StateGuard : private Records... {
 public:
     /// Reads every record; a value that GL does not tell is 0.
-    StateGuard() : records_{}, active_(true) {
-        std::apply([](auto&... record) { (get(record), ...); }, records_);
-    }
+    StateGuard() : active_(true) { (get(static_cast<Records&>(*this)), ...); }
 
     /// Writes every record back, in the same order, unless dismissed.
     ~StateGuard() {
         if (active_)
-            std::apply([](const auto&... record) { (set(record), ...); }, records_);
+            (set(static_cast<const Records&>(*this)), ...);
     }
 
     StateGuard(const StateGuard&) = delete;
@@ -39,11 +35,10 @@ public:
     /// The saved record of that type.
     template <class Record>
     const Record& saved() const {
-        return std::get<Record>(records_);
+        return *this;
     }
 
 private:
-    std::tuple<Records...> records_;
     bool active_;
 };
 

@@ -53,6 +53,22 @@ struct ValueRow {
     bool isUnsigned() const { return entryPoint.find("ui") != std::string::npos; }
 };
 
+/// The handle of that name as a table holds it; an empty pointer where there is none.
+template <class T>
+std::weak_ptr<T> held(const vellis::NameTable<T>& table, const std::string& name) {
+    for (const auto& entry : table.entries_) {
+        if (entry.name == name)
+            return entry.object;
+    }
+    return {};
+}
+
+/// The number of handles in a table.
+template <class T>
+std::size_t size(const vellis::NameTable<T>& table) {
+    return table.entries_.size();
+}
+
 template <class T>
 using List = std::vector<T>;
 
@@ -253,7 +269,7 @@ TEST_F(UniformTrace, LinkingReadsUniformsAndThenAttributesWhileTheProgramIsInUse
 TEST_F(UniformTrace, EveryTypeOfValueGetsAHandleWithItsLocationAndFirstValue) {
     const std::vector<ActiveVariable> uniforms = uniformsOfEveryType();
     link(uniforms);
-    EXPECT_EQ(program->variables_->uniforms.size(), numValueRows);
+    EXPECT_EQ(size(program->variables_->uniforms), numValueRows);
     std::size_t i = 0;
     forEachRow([&](const auto& row) {
         const auto& handle = program->getUniform<ValueOf<decltype(row)>>(row.name.c_str());
@@ -343,7 +359,7 @@ TEST_F(UniformTrace, OtherTypesGetNoHandleAndTakeNoUnit) {
         uniforms.push_back({"array" + std::to_string(type) + "[0]", type, 2});
     uniforms.push_back({"image", GL_SAMPLER_2D});
     link(uniforms);
-    EXPECT_EQ(program->variables_->uniforms.size(), 1u);
+    EXPECT_EQ(size(program->variables_->uniforms), 1u);
     EXPECT_TRUE(program->hasUniform("image"));
     EXPECT_EQ(program->getUniformTexture("image").unit, 0u);
 }
@@ -382,7 +398,7 @@ TEST_F(UniformTrace, ArrayReportedWithoutBracketsIsAnArrayAsWell) {
 TEST_F(UniformTrace, ArrayOfOneIsASingleUniformUnderTheNameThatGlReports) {
     for (const char* const name : {"v[0]", "v"}) {
         link({{name, GL_FLOAT, 1, 5}});
-        EXPECT_EQ(program->variables_->uniforms.size(), 1u);
+        EXPECT_EQ(size(program->variables_->uniforms), 1u);
         EXPECT_EQ(program->getUniform<float>(name).loc, 5);
     }
     gl.forget();
@@ -448,7 +464,7 @@ TEST_F(UniformTrace, LocationOfASingleUniformIsAskedForOnce) {
 
 TEST_F(UniformTrace, SecondUniformOfANameDoesNotReplaceTheFirst) {
     link({{"w[0]", GL_FLOAT, 4, 5}, {"w", GL_INT, 1, 9}, {"w", GL_FLOAT, 2, 6}});
-    EXPECT_EQ(program->variables_->uniforms.size(), 1u);
+    EXPECT_EQ(size(program->variables_->uniforms), 1u);
     EXPECT_EQ(program->getUniform<List<float>>("w").loc, 5);
     EXPECT_EQ(program->getUniform<List<float>>("w").value.size(), 4u);
 }
@@ -467,8 +483,8 @@ TEST_F(UniformTrace, LinkingAgainGivesFreshHandlesAndUnitsFromZero) {
     link({{"old", GL_FLOAT}, {"color", GL_FLOAT_VEC4}, {"a", GL_SAMPLER_2D}, {"b", GL_SAMPLER_2D}},
          {{"position", GL_FLOAT_VEC2}, {"before", GL_FLOAT}});
     program->setUniform("color", vec4(1.f));
-    const std::weak_ptr<UniformVariable> color = program->variables_->uniforms.at("color");
-    const std::weak_ptr<Attrib> position = program->variables_->attributes.at("position");
+    const std::weak_ptr<UniformVariable> color = held(program->variables_->uniforms, "color");
+    const std::weak_ptr<Attrib> position = held(program->variables_->attributes, "position");
     gl.setActiveUniforms({{"b", GL_SAMPLER_2D}, {"color", GL_FLOAT_VEC4}, {"a", GL_SAMPLER_2D}});
     gl.setActiveAttributes({{"after", GL_FLOAT}, {"position", GL_FLOAT_VEC2}});
     program->link();
@@ -487,8 +503,8 @@ TEST_F(UniformTrace, LinkingAgainGivesFreshHandlesAndUnitsFromZero) {
 TEST_F(UniformTrace, ProgramThatDoesNotLinkHasNoUniformsAndAttributes) {
     gl.failToLink();
     link({{"color", GL_FLOAT_VEC4}}, {{"position", GL_FLOAT_VEC2}});
-    EXPECT_TRUE(program->variables_->uniforms.empty());
-    EXPECT_TRUE(program->variables_->attributes.empty());
+    EXPECT_EQ(size(program->variables_->uniforms), 0u);
+    EXPECT_EQ(size(program->variables_->attributes), 0u);
 }
 
 TEST_F(UniformTrace, ProgramThatWasNotLinkedHasNoUniformsAndAttributes) {
@@ -505,8 +521,8 @@ TEST_F(UniformTrace, ProgramThatWasNotLinkedHasNoUniformsAndAttributes) {
 
 TEST_F(UniformTrace, DisposeFreesTheHandles) {
     link({{"color", GL_FLOAT_VEC4}}, {{"position", GL_FLOAT_VEC2}});
-    const std::weak_ptr<UniformVariable> uniform = program->variables_->uniforms.at("color");
-    const std::weak_ptr<Attrib> attribute = program->variables_->attributes.at("position");
+    const std::weak_ptr<UniformVariable> uniform = held(program->variables_->uniforms, "color");
+    const std::weak_ptr<Attrib> attribute = held(program->variables_->attributes, "position");
     program->dispose();
     EXPECT_TRUE(uniform.expired());
     EXPECT_TRUE(attribute.expired());
@@ -517,8 +533,8 @@ TEST_F(UniformTrace, DisposeFreesTheHandles) {
 
 TEST_F(UniformTrace, CopiesShareTheHandlesAndTheLastHolderFreesThem) {
     link({{"color", GL_FLOAT_VEC4}, {"image", GL_SAMPLER_2D}}, {{"position", GL_FLOAT_VEC2}});
-    const std::weak_ptr<UniformVariable> uniform = program->variables_->uniforms.at("color");
-    const std::weak_ptr<Attrib> attribute = program->variables_->attributes.at("position");
+    const std::weak_ptr<UniformVariable> uniform = held(program->variables_->uniforms, "color");
+    const std::weak_ptr<Attrib> attribute = held(program->variables_->attributes, "position");
     {
         Program copy = *program;
         Program assigned = *Program::make();
@@ -558,7 +574,7 @@ TEST_F(UniformTrace, AttributesOfAnyTypeAndSizeGetTheLocationThatTheLinkerChose)
               {"matrix", GL_FLOAT_MAT2, 2, 0},
               {"unknown", 0, 0, 9},
               {"gl_Vertex", GL_FLOAT_VEC4, 1, -1}});
-    EXPECT_EQ(program->variables_->attributes.size(), 4u);
+    EXPECT_EQ(size(program->variables_->attributes), 4u);
     EXPECT_EQ(program->getAttribLoc("position_t"), 4u);
     EXPECT_EQ(program->getAttrib("position_t").loc, 4);
     EXPECT_EQ(program->getAttribLoc("matrix"), 0u);
@@ -645,7 +661,7 @@ TEST_F(UniformTrace, VariablesThatGlLeavesUnwrittenHaveNoNameAndNoHandle) {
     const Lines calls = gl.takeCalls();
     EXPECT_EQ(calls.at(10), "glGetUniformLocation(3, \"\")");
     EXPECT_EQ(calls.at(16), "glGetAttribLocation(3, \"\")");
-    EXPECT_EQ(program->variables_->uniforms.size(), 1u);
+    EXPECT_EQ(size(program->variables_->uniforms), 1u);
     EXPECT_EQ(program->getUniformLoc("floats"), 0u);
     EXPECT_EQ(program->getAttribLoc("position"), 0u);
     EXPECT_EQ(program->getAttribLoc(""), noLocation);
@@ -803,7 +819,7 @@ TEST_F(UniformTrace, ValueForAnUnknownNameGoesToNoLocationAndIsForgotten) {
             EXPECT_EQ(program->getUniform<T>(name).value, firstValue(T()));
         }
     });
-    EXPECT_EQ(program->variables_->uniforms.size(), numValueRows);
+    EXPECT_EQ(size(program->variables_->uniforms), numValueRows);
     forEachRow([&](const auto& row) { expectFirstValue(row); });
 }
 

@@ -39,6 +39,9 @@ protected:
 private:
     friend class Program;
 
+    /// bind and unbind for the library's own sources.
+    struct Inlined;
+
     static std::shared_ptr<VertexAttributesBinding> make();
 
     unsigned int id() const { return id_; }

@@ -188,10 +188,10 @@ public:
     /// program's uniform of its name and type.
     template <class T, class = std::enable_if_t<IsUniformValue<T>::value>>
     void setUniform(const Uniform<T>& uniform) {
-        const UniformVariable* const target = uniform.loc < 0
-                                                  ? findUniform<T>(uniform.name)
-                                                  : static_cast<const UniformVariable*>(&uniform);
-        detail::sendUniform(target != nullptr ? target->loc : -1, uniform.value);
+        if (uniform.loc >= 0)
+            detail::sendUniform(uniform.loc, uniform.value);
+        else
+            sendByName(uniform);
     }
 
     /// Binds \p texture on the unit of the sampler of that name: `glUniform1i`, `glActiveTexture`,
@@ -261,6 +261,14 @@ private:
         return uniform != nullptr && typeid(*uniform) == typeid(Uniform<T>)
                    ? static_cast<Uniform<T>*>(uniform)
                    : nullptr;
+    }
+
+    /// Sends the value of a handle without a location to this program's uniform of its name. Kept
+    /// out of the way of handles that have one.
+    template <class T>
+    [[gnu::noinline, gnu::cold]] void sendByName(const Uniform<T>& uniform) {
+        const Uniform<T>* const target = findUniform<T>(uniform.name);
+        detail::sendUniform(target != nullptr ? target->loc : -1, uniform.value);
     }
 
     /// A handle with location -1 and its first value.

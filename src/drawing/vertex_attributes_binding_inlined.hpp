@@ -1,0 +1,24 @@
+#pragma once
+
+#include <vellis/drawing/vertex_attributes_binding.hpp>
+#include <vellis/gl.hpp>
+
+namespace vellis {
+
+/// What every draw does, free of the calls that functions of another source would take.
+struct VertexAttributesBinding::Inlined {
+    static void bind(const VertexAttributesBinding& binding) {
+        if (glBindVertexArray == nullptr)
+            return;
+        current_ = &binding;
+        glBindVertexArray(binding.id_);
+    }
+
+    static void unbind() {
+        current_ = nullptr;
+        if (glBindVertexArray != nullptr)
+            glBindVertexArray(0);
+    }
+};
+
+} // namespace vellis
