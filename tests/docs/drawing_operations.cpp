@@ -1,5 +1,7 @@
 /// The operations of drawing and of the Toolbox.
 
+#include <glm/mat4x4.hpp>
+
 #include <vellis/drawing.hpp>
 #include <vellis/shading.hpp>
 

@@ -1,5 +1,8 @@
 /// The operations of the engine, of buffers, and of shading.
 
+#include <glm/mat3x3.hpp>
+#include <glm/mat4x4.hpp>
+
 #include <vellis/buffers.hpp>
 #include <vellis/engine.hpp>
 #include <vellis/shading.hpp>

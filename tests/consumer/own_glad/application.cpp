@@ -10,6 +10,7 @@
 
 #include <dlfcn.h>
 
+#include <glm/mat4x4.hpp>
 #include <offscreen/context.hpp>
 #include <vellis/vellis.hpp> // brings no loader
 

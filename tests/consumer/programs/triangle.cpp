@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include <glm/mat4x4.hpp>
 #include <offscreen/context.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/vellis.hpp>
