@@ -9,8 +9,9 @@ set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
 install_dependencies
-install_packages libbenchmark-dev "${peer_packages[@]}"
-build_preset peers --target vellis_peer_instructions --target vellis_peer_benchmarks
+install_packages libbenchmark-dev xvfb "${peer_packages[@]}"
+build_preset peers --target vellis_peer_instructions --target vellis_peer_benchmarks \
+    --target vellis_sfml_benchmarks
 programs="$repository/build/peers/benchmarks/peers"
 status=0
 
@@ -44,6 +45,18 @@ print_times() {
 
 say "Times, on the driver"
 "$programs/vellis_peer_benchmarks" driver --benchmark_format=json 2>/dev/null | print_times
+
+say "Times of a scope of state, in SFML's own context"
+display="$(mktemp)"
+Xvfb -displayfd 3 -noreset 3>"$display" 2>/dev/null &
+server=$!
+trap 'kill "$server"; rm -f "$display"' EXIT
+until [[ -s "$display" ]]; do
+    kill -0 "$server" 2>/dev/null || fail "Xvfb does not start."
+    sleep 0.1
+done
+DISPLAY=":$(<"$display")" "$programs/vellis_sfml_benchmarks" --benchmark_format=json 2>/dev/null |
+    print_times
 
 "$repository/scripts/footprint.sh" --peers || status=1
 exit "$status"

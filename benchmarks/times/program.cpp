@@ -44,10 +44,21 @@ std::string text(GLenum name) {
     return value != nullptr ? reinterpret_cast<const char*>(value) : "";
 }
 
+bool takeOptions(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    return !benchmark::ReportUnrecognizedArguments(argc, argv);
+}
+
 void run(const std::vector<Workload>& workloads, Where where) {
     registerTimes(workloads, where);
     benchmark::RunSpecifiedBenchmarks();
     engine::dispose();
+}
+
+void runOnDriver(const std::vector<Workload>& workloads) {
+    benchmark::AddCustomContext("GL_RENDERER", text(GL_RENDERER));
+    benchmark::AddCustomContext("GL_VERSION", text(GL_VERSION));
+    run(workloads, Where::Driver);
 }
 
 } // namespace
@@ -58,19 +69,22 @@ int runTimes(int argc, char** argv, std::vector<Workload> (*workloads)()) {
     if (where != "null" && where != "driver")
         fail("usage: " + program + " null|driver [options of Google Benchmark]");
     argv[1] = argv[0];
-    int numOptions = argc - 1;
-    benchmark::Initialize(&numOptions, argv + 1);
-    if (benchmark::ReportUnrecognizedArguments(numOptions, argv + 1))
+    if (!takeOptions(argc - 1, argv + 1))
         return EXIT_FAILURE;
     if (where == "null") {
         NullDriver::install();
         run(workloads(), Where::NullDriver);
     } else {
         const std::unique_ptr<offscreen::Context> context = openContext();
-        benchmark::AddCustomContext("GL_RENDERER", text(GL_RENDERER));
-        benchmark::AddCustomContext("GL_VERSION", text(GL_VERSION));
-        run(workloads(), Where::Driver);
+        runOnDriver(workloads());
     }
+    return EXIT_SUCCESS;
+}
+
+int runTimesHere(int argc, char** argv, const std::vector<Workload>& workloads) {
+    if (!takeOptions(argc, argv))
+        return EXIT_FAILURE;
+    runOnDriver(workloads);
     return EXIT_SUCCESS;
 }
 

@@ -11,4 +11,7 @@ namespace vellis::bench {
 /// driver's context is there.
 int runTimes(int argc, char** argv, std::vector<Workload> (*workloads)());
 
+/// The same on the driver whose context is current, with the options alone as arguments.
+int runTimesHere(int argc, char** argv, const std::vector<Workload>& workloads);
+
 } // namespace vellis::bench
