@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
-"""Turns the code blocks of Markdown pages into what a compiler can check.
+"""Turns the code blocks of Markdown pages, and the examples in the comments of headers, into what a
+compiler can check.
 
 Usage: code_blocks.py ROOT OUTPUT PAGE...
+       code_blocks.py --examples ROOT FILE HEADER...
 
-PAGE is a path below ROOT. For the C++ blocks, OUTPUT gets
+PAGE and HEADER are paths below ROOT. For the C++ blocks of pages, OUTPUT gets
   <page>.cpp          the statements of a page, one function for each block
   <page>_<line>.cpp   each block that is a file of its own
   pictures.inc        VELLIS_PICTURE("name", function, width, height) for each block with a picture
@@ -22,6 +24,10 @@ text before says otherwise:
   <!-- file scope -->           it is declarations, not statements
   <!-- picture: name 480x320 -->  it defines void drawName(), which draws docs/images/name.png
   <!-- not compiled: reason -->   it is not C++ that compiles, and why
+
+FILE gets the examples of the headers, which stand between \\code and \\endcode, each on a line of its
+own. An example is a list of statements, unless it begins with the declaration of a type, and uses
+what given_names.hpp has.
 """
 
 import pathlib
@@ -45,6 +51,8 @@ PROLOGUE = """\
 #include <vellis/gl.hpp>
 #include <vellis/vellis.hpp>
 """
+
+GIVEN_NAMES = "#include <docs/given_names.hpp>\n\nusing namespace given;\n"
 
 FENCE = re.compile(r"^( *)(`{3,}|~{3,})\s*(\S*)\s*$")
 OPTION = re.compile(r"<!--\s*(before|continues|file scope|picture|not compiled)\b:?(.*)-->", re.DOTALL)
@@ -130,6 +138,24 @@ def read_blocks(page, lines):
         at += 1
         blocks.append(block)
     return blocks
+
+
+def read_examples(page, lines):
+    """The examples in the comments of a header."""
+    examples = []
+    block = None
+    for number, line in enumerate(lines, 1):
+        comment = line.strip().removeprefix("///").removeprefix(" ")
+        if comment.startswith("\\code"):
+            block = Block(page, number + 1, "cpp", {})
+            if comment != "\\code":
+                block.fail("\\code stands on a line of its own.")
+        elif comment == "\\endcode":
+            examples.append(block)
+            block = None
+        elif block is not None:
+            block.lines.append(comment)
+    return examples
 
 
 def identifier(page):
@@ -242,13 +268,34 @@ def write_all(writer, output):
         write_if_different(output / name, text)
 
 
-def main(root, output, *pages):
-    root = pathlib.Path(root)
+def write_examples(root, file, *headers):
+    parts = [PROLOGUE + GIVEN_NAMES]
+    for header in headers:
+        lines = (root / header).read_text(encoding="utf-8").splitlines()
+        for block in read_examples(header, lines):
+            text = Writer.numbered(block)
+            if re.match(r"(class|struct|template)\b", block.lines[0]):
+                parts.append(text)
+            else:
+                # An example may return, with a value or without one.
+                name = f"{identifier(header)}_{block.line}"
+                parts.append(f"inline auto {name}() {{\n{text}}}\n")
+    write_if_different(file, "\n".join(parts))
+
+
+def write_blocks(root, output, *pages):
     writer = Writer()
     for page in pages:
         lines = (root / page).read_text(encoding="utf-8").splitlines()
         writer.add_page(page, read_blocks(page, lines))
-    write_all(writer, pathlib.Path(output))
+    write_all(writer, output)
+
+
+def main(*arguments):
+    of_headers = arguments[0] == "--examples"
+    write = write_examples if of_headers else write_blocks
+    root, output, *files = arguments[1:] if of_headers else arguments
+    write(pathlib.Path(root), pathlib.Path(output), *files)
 
 
 if __name__ == "__main__":

@@ -110,6 +110,30 @@ class CodeBlocks(WithFolder):
         self.assertIn("page.md:4:", run.stderr)
 
 
+class Examples(WithFolder):
+    def examples(self, *lines):
+        self.write("header.hpp", *lines)
+        code_blocks.main("--examples", self.root, self.root / "out.cpp", "header.hpp")
+        return (self.root / "out.cpp").read_text(encoding="utf-8")
+
+    def test_example_becomes_a_function_under_the_line_of_the_header(self):
+        source = self.examples("/// Text.", "/// \\code", "/// int i = 1;", "///", "/// ++i;",
+                               "/// \\endcode", "int f();")
+        self.assertIn('inline auto header_hpp_3() {\n#line 3 "header.hpp"\nint i = 1;\n\n++i;\n}',
+                      source)
+        self.assertNotIn("int f();", source)
+
+    def test_declaration_of_a_type_stays_outside_of_functions(self):
+        source = self.examples("    /// \\code", "    /// struct S {", "    ///     int i;",
+                               "    /// };", "    /// \\endcode")
+        self.assertIn('\n#line 2 "header.hpp"\nstruct S {\n    int i;\n};\n', source)
+        self.assertNotIn("inline auto", source)
+
+    def test_text_behind_the_command_is_a_mistake(self):
+        with self.assertRaisesRegex(code_blocks.Mistake, "header.hpp:1: .* a line of its own"):
+            self.examples("/// \\code int i;", "/// \\endcode")
+
+
 class Pages(WithFolder):
     def links(self, *lines):
         self.write("page.md", *lines)

@@ -30,8 +30,11 @@ namespace vellis::internal {
 VELLIS_EXPORT void print_gl_states();
 
 /// Prints those of the tracked states that have changed since the call before, whatever code
-/// changed them: \verbatim Corvane DIFF : BLEND = false -> true \endverbatim The first call in a
-/// process only remembers. So bracket what you suspect: \code vellis::internal::diff_gl_states();
+/// changed them: `Corvane DIFF : BLEND = false -> true`. The first call in a process only
+/// remembers. So bracket what you suspect:
+///
+/// \code
+/// vellis::internal::diff_gl_states();
 /// drawOverlay();
 /// vellis::internal::diff_gl_states(); // what drawOverlay() has left changed
 /// \endcode
