@@ -30,9 +30,15 @@ class IndexBuffer : public TypedBuffer<IndexBuffer<T>, ElementBuffer, T> {
 
 protected:
     /// What make() makes.
-    IndexBuffer(const T* data, unsigned int count, BufferUsage usage, BufferAccess access)
-        : Typed(data, count, usage, access) {}
+    IndexBuffer(const T* data, unsigned int count, BufferUsage usage, BufferAccess access);
 };
+
+// Not inline, so that a DLL exports it with the instantiations below.
+
+template <class T>
+IndexBuffer<T>::IndexBuffer(const T* data, unsigned int count, BufferUsage usage,
+                            BufferAccess access)
+    : Typed(data, count, usage, access) {}
 
 extern template class VELLIS_EXPORT IndexBuffer<unsigned char>;
 extern template class VELLIS_EXPORT IndexBuffer<unsigned short>;

@@ -29,18 +29,33 @@ class VertexAttributeBuffer : public TypedBuffer<VertexAttributeBuffer<T>, Verte
 
 public:
     /// The size of the elements in bytes.
-    unsigned int size() const override {
-        return this->count() * static_cast<unsigned int>(sizeof(T));
-    }
+    unsigned int size() const override;
 
     /// The number of elements, count().
-    unsigned int numElements() const override { return this->count(); }
+    unsigned int numElements() const override;
 
 protected:
     /// What make() makes.
-    VertexAttributeBuffer(const T* data, unsigned int count, BufferUsage usage, BufferAccess access)
-        : Typed(data, count, usage, access) {}
+    VertexAttributeBuffer(const T* data, unsigned int count, BufferUsage usage,
+                          BufferAccess access);
 };
+
+// Not inline, so that a DLL exports them with the instantiations below.
+
+template <class T>
+unsigned int VertexAttributeBuffer<T>::size() const {
+    return this->count() * static_cast<unsigned int>(sizeof(T));
+}
+
+template <class T>
+unsigned int VertexAttributeBuffer<T>::numElements() const {
+    return this->count();
+}
+
+template <class T>
+VertexAttributeBuffer<T>::VertexAttributeBuffer(const T* data, unsigned int count,
+                                                BufferUsage usage, BufferAccess access)
+    : Typed(data, count, usage, access) {}
 
 extern template class VELLIS_EXPORT VertexAttributeBuffer<unsigned char>;
 extern template class VELLIS_EXPORT VertexAttributeBuffer<float>;

@@ -84,18 +84,29 @@ class Primitive : public detail::RecordedDrawable {
 
 public:
     /// Records the attributes. An empty \p program records nothing.
-    explicit Primitive(const std::shared_ptr<Program>& program, const Attributes&... attributes)
-        : RecordedDrawable(type) {
-        const detail::AttributeSource sources[] = {detail::AttributeSource(attributes)...};
-        record(program.get(), sources, sizeof...(Attributes));
-    }
+    explicit Primitive(const std::shared_ptr<Program>& program, const Attributes&... attributes);
 
     /// A drawable in a shared pointer, with one allocation for both.
     static std::shared_ptr<Primitive> make(const std::shared_ptr<Program>& program,
-                                           const Attributes&... attributes) {
-        return std::make_shared<Primitive>(program, attributes...);
-    }
+                                           const Attributes&... attributes);
 };
+
+// Not inline, so that a DLL exports them with the instantiations below.
+
+template <Drawable::PrimitiveType type, class... Attributes>
+Primitive<type, Attributes...>::Primitive(const std::shared_ptr<Program>& program,
+                                          const Attributes&... attributes)
+    : RecordedDrawable(type) {
+    const detail::AttributeSource sources[] = {detail::AttributeSource(attributes)...};
+    record(program.get(), sources, sizeof...(Attributes));
+}
+
+template <Drawable::PrimitiveType type, class... Attributes>
+std::shared_ptr<Primitive<type, Attributes...>>
+Primitive<type, Attributes...>::make(const std::shared_ptr<Program>& program,
+                                     const Attributes&... attributes) {
+    return std::make_shared<Primitive>(program, attributes...);
+}
 
 /// A point for each vertex.
 template <class... Attributes>

@@ -110,9 +110,7 @@ class VELLIS_EXPORT Uniform : public UniformVariable {
 
 public:
     /// A handle that is looked up by \p uniformName, which must outlive it.
-    explicit Uniform(const char* uniformName, T initial = detail::initialUniformValue<T>())
-        : UniformVariable(uniformName),
-          value(std::move(initial)) {}
+    explicit Uniform(const char* uniformName, T initial = detail::initialUniformValue<T>());
 
     /// The value, which reaches GL only when the uniform is set.
     T value;
@@ -121,10 +119,20 @@ private:
     friend class Program;
     friend struct UniformFactory;
 
-    explicit Uniform(int location, T initial = detail::initialUniformValue<T>())
-        : UniformVariable(location),
-          value(std::move(initial)) {}
+    explicit Uniform(int location, T initial = detail::initialUniformValue<T>());
 };
+
+// Not inline, so that a DLL exports them with the instantiations below.
+
+template <class T>
+Uniform<T>::Uniform(const char* uniformName, T initial)
+    : UniformVariable(uniformName),
+      value(std::move(initial)) {}
+
+template <class T>
+Uniform<T>::Uniform(int location, T initial)
+    : UniformVariable(location),
+      value(std::move(initial)) {}
 
 /// A handle of a sampler: the texture unit that the program gave it, and the texture last set.
 template <>
