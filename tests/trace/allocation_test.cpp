@@ -28,6 +28,9 @@ public:
 class Allocations : public testing::Test {
 protected:
     Allocations() { gl.setRecording(false); }
+
+    void SetUp() override { SKIP_WITHOUT_LIBRARY_ALLOCATIONS(); }
+
     FakeGl gl;
 };
 

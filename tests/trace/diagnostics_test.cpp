@@ -17,6 +17,13 @@ using vellis::test::stderrOf;
 
 using namespace vellis::internal;
 
+/// How a program ends that calls std::abort.
+#ifdef _WIN32
+const testing::ExitedWithCode aborted(3);
+#else
+const testing::KilledBySignal aborted(SIGABRT);
+#endif
+
 TEST(Log, TitleStandsBeforeTheMessage) {
     EXPECT_EQ(stderrOf([] { log("Corvane", "abc"); }), "Corvane: abc\n");
 }
@@ -86,13 +93,13 @@ TEST(WarningFail, MessageIsCutLikeALog) {
 }
 
 TEST(AssertionFailDeathTest, PrintsFourLinesAndAborts) {
-    EXPECT_EXIT(assertion_fail("a < b", "f.cpp", 7, "a=%d", 9), testing::KilledBySignal(SIGABRT),
+    EXPECT_EXIT(assertion_fail("a < b", "f.cpp", 7, "a=%d", 9), aborted,
                 "^Assertion -- \n  Condition: a < b\n  File\\(Line\\): f.cpp \\(7\\)\n"
                 "Message: a=9\n$");
 }
 
 TEST(AssertionFailDeathTest, NullFormatPrintsThreeLinesAndAborts) {
-    EXPECT_EXIT(assertion_fail("c", "f", 1, nullptr), testing::KilledBySignal(SIGABRT),
+    EXPECT_EXIT(assertion_fail("c", "f", 1, nullptr), aborted,
                 "^Assertion -- \n  Condition: c\n  File\\(Line\\): f \\(1\\)\n$");
 }
 

@@ -163,6 +163,7 @@ TYPED_TEST(EachPrimitiveTrace, RecordsVectorsOfFourAndDrawsThem) {
 }
 
 TYPED_TEST(EachPrimitiveTrace, MakeUsesOneAllocationForObjectAndCount) {
+    SKIP_WITHOUT_LIBRARY_ALLOCATIONS();
     using Shape = typename TypeParam::template Shape<VertexAttribute<glm::vec3>>;
     const auto buffer = this->template makeBuffer<glm::vec3>(1);
     const VertexAttribute<glm::vec3> position("position", buffer);

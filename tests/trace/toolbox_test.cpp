@@ -419,6 +419,7 @@ TYPED_TEST(ToolboxFlatTrace, MostPointsThatFitFillTheBuffer) {
 }
 
 TYPED_TEST(ToolboxFlatTrace, AllocatesOnlyTheVertexArrayBinding) {
+    SKIP_WITHOUT_LIBRARY_ALLOCATIONS();
     using V = typename TypeParam::Point;
     auto buffer = VertexAttributeBuffer<V>::make(9, BufferUsage::Static, BufferAccess::Draw);
     const auto points = makePoints<V>(9);
@@ -542,6 +543,7 @@ TYPED_TEST(ToolboxPointsTrace, BullseyesOfNullOrNoPoints) {
 }
 
 TYPED_TEST(ToolboxPointsTrace, AllocatesOnlyTheVertexArrayBinding) {
+    SKIP_WITHOUT_LIBRARY_ALLOCATIONS();
     const auto points = makePoints<TypeParam>(4);
     EXPECT_EQ(this->allocationsOf([&] {
         Toolbox::drawPoints(orange, 3.f, 1, 3, points.data(), mvp);
@@ -602,6 +604,7 @@ TYPED_TEST(ToolboxDashesTrace, TooManyPointsAreLeftToGlToRefuseAndStillDrawn) {
 }
 
 TYPED_TEST(ToolboxDashesTrace, AllocatesTheVertexArrayBindingAndTheTemporaryPoints) {
+    SKIP_WITHOUT_LIBRARY_ALLOCATIONS();
     const auto points = makePoints<TypeParam>(4);
     EXPECT_EQ(this->allocationsOf([&] {
         Toolbox::drawDashLineStrip(orange, 1.f, 3.f, 4, points.data(), mvp);
@@ -718,6 +721,7 @@ TEST_F(ToolboxTrace, RectIsAStripOfItsFourCorners) {
 }
 
 TEST_F(ToolboxTrace, QuadAndRectAllocateOnlyTheirVertexArrayBindings) {
+    SKIP_WITHOUT_LIBRARY_ALLOCATIONS();
     EXPECT_EQ(allocationsOf([&] {
                   Toolbox::drawQuad(orange, quad.data(), mvp);
                   Toolbox::drawQuad(orange, {quad[0], quad[1]}, mvp);

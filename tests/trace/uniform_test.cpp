@@ -1040,6 +1040,7 @@ TEST_F(UniformTextureTrace, HandleOfTheNameOfASamplerWithoutALocationIsSentToNon
 // Cost
 
 TEST_F(UniformTrace, LookupsAndSetsAllocateNothing) {
+    SKIP_WITHOUT_LIBRARY_ALLOCATIONS();
     // Longer than a string can be without an allocation.
     const char* const color = "the color of the material";
     const char* const weights = "the weights of the filter";
