@@ -14,10 +14,14 @@ struct PlatformRow {
 };
 
 constexpr PlatformRow platforms[] = {
+#ifdef _WIN32
+    {Platform::Wgl, "wgl", openWgl},
+#else
     {Platform::Egl, "egl", openEgl},
     {Platform::EglSurfaceless, "egl-surfaceless", openEgl},
     {Platform::EglDevice, "egl-device", openEgl},
     {Platform::Glx, "glx", openGlx},
+#endif
 };
 
 std::string platformNames() {

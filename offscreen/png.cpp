@@ -1,5 +1,6 @@
 #include <offscreen/image.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -7,7 +8,15 @@
 #include <random>
 #include <system_error>
 
-#include <png.h>
+// stb's single-file libraries: what they define stays in this file.
+#define STB_IMAGE_STATIC
+#define STB_IMAGE_IMPLEMENTATION
+#define STBI_ONLY_PNG
+#include <stb_image.h>
+#define STB_IMAGE_WRITE_STATIC
+#define STB_IMAGE_WRITE_IMPLEMENTATION
+#define STBI_WRITE_NO_STDIO
+#include <stb_image_write.h>
 
 namespace offscreen {
 namespace {
@@ -17,16 +26,18 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// A libpng reader or writer, freed in any case.
-class PngImage {
-public:
-    PngImage() { image.version = PNG_IMAGE_VERSION; }
-    ~PngImage() { png_image_free(&image); }
-    PngImage(const PngImage&) = delete;
-    PngImage& operator=(const PngImage&) = delete;
-
-    png_image image{};
+struct FreePixels {
+    void operator()(stbi_uc* pixels) const { stbi_image_free(pixels); }
 };
+using Pixels = std::unique_ptr<stbi_uc, FreePixels>;
+
+constexpr int channels = 4;
+
+/// Where stb_image_write leaves the bytes of a file.
+void append(void* file, void* bytes, int count) {
+    // A short write shows in ferror and at the close.
+    std::fwrite(bytes, 1, static_cast<std::size_t>(count), static_cast<std::FILE*>(file));
+}
 
 /// A name beside \p path that no other writer uses.
 std::filesystem::path temporaryBeside(const std::filesystem::path& path) {
@@ -38,17 +49,18 @@ std::filesystem::path temporaryBeside(const std::filesystem::path& path) {
 /// Writes the file.
 /// \return empty, or why that failed.
 std::string write(const std::filesystem::path& path, const Image& image) {
+    if (image.pixels.empty())
+        return "it has no pixels";
     File file(std::fopen(path.string().c_str(), "wb"));
     if (file == nullptr)
         return std::strerror(errno);
-    PngImage png;
-    png.image.width = image.width;
-    png.image.height = image.height;
-    png.image.format = PNG_FORMAT_RGBA;
-    if (png_image_write_to_stdio(&png.image, file.get(), 0, image.pixels.data(), 0, nullptr) == 0)
-        return png.image.message;
+    const int width = static_cast<int>(image.width);
+    if (stbi_write_png_to_func(append, file.get(), width, static_cast<int>(image.height), channels,
+                               image.pixels.data(), width * channels) == 0)
+        return "out of memory";
     // What the system still buffers may find the disk full only now.
-    return std::fclose(file.release()) == 0 ? "" : std::strerror(errno);
+    const bool failed = std::ferror(file.get()) != 0;
+    return std::fclose(file.release()) == 0 && !failed ? "" : std::strerror(errno);
 }
 
 /// Reads the file.
@@ -57,14 +69,14 @@ std::string read(const std::filesystem::path& path, Image& image) {
     const File file(std::fopen(path.string().c_str(), "rb"));
     if (file == nullptr)
         return std::strerror(errno);
-    PngImage png;
-    if (png_image_begin_read_from_stdio(&png.image, file.get()) == 0)
-        return png.image.message;
-    png.image.format = PNG_FORMAT_RGBA;
-    image = Image(png.image.width, png.image.height);
-    const bool done =
-        png_image_finish_read(&png.image, nullptr, image.pixels.data(), 0, nullptr) != 0;
-    return done ? "" : png.image.message;
+    int width = 0;
+    int height = 0;
+    const Pixels pixels(stbi_load_from_file(file.get(), &width, &height, nullptr, channels));
+    if (pixels == nullptr)
+        return stbi_failure_reason();
+    image = Image(static_cast<unsigned int>(width), static_cast<unsigned int>(height));
+    std::copy_n(pixels.get(), image.pixels.size(), image.pixels.begin());
+    return "";
 }
 
 } // namespace

@@ -9,7 +9,7 @@ repository="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 packages=(
     g++ cmake ninja-build
     libglm-dev python3 python3-glad
-    libegl-dev libegl1 libgl1 libgl1-mesa-dri libpng-dev libgtest-dev libgmock-dev
+    libegl-dev libegl1 libgl1 libgl1-mesa-dri libstb-dev libgtest-dev libgmock-dev
     pkgconf
 )
 

@@ -8,25 +8,33 @@
 
 namespace offscreen {
 
-/// A way to make a context.
+/// A way to make a context: WGL on Windows, the others elsewhere.
 enum class Platform {
     Egl, ///< EGL, on the first display that works: surfaceless, a device, the default one.
     EglSurfaceless, ///< EGL on Mesa's surfaceless platform.
     EglDevice,      ///< EGL on the first graphics device that works.
     Glx,            ///< GLX on the X server that `$DISPLAY` names.
+    Wgl,            ///< WGL on a window that is not shown.
 };
+
+/// The platform where nobody asks for another.
+#ifdef _WIN32
+inline constexpr Platform defaultPlatform = Platform::Wgl;
+#else
+inline constexpr Platform defaultPlatform = Platform::Egl;
+#endif
 
 /// What a context is to be.
 struct Settings {
     unsigned int width = 256;  ///< Width of the default framebuffer in pixels.
     unsigned int height = 256; ///< Height of the default framebuffer in pixels.
-    Platform platform = Platform::Egl;
+    Platform platform = defaultPlatform;
 };
 
 /// Reads a platform from the environment variable `OFFSCREEN_PLATFORM` (`egl`, `egl-surfaceless`,
-/// `egl-device`, `glx`), so that a program can be tried on another one without a change. Leaves
-/// \p platform as it is where the variable is unset or empty.
-/// \param error  One sentence, where the result is false: the variable has another value.
+/// `egl-device`, `glx`, `wgl`), so that a program can be tried on another one without a change.
+/// Leaves \p platform as it is where the variable is unset or empty. \param error  One sentence,
+/// where the result is false: the variable has another value.
 bool platformFromEnvironment(Platform& platform, std::string& error);
 
 /// A GL context with a default framebuffer that nobody sees: 8 bits each of red, green, blue and
