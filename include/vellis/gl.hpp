@@ -1,7 +1,8 @@
 #pragma once
 
 /// \file
-/// OpenGL itself: types, enumerators and entry points, for code that calls GL beside the library.
+/// OpenGL itself: types, enumerators and entry points, up to OpenGL 3.2 of the compatibility
+/// profile, for code that calls GL beside the library.
 ///
 /// The entry points are function pointers (`glBindBuffer` stands for `glad_glBindBuffer`) that are
 /// null until vellis::engine::init, gladLoadGL() or gladLoadGLLoader() has succeeded with a context

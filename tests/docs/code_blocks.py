@@ -20,6 +20,7 @@ text before says otherwise:
 
   <!-- before: ... -->          these lines come before the block, unseen by readers; includes that
                                 they begin with go to the top of the file
+  <!-- after: ... -->           these lines come after the block, which is a file of its own
   <!-- continues -->            it goes on in the scope of the block before
   <!-- file scope -->           it is declarations, not statements
   <!-- picture: name 480x320 -->  it defines void drawName(), which draws docs/images/name.png
@@ -55,7 +56,7 @@ PROLOGUE = """\
 GIVEN_NAMES = "#include <docs/given_names.hpp>\n\nusing namespace given;\n"
 
 FENCE = re.compile(r"^( *)(`{3,}|~{3,})\s*(\S*)\s*$")
-OPTION = re.compile(r"<!--\s*(before|continues|file scope|picture|not compiled)\b:?(.*)-->", re.DOTALL)
+OPTION = re.compile(r"<!--\s*(before|after|continues|file scope|picture|not compiled)\b:?(.*)-->", re.DOTALL)
 PICTURE = re.compile(r"^([a-z][a-z0-9-]*) (\d+)x(\d+)$")
 
 
@@ -207,7 +208,7 @@ class Writer:
         if "continues" in block.options:
             block.fail("a block that is a file of its own continues none.")
         text = "" if block.has_include() else PROLOGUE
-        text += self.numbered(block, ahead=True) + self.numbered(block)
+        text += self.hidden(block, "before") + self.shown(block) + self.hidden(block, "after")
         name = f"{identifier(block.page)}_{block.line}.cpp"
         if "picture" in block.options:
             self.add_picture(block)
@@ -221,12 +222,14 @@ class Writer:
             block.fail("a picture has a name and a size: <!-- picture: name 480x320 -->.")
         name, width, height = picture.groups()
         function = "draw" + camel_case(name)
-        if f"void {function}()" not in block.text():
+        if f"void {function}()" not in block.text() + block.options.get("after", (0, ""))[1]:
             block.fail(f"the block does not define void {function}().")
         self.pictures.append(f'VELLIS_PICTURE("{name}", {function}, {width}, {height})')
 
     @staticmethod
     def add_statements(block, functions):
+        if "after" in block.options:
+            block.fail("lines can come after a block that is a file of its own, not after statements.")
         if "continues" in block.options:
             if not functions:
                 block.fail("there is no block of statements to continue.")
@@ -235,18 +238,21 @@ class Writer:
             functions.append([block])
 
     def function(self, page, group):
-        body = "".join(self.numbered(block, ahead) for block in group for ahead in (True, False))
+        body = "".join(self.hidden(block, "before") + self.shown(block) for block in group)
         name = f"{identifier(page)}_{group[0].line}"
         return f"void {name}();\nvoid {name}() {{\n{body}}}\n"
 
     @staticmethod
-    def numbered(block, ahead=False):
-        """The lines of the block, or those that come before it, under the numbers of the page."""
-        if not ahead:
-            return f'#line {block.line} "{block.page}"\n{block.text()}'
-        if "before" not in block.options:
+    def shown(block):
+        """The lines of the block, under the numbers of the page."""
+        return f'#line {block.line} "{block.page}"\n{block.text()}'
+
+    @staticmethod
+    def hidden(block, option):
+        """The lines that come before or after the block, under the numbers of the page."""
+        if option not in block.options:
             return ""
-        line, text = block.options["before"]
+        line, text = block.options[option]
         return f'#line {line} "{block.page}"\n{text}\n'
 
 

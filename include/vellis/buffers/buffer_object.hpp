@@ -108,9 +108,9 @@ protected:
 
     /// Ends the mapping with `glUnmapBuffer`; does nothing on an unmapped buffer.
     ///
-    /// With \p flush true, the whole mapping would be flushed first if its access were
-    /// `GL_WRITE_ONLY` or `GL_READ_WRITE`. map() makes masks of other bits, so that in effect
-    /// nothing is flushed: to have writes flushed, call flush() or flushAndUnmap(offset, length).
+    /// Flushes nothing, whatever \p flush is: a flush would be made for an access of
+    /// `GL_WRITE_ONLY` or `GL_READ_WRITE`, and map() has none of these. To have writes flushed, call
+    /// flush(offset, length) first, or flushAndUnmap(offset, length).
     void unmap(bool flush);
 
 private:

@@ -74,12 +74,15 @@ public:
     virtual ~Drawable();
 
     /// Draws \p count vertices from \p first on with `glDrawArrays`; a \p count of 0 means all that
-    /// remain. With \p first beyond the end, GL refuses the count that this gives. Binds nothing:
-    /// Program::draw does.
+    /// remain. With \p first beyond the end, GL refuses the count that this gives. Any other count
+    /// goes to GL as it is: one that reaches beyond the end makes GL read outside the buffers.
+    /// Binds nothing: Program::draw does.
     virtual void draw(unsigned int first, unsigned int count) const;
 
     /// Draws \p count vertices that \p indices name, from index \p first on, with `glDrawElements`;
-    /// a \p count of 0 means all that remain. Binds the index buffer and then 0 in its place.
+    /// a \p count of 0 means all that remain. Neither the count nor the indices are checked: what
+    /// they reach beyond the end, GL reads outside the buffers. Binds the index buffer and then 0
+    /// in its place.
     /// @{
     virtual void draw(const IndexBuffer<unsigned int>& indices, unsigned int first,
                       unsigned int count) const;
