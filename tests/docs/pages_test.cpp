@@ -1,6 +1,7 @@
 /// Holds what the documentation's pages say of GL against what the library does, on the fake GL.
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <regex>
@@ -150,11 +151,11 @@ TEST_F(Pages, PreamblePageShowsWhatGlIsGiven) {
 
 /// The line of the text given to GL on which the source begins.
 template <class AnyShader>
-long firstLine(FakeGl& gl) {
+std::ptrdiff_t firstLine(FakeGl& gl) {
     const auto shader = AnyShader::make("source", Shader::Version::V210);
     const std::string text = gl.shaderSource(shader->id());
-    return 1 +
-           std::count(text.begin(), text.begin() + static_cast<long>(text.find("source")), '\n');
+    const std::string before = text.substr(0, text.find("source"));
+    return 1 + std::count(before.begin(), before.end(), '\n');
 }
 
 TEST_F(Pages, PreamblePageSaysOnWhichLineTheSourceBegins) {
