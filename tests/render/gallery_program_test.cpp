@@ -21,9 +21,8 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-/// Runs the gallery.
-/// \param environment  Variables as the shell takes them before a command.
-Outcome runGallery(const std::string& arguments, const std::string& environment = "") {
+/// Runs the gallery, as runProgram does.
+Outcome runGallery(const std::string& arguments, const std::vector<std::string>& environment = {}) {
     return runProgram(VELLIS_GALLERY_PROGRAM, arguments, environment);
 }
 
@@ -58,10 +57,11 @@ TEST(GalleryProgram, LeavesAPictureOfEachPanelAndAContactSheetAndSaysWhere) {
 }
 
 TEST(GalleryProgram, SaysThatThereIsNoEgl) {
+    if (offscreen::defaultPlatform != offscreen::Platform::Egl)
+        GTEST_SKIP() << "there is no EGL here";
     const TemporaryFolder folder;
     const fs::path target = folder.path() / "target";
-    const Outcome run = runGallery(quoted(target), "OFFSCREEN_PLATFORM=egl "
-                                                   "__EGL_VENDOR_LIBRARY_FILENAMES=/nonexistent");
+    const Outcome run = runGallery(quoted(target), noEgl);
     expectOneSentence(run, target,
                       AllOf(StartsWith("No EGL display gives a GL context ("),
                             HasSubstr("install a GL driver, for instance with `apt-get install ")));
@@ -70,8 +70,8 @@ TEST(GalleryProgram, SaysThatThereIsNoEgl) {
 TEST(GalleryProgram, SaysWhatPlatformsThereAre) {
     const TemporaryFolder folder;
     const fs::path target = folder.path() / "target";
-    const Outcome run = runGallery(quoted(target), "OFFSCREEN_PLATFORM=vga");
-    expectOneSentence(run, target, HasSubstr("set it to one of egl, "));
+    const Outcome run = runGallery(quoted(target), {"OFFSCREEN_PLATFORM=vga"});
+    expectOneSentence(run, target, HasSubstr("set it to one of "));
 }
 
 TEST(GalleryProgram, SaysThatAFileStandsInPlaceOfTheFolder) {
@@ -115,6 +115,8 @@ protected:
         RenderTest::SetUp();
         if (!isMesa())
             GTEST_SKIP() << "only Mesa's drivers can be limited";
+        if (offscreen::defaultPlatform == offscreen::Platform::Wgl)
+            GTEST_SKIP() << "what a Windows program sets does not reach Mesa's drivers";
     }
 
     const TemporaryFolder folder;
@@ -122,22 +124,22 @@ protected:
 };
 
 TEST_F(GalleryProgramOnAnOldDriver, NamesTheVersionThatIsNeeded) {
-    const Outcome run = runGallery(quoted(target), "MESA_GL_VERSION_OVERRIDE=1.4");
+    const Outcome run = runGallery(quoted(target), {"MESA_GL_VERSION_OVERRIDE=1.4"});
     expectOneSentence(run, target,
                       AllOf(HasSubstr("OpenGL 1.4"), HasSubstr(" lacks OpenGL 2.1: use ")));
 }
 
 TEST_F(GalleryProgramOnAnOldDriver, NamesTheExtensionsThatAreMissing) {
-    const Outcome run = runGallery(quoted(target), "MESA_GL_VERSION_OVERRIDE=2.1 "
-                                                   "MESA_EXTENSION_MAX_YEAR=2005");
+    const Outcome run = runGallery(
+        quoted(target), {"MESA_GL_VERSION_OVERRIDE=2.1", "MESA_EXTENSION_MAX_YEAR=2005"});
     expectOneSentence(run, target,
                       HasSubstr(" lacks GL_ARB_vertex_array_object, GL_ARB_map_buffer_range: "));
 }
 
 TEST_F(GalleryProgramOnAnOldDriver, NeedsNoMoreThan21WithTheExtensions) {
-    const Outcome run = runGallery(quoted(target), "MESA_GL_VERSION_OVERRIDE=2.1 "
-                                                   "MESA_GLSL_VERSION_OVERRIDE=120 "
-                                                   "MESA_SHADER_CACHE_DISABLE=true");
+    const Outcome run = runGallery(quoted(target), {"MESA_GL_VERSION_OVERRIDE=2.1",
+                                                    "MESA_GLSL_VERSION_OVERRIDE=120",
+                                                    "MESA_SHADER_CACHE_DISABLE=true"});
     EXPECT_TRUE(run.succeeded) << run.errors;
 }
 

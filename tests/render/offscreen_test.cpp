@@ -2,16 +2,15 @@
 #include <offscreen/image.hpp>
 #include <offscreen/requirement.hpp>
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <optional>
 
 #include <gmock/gmock.h>
 
 #include <vellis/engine.hpp>
 #include <vellis/gl.hpp>
 
+#include "render/environment_variable.hpp"
 #include "render/render_test.hpp"
 #include "render/temporary_folder.hpp"
 
@@ -20,27 +19,16 @@ namespace {
 namespace fs = std::filesystem;
 using ::testing::HasSubstr;
 
-/// Sets an environment variable for the time of a test.
-class EnvironmentVariable {
-public:
-    EnvironmentVariable(const char* name, const char* value) : name_(name) {
-        if (const char* before = std::getenv(name))
-            before_ = before;
-        setenv(name, value, 1);
-    }
-    ~EnvironmentVariable() {
-        if (before_)
-            setenv(name_, before_->c_str(), 1);
-        else
-            unsetenv(name_);
-    }
-    EnvironmentVariable(const EnvironmentVariable&) = delete;
-    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
-
-private:
-    const char* name_;
-    std::optional<std::string> before_;
-};
+/// What the environment may ask for here, and one of it.
+#ifdef _WIN32
+constexpr char platformNames[] = "wgl";
+constexpr char platformName[] = "wgl";
+constexpr auto namedPlatform = offscreen::Platform::Wgl;
+#else
+constexpr char platformNames[] = "egl, egl-surfaceless, egl-device, glx";
+constexpr char platformName[] = "glx";
+constexpr auto namedPlatform = offscreen::Platform::Glx;
+#endif
 
 /// A picture in which no two pixels are alike.
 offscreen::Image makeTestPicture(unsigned int width, unsigned int height) {
@@ -128,11 +116,11 @@ TEST(OffscreenPlatform, IsLeftAsItIsByAnEmptyVariable) {
 }
 
 TEST(OffscreenPlatform, ComesFromTheVariable) {
-    const EnvironmentVariable variable("OFFSCREEN_PLATFORM", "glx");
+    const EnvironmentVariable variable("OFFSCREEN_PLATFORM", platformName);
     auto platform = offscreen::Platform::Egl;
     std::string error;
     EXPECT_TRUE(offscreen::platformFromEnvironment(platform, error));
-    EXPECT_EQ(platform, offscreen::Platform::Glx);
+    EXPECT_EQ(platform, namedPlatform);
 }
 
 TEST(OffscreenPlatform, ListsTheNamesWhereTheVariableHasAnother) {
@@ -141,11 +129,14 @@ TEST(OffscreenPlatform, ListsTheNamesWhereTheVariableHasAnother) {
     std::string error;
     EXPECT_FALSE(offscreen::platformFromEnvironment(platform, error));
     EXPECT_EQ(error,
-              "The environment variable OFFSCREEN_PLATFORM is \"vga\": unset it or set it to "
-              "one of egl, egl-surfaceless, egl-device, glx.");
+              std::string("The environment variable OFFSCREEN_PLATFORM is \"vga\": unset it or set "
+                          "it to one of ") +
+                  platformNames + ".");
 }
 
 TEST(OffscreenContext, SaysThatThereIsNoXServer) {
+    if (offscreen::defaultPlatform != offscreen::Platform::Egl)
+        GTEST_SKIP() << "there is no GLX here";
     const EnvironmentVariable variable("DISPLAY", ":98765");
     offscreen::Settings settings;
     settings.platform = offscreen::Platform::Glx;
