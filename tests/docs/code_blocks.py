@@ -279,7 +279,7 @@ def write_examples(root, file, *headers):
     for header in headers:
         lines = (root / header).read_text(encoding="utf-8").splitlines()
         for block in read_examples(header, lines):
-            text = Writer.numbered(block)
+            text = Writer.shown(block)
             if re.match(r"(class|struct|template)\b", block.lines[0]):
                 parts.append(text)
             else:

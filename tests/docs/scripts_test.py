@@ -64,6 +64,17 @@ class CodeBlocks(WithFolder):
         self.assertLess(source.index("#include <map>"), source.index("void page_6()"))
         self.assertIn('#line 1 "page.md"\n\n\nint i = 0;\n#line 6 "page.md"\n++i;\n}', source)
 
+    def test_unseen_lines_can_come_after_a_file(self):
+        out = self.extract("<!-- picture: name 4x2 -->", "<!-- after:", "void drawName() {}", "-->",
+                           "```cpp", "#include <cmath>", "```")
+        source = (out / "page_6.cpp").read_text(encoding="utf-8")
+        self.assertIn('#include <cmath>\n#line 2 "page.md"\n\nvoid drawName() {}\n', source)
+        self.assertIn("drawName", (out / "pictures.inc").read_text(encoding="utf-8"))
+
+    def test_unseen_lines_cannot_come_after_statements(self):
+        self.expect_mistake("not after statements", "<!-- after:", "++i;", "-->", "```cpp",
+                            "int i = 0;", "```")
+
     def test_block_that_continues_shares_the_scope(self):
         out = self.extract("```cpp", "int i = 0;", "```", "Then:", "<!-- continues -->", "```cpp",
                            "++i;", "```")
