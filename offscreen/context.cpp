@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include <vellis/engine.hpp>
+
 #include "platforms.hpp"
 
 namespace offscreen {
@@ -21,6 +23,7 @@ constexpr PlatformRow platforms[] = {
     {Platform::EglSurfaceless, "egl-surfaceless", openEgl},
     {Platform::EglDevice, "egl-device", openEgl},
     {Platform::Glx, "glx", openGlx},
+    {Platform::OsMesa, "osmesa", openOsMesa},
 #endif
 };
 
@@ -56,6 +59,10 @@ std::unique_ptr<Context> Context::open(const Settings& settings, std::string& er
     }
     error = "The platform is none of " + platformNames() + ".";
     return nullptr;
+}
+
+bool Context::loadEntryPoints() {
+    return vellis::engine::init();
 }
 
 } // namespace offscreen

@@ -11,6 +11,7 @@ namespace offscreen {
 
 std::unique_ptr<Context> openEgl(const Settings& settings, std::string& error);
 std::unique_ptr<Context> openGlx(const Settings& settings, std::string& error);
+std::unique_ptr<Context> openOsMesa(const Settings& settings, std::string& error);
 std::unique_ptr<Context> openWgl(const Settings& settings, std::string& error);
 
 /// What to install where no driver can be used; the end of a sentence.

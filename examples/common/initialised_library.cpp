@@ -4,12 +4,11 @@
 #include <string>
 
 #include <offscreen/requirement.hpp>
-#include <vellis/engine.hpp>
 
 namespace common {
 
-InitialisedLibrary::InitialisedLibrary() {
-    if (!vellis::engine::init())
+InitialisedLibrary::InitialisedLibrary(bool isLoaded) {
+    if (!isLoaded)
         throw std::runtime_error("The GL entry points cannot be loaded: install a GL driver, "
                                  "for instance with `apt-get install libgl1-mesa-dri`.");
     const std::string missing = offscreen::missingRequirement();

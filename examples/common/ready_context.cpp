@@ -22,6 +22,7 @@ std::unique_ptr<offscreen::Context> open(unsigned int width, unsigned int height
 } // namespace
 
 ReadyContext::ReadyContext(unsigned int width, unsigned int height)
-    : context_(open(width, height)) {}
+    : context_(open(width, height)),
+      library_(context_->loadEntryPoints()) {}
 
 } // namespace common

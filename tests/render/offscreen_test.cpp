@@ -25,7 +25,7 @@ constexpr char platformNames[] = "wgl";
 constexpr char platformName[] = "wgl";
 constexpr auto namedPlatform = offscreen::Platform::Wgl;
 #else
-constexpr char platformNames[] = "egl, egl-surfaceless, egl-device, glx";
+constexpr char platformNames[] = "egl, egl-surfaceless, egl-device, glx, osmesa";
 constexpr char platformName[] = "glx";
 constexpr auto namedPlatform = offscreen::Platform::Glx;
 #endif
@@ -151,11 +151,11 @@ TEST(OffscreenContext, IsCurrentUntilItIsReleased) {
     std::string error;
     const auto context = offscreen::Context::open(renderSettings(16, 16), error);
     ASSERT_NE(context, nullptr) << error;
-    EXPECT_TRUE(vellis::engine::init());
+    EXPECT_TRUE(context->loadEntryPoints());
     context->release();
-    EXPECT_FALSE(vellis::engine::init());
+    EXPECT_FALSE(context->loadEntryPoints());
     EXPECT_TRUE(context->makeCurrent());
-    EXPECT_TRUE(vellis::engine::init());
+    EXPECT_TRUE(context->loadEntryPoints());
 }
 
 TEST(OffscreenContext, LeavesNoneCurrentAtItsEnd) {
@@ -174,7 +174,7 @@ TEST(OffscreenContext, OutlivesAnother) {
     ASSERT_NE(second, nullptr) << error;
     second.reset();
     ASSERT_TRUE(first->makeCurrent());
-    ASSERT_TRUE(vellis::engine::init());
+    ASSERT_TRUE(first->loadEntryPoints());
     glClearColor(0.0f, 1.0f, 0.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT);
     EXPECT_EQ(offscreen::readPixels(1, 1).pixels, (std::vector<unsigned char>{0, 255, 0, 255}));
@@ -237,7 +237,7 @@ protected:
 
 TEST_F(OffscreenRequirement, NamesAnOldVersion) {
     GLAD_GL_VERSION_2_1 = 0;
-    EXPECT_THAT(offscreen::missingRequirement(), HasSubstr(" lacks OpenGL 2.1: "));
+    EXPECT_THAT(offscreen::missingRequirement(), HasSubstr(" lacks OpenGL 2.1"));
 }
 
 TEST_F(OffscreenRequirement, NamesEveryMissingExtension) {

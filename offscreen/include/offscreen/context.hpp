@@ -14,6 +14,7 @@ enum class Platform {
     EglSurfaceless, ///< EGL on Mesa's surfaceless platform.
     EglDevice,      ///< EGL on the first graphics device that works.
     Glx,            ///< GLX on the X server that `$DISPLAY` names.
+    OsMesa,         ///< OSMesa, which draws into the memory of the process; see loadEntryPoints().
     Wgl,            ///< WGL on a window that is not shown.
 };
 
@@ -32,9 +33,9 @@ struct Settings {
 };
 
 /// Reads a platform from the environment variable `OFFSCREEN_PLATFORM` (`egl`, `egl-surfaceless`,
-/// `egl-device`, `glx`, `wgl`), so that a program can be tried on another one without a change.
-/// Leaves \p platform as it is where the variable is unset or empty. \param error  One sentence,
-/// where the result is false: the variable has another value.
+/// `egl-device`, `glx`, `osmesa`, `wgl`), so that a program can be tried on another one without a
+/// change. Leaves \p platform as it is where the variable is unset or empty. \param error  One
+/// sentence, where the result is false: the variable has another value.
 bool platformFromEnvironment(Platform& platform, std::string& error);
 
 /// A GL context with a default framebuffer that nobody sees: 8 bits each of red, green, blue and
@@ -72,6 +73,12 @@ public:
 
     /// Leaves this thread without a current context.
     virtual void release() = 0;
+
+    /// Loads the library's GL entry points from the context, which is current: through
+    /// vellis::engine::init, and where that does not know the platform, which is OSMesa, through
+    /// gladLoadGLLoader() with the platform's own lookup.
+    /// \return false where they cannot be loaded.
+    virtual bool loadEntryPoints();
 
 protected:
     Context() = default;
