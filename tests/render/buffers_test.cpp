@@ -66,6 +66,7 @@ TEST_F(BuffersRender, PartBeyondTheStoreIsRefusedByGl) {
 }
 
 TEST_F(BuffersRender, FlushedWritesThroughAMappingArrive) {
+    SKIP_WITHOUT(Extension::MappedRanges);
     const auto buffer = VertexAttributeBuffer<float>::make({1.f, 2.f, 3.f}, BufferUsage::Static,
                                                            BufferAccess::Draw);
     float* const mapped = buffer->map(MapAccess::ReadWrite);
@@ -77,6 +78,7 @@ TEST_F(BuffersRender, FlushedWritesThroughAMappingArrive) {
 }
 
 TEST_F(BuffersRender, FlushOfAReadMappingIsAnErrorOfGl) {
+    SKIP_WITHOUT(Extension::MappedRanges);
     const auto buffer =
         VertexAttributeBuffer<float>::make(4, BufferUsage::Static, BufferAccess::Draw);
     ASSERT_NE(buffer->map(MapAccess::ReadOnly), nullptr);
@@ -86,6 +88,7 @@ TEST_F(BuffersRender, FlushOfAReadMappingIsAnErrorOfGl) {
 }
 
 TEST_F(BuffersRender, EmptyBufferCannotBeMapped) {
+    SKIP_WITHOUT(Extension::MappedRanges);
     const auto buffer =
         VertexAttributeBuffer<float>::make(0u, BufferUsage::Static, BufferAccess::Draw);
     EXPECT_EQ(buffer->map(MapAccess::ReadOnly), nullptr);
@@ -95,6 +98,7 @@ TEST_F(BuffersRender, EmptyBufferCannotBeMapped) {
 }
 
 TEST_F(BuffersRender, PixelsAreReadIntoAPixelBuffer) {
+    SKIP_WITHOUT(Extension::MappedRanges);
     glClearColor(1.f, 0.f, 0.f, 1.f);
     glClear(GL_COLOR_BUFFER_BIT);
     const auto buffer = PixelBuffer::make(PixelBuffer::DataFlow::Download, 16, BufferUsage::Stream,

@@ -38,9 +38,11 @@ constexpr unsigned int edge = 16;
 /// depth 1.
 class FragmentStateRender : public RenderTest {
 protected:
+    FragmentStateRender() : RenderTest(size, {Extension::Framebuffers}) {}
+
     void SetUp() override {
         RenderTest::SetUp();
-        if (HasFatalFailure())
+        if (!goesOn())
             return;
         color = Texture2D<U8vec4>::make(edge, edge);
         other = Texture2D<U8vec4>::make(edge, edge);

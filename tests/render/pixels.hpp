@@ -58,10 +58,11 @@ inline void fill(const glm::vec4& color, float depth = 0.5f, glm::vec2 from = gl
 }
 
 /// How many names up to 1000 are framebuffers, or renderbuffers: `liveNames(glIsFramebuffer)`.
+/// A context that lacks the entry point has none.
 template <class IsName>
 int liveNames(IsName isName) {
     int count = 0;
-    for (GLuint name = 1; name <= 1000; ++name)
+    for (GLuint name = 1; isName != nullptr && name <= 1000; ++name)
         count += isName(name) == GL_TRUE ? 1 : 0;
     return count;
 }

@@ -11,8 +11,9 @@ void RenderTest::SetUp() {
     std::string error;
     context_ = offscreen::Context::open(renderSettings(framebufferSize_, framebufferSize_), error);
     ASSERT_NE(context_, nullptr) << error;
-    ASSERT_TRUE(vellis::engine::init());
-    ASSERT_EQ(offscreen::missingRequirement(), "");
+    ASSERT_TRUE(loadForTests(*context_));
+    for (const Extension extension : needed_)
+        SKIP_WITHOUT(extension);
 }
 
 void RenderTest::TearDown() {
@@ -22,6 +23,15 @@ void RenderTest::TearDown() {
     EXPECT_EQ(error, nullptr) << "pending: " << error;
     vellis::engine::dispose();
     context_.reset();
+}
+
+bool loadForTests(offscreen::Context& context) {
+    if (!context.loadEntryPoints())
+        return false;
+    const std::string missing = offscreen::missingRequirement();
+    EXPECT_EQ(missing, "");
+    const auto hidden = extensionToHide();
+    return missing.empty() && (!hidden || hide(*hidden));
 }
 
 bool RenderTest::isMesa() {

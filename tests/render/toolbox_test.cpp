@@ -25,8 +25,8 @@
 
 #include <offscreen/context.hpp>
 #include <offscreen/image.hpp>
-#include <offscreen/requirement.hpp>
 
+#include "render/extension.hpp"
 #include "render/render_test.hpp"
 
 namespace {
@@ -42,8 +42,7 @@ public:
         std::string error;
         context_ = offscreen::Context::open(renderSettings(size, size), error);
         ASSERT_NE(context_, nullptr) << error;
-        ASSERT_TRUE(engine::init());
-        ASSERT_EQ(offscreen::missingRequirement(), "");
+        ASSERT_TRUE(loadForTests(*context_));
     }
     void TearDown() override {
         if (context_ == nullptr)
@@ -586,7 +585,8 @@ const FamilyRow families[] = {
 /// All state of the snapshot set to what it is not by default, and put back in the end.
 class ToolboxStateRender : public ToolboxRender, public testing::WithParamInterface<FamilyRow> {
 protected:
-    ToolboxStateRender() {
+    void SetUp() override {
+        SKIP_WITHOUT_EVERY_STATE();
         glPushAttrib(GL_ALL_ATTRIB_BITS);
         glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
         program = Program::make("void main() { gl_Position = gl_Vertex; }",
@@ -597,7 +597,9 @@ protected:
         glGenRenderbuffers(numRenderbuffers, renderbuffers);
         glGenFramebuffers(1, &framebuffer);
     }
-    ~ToolboxStateRender() override {
+    void TearDown() override {
+        if (IsSkipped())
+            return;
         glUseProgram(0);
         glDeleteFramebuffers(1, &framebuffer);
         glDeleteRenderbuffers(numRenderbuffers, renderbuffers);

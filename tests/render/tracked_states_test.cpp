@@ -52,17 +52,23 @@ class TrackedStatesRender : public RenderTest {
 protected:
     void SetUp() override {
         RenderTest::SetUp();
-        if (HasFatalFailure())
+        SKIP_WITHOUT_EVERY_STATE();
+        if (!goesOn())
             return;
         glGenTextures(numTextures, textures);
         glGenRenderbuffers(1, &renderbuffer);
         glGenVertexArrays(1, &vertexArray);
     }
     void TearDown() override {
+        if (goesOn())
+            deleteObjects();
+        RenderTest::TearDown();
+    }
+
+    void deleteObjects() const {
         glDeleteVertexArrays(1, &vertexArray);
         glDeleteRenderbuffers(1, &renderbuffer);
         glDeleteTextures(numTextures, textures);
-        RenderTest::TearDown();
     }
 
     /// Binds the i-th texture.
