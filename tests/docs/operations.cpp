@@ -6,6 +6,22 @@ namespace {
 constexpr unsigned int drawFramebuffer = 901;
 constexpr unsigned int readFramebuffer = 902;
 
+/// Writes down what operations call.
+class CallRecorder : public UseRecorder {
+public:
+    using UseRecorder::UseRecorder;
+
+    std::vector<Use> uses;
+
+private:
+    void run(Use use, const Once& once) override {
+        gl.forget();
+        once([&] { use.calls = gl.takeCalls(); });
+        gl.forget();
+        uses.push_back(std::move(use));
+    }
+};
+
 } // namespace
 
 const std::vector<KnownState>& knownStates() {
@@ -37,17 +53,17 @@ void UseRecorder::begin(std::string family) {
     gl.forget();
 }
 
-void UseRecorder::add(const char* operation) {
-    uses_.push_back({family_, scope_, operation, gl.takeCalls()});
+void useEverything(UseRecorder& use) {
+    for (const auto family : {useEngine, useBuffers, useShading, useDrawing, useToolbox,
+                              useTextures, useFramebuffers, useState, useDiagnostics})
+        family(use);
 }
 
-std::vector<Use> useEverything(FakeGl& gl) {
-    std::vector<Use> uses;
-    UseRecorder recorder(gl, uses);
-    for (const auto use : {useEngine, useBuffers, useShading, useDrawing, useToolbox, useTextures,
-                           useFramebuffers, useState, useDiagnostics, useShutDown})
-        use(recorder);
-    return uses;
+std::vector<Use> recordEverything(FakeGl& gl) {
+    CallRecorder recorder(gl);
+    useEverything(recorder);
+    useShutDown(recorder);
+    return std::move(recorder.uses);
 }
 
 } // namespace vellis::test

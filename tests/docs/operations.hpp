@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -30,10 +32,13 @@ struct KnownState {
 };
 const std::vector<KnownState>& knownStates();
 
-/// Writes down what operations call.
+/// Takes operations one after the other and does something with each.
 class UseRecorder {
 public:
-    UseRecorder(FakeGl& fakeGl, std::vector<Use>& allUses) : gl(fakeGl), uses_(allUses) {}
+    explicit UseRecorder(FakeGl& fakeGl) : gl(fakeGl) {}
+    virtual ~UseRecorder() = default;
+    UseRecorder(const UseRecorder&) = delete;
+    UseRecorder& operator=(const UseRecorder&) = delete;
 
     /// Puts the known states in place, and begins a heading.
     void begin(std::string family);
@@ -41,26 +46,33 @@ public:
     /// The operations that follow are of this class or namespace.
     void of(std::string scope) { scope_ = std::move(scope); }
 
-    /// Uses an operation once. What \p use returns is destroyed after the calls were written down.
+    /// An operation. What \p use returns is destroyed when the operation has been dealt with.
     template <class Function>
     void operator()(const char* operation, Function use) {
-        gl.forget();
-        if constexpr (std::is_void_v<decltype(use())>) {
-            use();
-            add(operation);
-        } else {
-            const auto result = use();
-            add(operation);
-        }
-        gl.forget();
+        run({family_, scope_, operation, {}}, [&use](const Then& then) {
+            if constexpr (std::is_void_v<decltype(use())>) {
+                use();
+                then();
+            } else {
+                const auto result = use();
+                then();
+            }
+        });
     }
 
     FakeGl& gl;
 
-private:
-    void add(const char* operation);
+protected:
+    /// What is to be done after the operation, while its result lives.
+    using Then = std::function<void()>;
 
-    std::vector<Use>& uses_;
+    /// Does the operation once. An exception leaves it.
+    using Once = std::function<void(const Then&)>;
+
+    /// Deals with one operation; nobody has yet written down what it calls.
+    virtual void run(Use use, const Once& once) = 0;
+
+private:
     std::string family_;
     std::string scope_;
 };
@@ -78,7 +90,10 @@ void useDiagnostics(UseRecorder& use);
 /// Comes last: the Toolbox and the built-in programs are over then.
 void useShutDown(UseRecorder& use);
 
-/// All uses of all operations, in the order of the pages.
-std::vector<Use> useEverything(FakeGl& gl);
+/// Takes all operations, in the order of the pages, but for the shut-down.
+void useEverything(UseRecorder& use);
+
+/// All uses of all operations with what they call, the shut-down included.
+std::vector<Use> recordEverything(FakeGl& gl);
 
 } // namespace vellis::test

@@ -38,7 +38,7 @@ class Pages : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         gl = std::make_unique<FakeGl>();
-        uses = test::useEverything(*gl);
+        uses = test::recordEverything(*gl);
     }
     static void TearDownTestSuite() {
         gl->ignoreTheRest();

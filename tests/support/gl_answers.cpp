@@ -178,6 +178,10 @@ bool GlScript::unmap(GLenum target) {
 void GlScript::allocate(GLenum target, GLsizeiptr size, const void* data, GLenum usage) {
     if (!isRecording())
         return;
+    if (isOutOfMemory_) {
+        queueError(GL_OUT_OF_MEMORY);
+        return;
+    }
     const GLuint buffer = bindings_.bound(ObjectKind::Buffer, target);
     if (buffer == 0 || size < 0)
         return;
@@ -270,7 +274,7 @@ void GlScript::answerState(AnswerTable& answers) {
     });
     answers.set(glad_glGetString, [this](GLenum name) -> const GLubyte* {
         const auto found = strings_.find(name);
-        if (found == strings_.end())
+        if (stringsFail_ || found == strings_.end())
             return nullptr;
         return reinterpret_cast<const GLubyte*>(found->second.c_str());
     });
@@ -282,6 +286,19 @@ void GlScript::answerState(AnswerTable& answers) {
         return error;
     });
     answers.set(glad_glCheckFramebufferStatus, [this](GLenum) { return framebufferStatus_; });
+}
+
+void GlScript::answerImageStorage(AnswerTable& answers) {
+    // There are no images: all that their storage can do is to fail.
+    const auto store = [this](auto&&...) {
+        if (isOutOfMemory_)
+            queueError(GL_OUT_OF_MEMORY);
+    };
+    answers.set(glad_glTexImage1D, store);
+    answers.set(glad_glTexImage2D, store);
+    answers.set(glad_glTexImage3D, store);
+    answers.set(glad_glRenderbufferStorage, store);
+    answers.set(glad_glRenderbufferStorageMultisample, store);
 }
 
 GLint GlScript::shaderValue(GLuint shader, GLenum pname) const {
@@ -328,7 +345,8 @@ void GlScript::answerShaders(AnswerTable& answers) {
                 [this](GLuint shader, GLsizei count, const GLchar* const* strings,
                        const GLint* lengths) { setSource(shader, count, strings, lengths); });
     answers.set(glad_glGetShaderiv, [this](GLuint shader, GLenum pname, GLint* out) {
-        query(pname, shaderValue(shader, pname), out);
+        if (shader != 0) // which is none, so that GL tells nothing of it
+            query(pname, shaderValue(shader, pname), out);
     });
     answers.set(glad_glGetShaderInfoLog,
                 [this](GLuint shader, GLsizei size, GLsizei* length, GLchar* out) {
@@ -392,7 +410,8 @@ void GlScript::answerPrograms(AnswerTable& answers) {
                     store(numShaders, n);
                 });
     answers.set(glad_glGetProgramiv, [this](GLuint program, GLenum pname, GLint* out) {
-        query(pname, programValue(program, pname), out);
+        if (program != 0)
+            query(pname, programValue(program, pname), out);
     });
     answers.set(glad_glGetProgramInfoLog,
                 [this](GLuint program, GLsizei size, GLsizei* length, GLchar* out) {
@@ -427,6 +446,7 @@ void GlScript::answerAll(AnswerTable& answers, const bool& recordingFlag) {
     answerBindings(answers);
     answerBuffers(answers);
     answerState(answers);
+    answerImageStorage(answers);
     answerShaders(answers);
     answerPrograms(answers);
 }

@@ -8,6 +8,16 @@ namespace vellis::test {
 namespace {
 
 CallListener* listener = nullptr;
+bool insideFakeGl = false;
+
+/// The time in which a recorder is at work.
+class InsideFakeGl {
+public:
+    InsideFakeGl() { insideFakeGl = true; }
+    ~InsideFakeGl() { insideFakeGl = false; }
+    InsideFakeGl(const InsideFakeGl&) = delete;
+    InsideFakeGl& operator=(const InsideFakeGl&) = delete;
+};
 
 /// Tells the listener of a call at the end of the scope: when names that the call makes are there.
 class CallReport {
@@ -34,6 +44,7 @@ struct Recorder<Result(GLAD_API_PTR*)(Parameters...)> {
     static Result GLAD_API_PTR call(Parameters... parameters) {
         if (!listener->recording)
             return answer<entryPoint>(parameters...);
+        const InsideFakeGl inside;
         // One more than there are parameters: an array cannot be empty.
         const Argument arguments[sizeof...(Parameters) + 1] = {Argument::of(parameters)...};
         const CallReport report(entryPoint, arguments);
@@ -82,6 +93,10 @@ RecorderSwap::~RecorderSwap() {
 #undef VELLIS_LOADER_FLAG
     GLVersion = saved_->version;
     listener = outer_;
+}
+
+bool isInsideFakeGl() {
+    return insideFakeGl;
 }
 
 void* findRecorder(const char* wanted) {

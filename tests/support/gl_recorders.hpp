@@ -38,6 +38,10 @@ private:
     CallListener* outer_;
 };
 
+/// Whether a recorder that records is at work: what is allocated now is the fake GL's, not its
+/// caller's.
+bool isInsideFakeGl();
+
 /// The recorder of the entry point of that name, or null: a lookup for gladLoadGLLoader().
 void* findRecorder(const char* name);
 

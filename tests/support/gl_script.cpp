@@ -171,8 +171,8 @@ unsigned char* BufferStores::scratch(GLsizeiptr length) {
     return scratch_.back().data();
 }
 
-void GlScript::failToCreate() {
-    failing_.fill(true);
+void GlScript::failToCreate(bool fail) {
+    failing_.fill(fail);
 }
 
 std::vector<unsigned char> GlScript::bufferBytes(GLuint buffer) const {

@@ -145,12 +145,12 @@ public:
     /// \name Objects
     /// @{
 
-    /// Lets every glGen… and glCreate… give 0 from now on.
-    void failToCreate();
-    /// Lets one of them give 0 from now on: `gl.failToCreate(glad_glCreateShader)`.
+    /// Lets every glGen… and glCreate… give 0 from now on, or names again.
+    void failToCreate(bool fail = true);
+    /// Lets one of them give 0 from now on, or names again: `gl.failToCreate(glad_glCreateShader)`.
     template <class Result, class... Parameters>
-    void failToCreate(Result(GLAD_API_PTR*& entryPoint)(Parameters...)) {
-        failing_[index(entryPointAt(&entryPoint))] = true;
+    void failToCreate(Result(GLAD_API_PTR*& entryPoint)(Parameters...), bool fail = true) {
+        failing_[index(entryPointAt(&entryPoint))] = fail;
     }
 
     /// The objects made and not deleted: `buffer 1`. Objects made while recording is off do not
@@ -177,6 +177,11 @@ public:
     void refuse(GLenum pname) { refused_.insert(pname); }
     /// What glGetString gives; null where nothing is set.
     void setString(GLenum name, std::string value) { strings_[name] = std::move(value); }
+    /// Lets glGetString give null for every name, or what is set.
+    void failToGetStrings(bool fail = true) { stringsFail_ = fail; }
+    /// Lets the calls that make the storage of buffers, textures and renderbuffers make none, each
+    /// with GL_OUT_OF_MEMORY in the queue.
+    void runOutOfMemory(bool isOut = true) { isOutOfMemory_ = isOut; }
     /// Adds an error to the queue that glGetError takes from.
     void queueError(GLenum error) { errors_.push_back(error); }
     /// What glCheckFramebufferStatus gives; GL_FRAMEBUFFER_COMPLETE where nothing is set.
@@ -251,6 +256,7 @@ private:
     void answerBindings(AnswerTable& answers);
     void answerBuffers(AnswerTable& answers);
     void answerState(AnswerTable& answers);
+    void answerImageStorage(AnswerTable& answers);
     void answerShaders(AnswerTable& answers);
     void answerPrograms(AnswerTable& answers);
     template <class Gen, class Delete>
@@ -284,6 +290,8 @@ private:
     BufferStores stores_;
     std::array<bool, entryPointCount> failing_{};
     bool mappingFails_ = false;
+    bool stringsFail_ = false;
+    bool isOutOfMemory_ = false;
 
     std::map<GLenum, std::vector<double>> state_;
     std::set<GLenum> refused_;
