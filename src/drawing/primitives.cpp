@@ -5,6 +5,8 @@
 
 #include <vellis/gl.hpp>
 
+#include "shading/program_use.hpp"
+
 namespace vellis {
 
 static_assert(AttributeComponent<signed char>::type == GL_BYTE);
@@ -49,12 +51,11 @@ RecordedDrawable::~RecordedDrawable() = default;
 void RecordedDrawable::record(const Program* program, const AttributeSource* attributes,
                               std::size_t count) {
     if (program != nullptr) {
-        program->bind();
+        const ProgramUse use(*program);
         program->beginAttributesBinding();
         std::for_each(attributes, attributes + count,
                       [&](const AttributeSource& source) { bindAttribute(*program, source); });
         attributesBinding_ = program->finishAttributesBinding();
-        program->unbind();
     }
     numVertices_ = std::numeric_limits<unsigned int>::max();
     std::for_each(attributes, attributes + count, [&](const AttributeSource& source) {

@@ -49,11 +49,12 @@ void log(const char* title, const char* format, ...) {
 }
 
 void log(const char* file, int line, const char* title, const char* format, ...) {
-    std::fprintf(stderr, "%s [%s Ln %i]: ", printable(title), printable(file), line);
     va_list arguments;
     va_start(arguments, format);
-    std::fprintf(stderr, "%s\n", formatted(printable(format), arguments).get());
+    const auto message = formatted(printable(format), arguments);
     va_end(arguments);
+    std::fprintf(stderr, "%s [%s Ln %i]: %s\n", printable(title), printable(file), line,
+                 message.get());
 }
 
 void assertion_fail(const char* condition, const char* file, int line, const char* format, ...) {

@@ -161,6 +161,7 @@ void print_gl_caps() {
 void print_shader(const char* source) {
     log(logTitle, "Shader Source Code");
     std::istringstream lines(printable(source));
+    lines.exceptions(std::ios_base::badbit); // running out of memory is not the end of the text
     std::string line;
     for (int number = 1; std::getline(lines, line); ++number) {
         char title[16];

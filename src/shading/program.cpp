@@ -7,6 +7,7 @@
 #include <vellis/texture/texture.hpp>
 
 #include "drawing/vertex_attributes_binding_inlined.hpp"
+#include "shading/program_use.hpp"
 #include "shading/program_variables.hpp"
 #include "shading/uniform_factory.hpp"
 
@@ -91,18 +92,18 @@ Program::Program() : id_(glCreateProgram()) {}
 
 Program::Program(const std::shared_ptr<VertexShader>& vertexShader,
                  const std::shared_ptr<FragmentShader>& fragmentShader)
-    : id_(glCreateProgram()),
-      vertexShader_(vertexShader),
-      fragmentShader_(fragmentShader) {
+    : Program() { // so that an exception from here on deletes the GL program
+    vertexShader_ = vertexShader;
+    fragmentShader_ = fragmentShader;
     link();
 }
 
 Program::Program(const std::shared_ptr<VertexShader>& vertexShader,
                  const std::shared_ptr<FragmentShader>& fragmentShader,
                  std::initializer_list<unsigned int> outputs)
-    : id_(glCreateProgram()),
-      vertexShader_(vertexShader),
-      fragmentShader_(fragmentShader) {
+    : Program() {
+    vertexShader_ = vertexShader;
+    fragmentShader_ = fragmentShader;
     link(outputs);
 }
 
@@ -180,15 +181,21 @@ const Program& Program::null() {
 }
 
 void Program::link() {
+    auto variables = std::make_shared<Variables>();
     gl_link();
-    variables_ = std::make_shared<Variables>();
-    bind();
-    initUniforms();
-    initAttributes();
-    unbind();
+    variables_ = std::move(variables);
+    const ProgramUse use(*this);
+    try {
+        initUniforms();
+        initAttributes();
+    } catch (...) {
+        variables_.reset(); // half a table is none
+        throw;
+    }
 }
 
 void Program::link(std::initializer_list<unsigned int> outputs) {
+    outputs_.reserve(outputs.size());
     link();
     clearOutputs();
     addOutputs(outputs);

@@ -38,7 +38,8 @@ bool equal(const StateRow& row, const StateValues& a, const StateValues& b) {
 
 std::string text(const StateRow& row, StateValues& values) {
     std::ostringstream stream;
-    stream.imbue(std::locale::classic()); // no thousands separators of the application's
+    stream.imbue(std::locale::classic());     // no thousands separators of the application's
+    stream.exceptions(std::ios_base::badbit); // nor half a text where memory runs out
     switch (row.kind) {
     case ValueKind::Boolean:
         write_bool_values(stream, values.booleans, row.count);

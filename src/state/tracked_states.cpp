@@ -29,7 +29,8 @@ void diff(const StateRow& state, Remembered& previous) {
     static const std::string title = std::string(logTitle) + " DIFF ";
     StateValues current = query(state);
     if (!previous.isFirstCall && !equal(state, previous.values, current)) {
-        const std::string before = text(state, previous.values);
+        StateValues old = previous.values; // which stay where memory for a text runs out
+        const std::string before = text(state, old);
         const std::string after = text(state, current);
         log(title.c_str(), "%s = %s -> %s", state.label, before.c_str(), after.c_str());
     }
