@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Writes the generated parts of the documentation's pages anew: the tables of GL calls and of GL state,
-# and the texts of the portable preamble. Installs what is missing.
+# Writes the generated parts of the documentation's pages anew: the tables of GL calls, of GL state and
+# of faults, and the texts of the portable preamble. Installs what is missing.
 #
 # Usage: scripts/pages.sh
 set -euo pipefail
@@ -13,7 +13,15 @@ if [[ $# -gt 0 ]]; then
 fi
 
 install_dependencies
-build_preset default --target vellis_pages_tests
-VELLIS_WRITE_PAGES=1 "$repository/build/default/tests/docs/vellis_pages_tests" >/dev/null ||
-    fail "the pages could not be written: run '$repository/build/default/tests/docs/vellis_pages_tests' to see why."
+programs=(
+    docs/vellis_pages_tests
+    faults/vellis_allocation_fault_tests
+    faults/vellis_gl_fault_tests
+)
+build_preset default --target "${programs[@]##*/}"
+for program in "${programs[@]}"; do
+    path="$repository/build/default/tests/$program"
+    VELLIS_WRITE_PAGES=1 "$path" >/dev/null ||
+        fail "the pages could not be written: run '$path' to see why."
+done
 say "The generated parts of $repository/docs are written; 'git diff docs' shows what is new."

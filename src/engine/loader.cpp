@@ -2,6 +2,8 @@
 
 #include "engine/loader.hpp"
 
+#include <cstring>
+
 #include <vellis/gl.hpp>
 
 #ifdef _WIN32
@@ -52,17 +54,35 @@ void install(const EntryPoints& table) {
 #undef VELLIS_LOADER_FLAG
 }
 
+PFNGLGETSTRINGIPROC getStringi = nullptr;
+
+/// glGetStringi for the time of a load: the generated loader measures what it gives, null or not.
+const GLubyte* GLAD_API_PTR stringOrEmpty(GLenum name, GLuint index) {
+    const GLubyte* const text = getStringi(name, index);
+    return text != nullptr ? text : reinterpret_cast<const GLubyte*>("");
+}
+
+/// The entry point that the generated loader is to use.
+GLADapiproc forLoading(const char* name, GLADapiproc entryPoint) {
+    if (entryPoint == nullptr || std::strcmp(name, "glGetStringi") != 0)
+        return entryPoint;
+    getStringi = reinterpret_cast<PFNGLGETSTRINGIPROC>(entryPoint);
+    return reinterpret_cast<GLADapiproc>(stringOrEmpty);
+}
+
 /// The version, and the pointers of entry points that only a former context had, must not outlive
 /// that context: they are cleared first and come back only where the load fails as a whole.
 template <class Lookup>
 bool load(Lookup lookup) {
     const auto call = [](void* userptr, const char* name) -> GLADapiproc {
-        return (*static_cast<Lookup*>(userptr))(name);
+        return forLoading(name, (*static_cast<Lookup*>(userptr))(name));
     };
     const EntryPoints before = current();
     install(EntryPoints{});
     const int version = vellis_gladLoadGLUserPtr(call, &lookup);
     GLVersion = {GLAD_VERSION_MAJOR(version), GLAD_VERSION_MINOR(version)};
+    if (glad_glGetStringi == stringOrEmpty)
+        glad_glGetStringi = getStringi;
     if (version == 0)
         install(before);
     return version != 0;

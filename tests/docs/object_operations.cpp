@@ -80,16 +80,19 @@ std::shared_ptr<Program> makeProgram(FakeGl& gl) {
 }
 
 void useUnsignedUniforms(UseRecorder& use, Program& program) {
+    const std::vector<unsigned int> array(2);
     use("setUniform", [&] {
         program.setUniform("u", 1u);
         program.setUniform("u2", glm::uvec2(1));
         program.setUniform("u3", glm::uvec3(1));
         program.setUniform("u4", glm::uvec4(1));
-        program.setUniform("us", std::vector<unsigned int>(2));
+        program.setUniform("us", array);
     });
 }
 
 void useUniforms(UseRecorder& use, Program& program, const Texture& texture) {
+    const std::vector<int> integers(2);
+    const std::vector<float> floats(2);
     use("setUniform", [&] {
         program.setUniform("i", 1);
         program.setUniform("i2", glm::ivec2(1));
@@ -101,8 +104,8 @@ void useUniforms(UseRecorder& use, Program& program, const Texture& texture) {
         program.setUniform("f4", glm::vec4(1));
         program.setUniform("m3", glm::mat3(1));
         program.setUniform("m4", glm::mat4(1));
-        program.setUniform("is", std::vector<int>(2));
-        program.setUniform("fs", std::vector<float>(2));
+        program.setUniform("is", integers);
+        program.setUniform("fs", floats);
     });
     useUnsignedUniforms(use, program);
     // A context that has them from the extension alone.

@@ -198,6 +198,20 @@ std::string entryPointTable(const std::vector<Use>& uses) {
     return text;
 }
 
+std::string classTable(const std::vector<Use>& uses) {
+    std::vector<Operation> operations;
+    for (const Use& use : uses)
+        addTo(operations, use);
+    std::string text = "| class or namespace | operations |\n|---|---|\n";
+    for (const std::string& scope : scopesOf(operations)) {
+        Names names;
+        for (const Operation& operation : ofScope(operations, scope))
+            names.push_back(code(operation.name));
+        text += "| " + code(scope) + " | " + list(names) + " |\n";
+    }
+    return text;
+}
+
 std::string operationTable(const std::vector<Use>& uses, const std::string& family) {
     std::string text = "| operation | calls |\n|---|---|\n";
     for (const Operation& operation : operationsOf(uses, family)) {

@@ -13,6 +13,9 @@ namespace vellis::test {
 /// Every entry point, and the operations that call it.
 std::string entryPointTable(const std::vector<Use>& uses);
 
+/// For every class the operations that are among the uses.
+std::string classTable(const std::vector<Use>& uses);
+
 /// Every operation of a family, and the entry points that it calls, in the order of their first
 /// call.
 std::string operationTable(const std::vector<Use>& uses, const std::string& family);

@@ -4,7 +4,7 @@
 
 /// \file
 /// Allocations that fail. The program that this is part of has operators new and delete that can
-/// fail, and cannot use support/allocation_count.hpp, which has its own.
+/// fail, and cannot use allocationCount(), which has its own.
 
 namespace vellis::test {
 

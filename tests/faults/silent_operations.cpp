@@ -5,17 +5,11 @@
 #include <vellis/internal.hpp>
 #include <vellis/shading.hpp>
 
+#include "faults/linked_again.hpp"
 #include "support/stderr_capture.hpp"
 
 namespace vellis::test {
 namespace {
-
-/// A program of an application's that links once more.
-class LinkedAgain : public Program {
-public:
-    LinkedAgain() : Program(VertexShader::make(""), FragmentShader::make("")) {}
-    using Program::link;
-};
 
 void useRegistries(UseRecorder& use) {
     const auto buffer =
@@ -40,8 +34,8 @@ void usePrograms(UseRecorder& use) {
     use("link", [&] { program.link(); });
     use("link (with outputs)", [&] { program.link({2, 0, 2}); });
     Uniform<std::vector<float>> handle("fs", {1.f, 2.f});
-    use("setUniform (an array of more elements)",
-        [&] { program.setUniform("fs", std::vector<float>(8)); });
+    const std::vector<float> more(8);
+    use("setUniform (an array of more elements)", [&] { program.setUniform("fs", more); });
     use("setUniform (a handle)", [&] { program.setUniform(handle); });
     use.of("Uniform");
     use("copy (of an array)", [&] { return Uniform<std::vector<float>>(handle); });
@@ -49,6 +43,9 @@ void usePrograms(UseRecorder& use) {
 
 void useMessages(UseRecorder& use) {
     const StderrCapture silence;
+    use.gl.setCompileLog("0:1(1): error: syntax error");
+    use.gl.setLinkLog("error: the vertex shader did not compile");
+    const auto program = Program::make("", "");
     use.of("internal");
     use("log", [] { internal::log("title", "%d", 1); });
     use("log (with a file)", [] { internal::log("file", 1, "title", "%d", 1); });
@@ -56,6 +53,9 @@ void useMessages(UseRecorder& use) {
     use("not_implemented", [] { internal::not_implemented("what", "file", 1); });
     use("not_tested", [] { internal::not_tested("what", "file", 1); });
     use("print_shader (a text)", [] { internal::print_shader("void main() {\n  discard;\n}\n"); });
+    use("print_shader_compilation_info",
+        [&] { internal::print_shader_compilation_info(program->id()); });
+    use("print_program_link_info", [&] { internal::print_program_link_info(program->id()); });
     use.gl.setState(GL_DEPTH_TEST, {1});
     use("diff_gl_states (with a difference)", [] { internal::diff_gl_states(); });
     use.gl.setState(GL_DEPTH_TEST, {0});

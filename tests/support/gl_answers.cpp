@@ -288,8 +288,10 @@ void GlScript::answerState(AnswerTable& answers) {
     answers.set(glad_glCheckFramebufferStatus, [this](GLenum) { return framebufferStatus_; });
 }
 
-void GlScript::answerImageStorage(AnswerTable& answers) {
-    // There are no images: all that their storage can do is to fail.
+void GlScript::answerImages(AnswerTable& answers) {
+    // There are no images: what is known of them is the script's, and their storage can only fail.
+    answers.set(glad_glGetTexLevelParameteriv,
+                [this](GLenum, GLint, GLenum pname, GLint* out) { query(pname, 0, out); });
     const auto store = [this](auto&&...) {
         if (isOutOfMemory_)
             queueError(GL_OUT_OF_MEMORY);
@@ -446,7 +448,7 @@ void GlScript::answerAll(AnswerTable& answers, const bool& recordingFlag) {
     answerBindings(answers);
     answerBuffers(answers);
     answerState(answers);
-    answerImageStorage(answers);
+    answerImages(answers);
     answerShaders(answers);
     answerPrograms(answers);
 }

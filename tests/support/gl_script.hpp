@@ -256,7 +256,7 @@ private:
     void answerBindings(AnswerTable& answers);
     void answerBuffers(AnswerTable& answers);
     void answerState(AnswerTable& answers);
-    void answerImageStorage(AnswerTable& answers);
+    void answerImages(AnswerTable& answers);
     void answerShaders(AnswerTable& answers);
     void answerPrograms(AnswerTable& answers);
     template <class Gen, class Delete>

@@ -1,0 +1,80 @@
+/// What objects hold after an operation on them ran out of memory.
+
+#include <new>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <vellis/internal.hpp>
+#include <vellis/shading.hpp>
+
+#include "faults/failing_allocations.hpp"
+#include "faults/linked_again.hpp"
+#include "support/allocation_count.hpp"
+#include "support/fake_gl.hpp"
+#include "support/stderr_capture.hpp"
+
+namespace {
+
+using namespace vellis;
+using vellis::test::FailingAllocations;
+using vellis::test::FakeGl;
+
+class AllocationEffects : public testing::Test {
+protected:
+    void SetUp() override { SKIP_WITHOUT_LIBRARY_ALLOCATIONS(); }
+    void TearDown() override { gl.ignoreTheRest(); }
+
+    FakeGl gl;
+};
+
+/// Repeats \p action with allocation 1, 2, 3 … failing until it succeeds.
+/// \return how often it failed; \p check is called after each time.
+template <class Action, class Check>
+std::size_t failUntilItSucceeds(Action action, Check check) {
+    for (std::size_t number = 1;; ++number) {
+        try {
+            const FailingAllocations failing(number, FailingAllocations::Extent::One);
+            action();
+            return number - 1;
+        } catch (const std::bad_alloc&) {
+        }
+        check();
+    }
+}
+
+TEST_F(AllocationEffects, ProgramHasAllUniformsAndAttributesOrNone) {
+    gl.setActiveUniforms({{"color", GL_FLOAT_VEC4}, {"mvp", GL_FLOAT_MAT4}});
+    gl.setActiveAttributes({{"position", GL_FLOAT_VEC2}});
+    test::LinkedAgain program;
+    const auto hasAllOrNone = [&] {
+        EXPECT_EQ(program.hasUniform("color"), program.hasAttrib("position"));
+        EXPECT_EQ(program.hasUniform("mvp"), program.hasAttrib("position"));
+        EXPECT_FALSE(program.isBound());
+    };
+    EXPECT_GT(failUntilItSucceeds([&] { program.link(); }, hasAllOrNone), 5u);
+    EXPECT_TRUE(program.hasUniform("color") && program.hasUniform("mvp"));
+    EXPECT_TRUE(program.hasAttrib("position"));
+}
+
+TEST_F(AllocationEffects, HandleKeepsItsValue) {
+    gl.setActiveUniforms({{"weights[0]", GL_FLOAT, 2}});
+    const auto program = Program::make("", "");
+    const std::vector<float> more(64, 1.f);
+    const auto& value = program->getUniform<std::vector<float>>("weights").value;
+    const auto keepsIt = [&] { EXPECT_EQ(value, std::vector<float>(2)); };
+    EXPECT_EQ(failUntilItSucceeds([&] { program->setUniform("weights", more); }, keepsIt), 1u);
+    EXPECT_EQ(value, more);
+}
+
+TEST_F(AllocationEffects, DiffTellsAChangeAfterItCouldNot) {
+    gl.setState(GL_ACTIVE_TEXTURE, {GL_TEXTURE0});
+    test::StderrCapture capture;
+    internal::diff_gl_states();
+    gl.setState(GL_ACTIVE_TEXTURE, {GL_TEXTURE1});
+    capture.take();
+    EXPECT_GT(failUntilItSucceeds(internal::diff_gl_states, [&] { EXPECT_EQ(capture.take(), ""); }),
+              0u);
+    EXPECT_EQ(capture.take(), "Corvane DIFF : ACTIVE_TEXTURE = GL_TEXTURE0 -> GL_TEXTURE1\n");
+}
+
+} // namespace
