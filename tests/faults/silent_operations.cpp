@@ -52,7 +52,8 @@ void useMessages(UseRecorder& use) {
     use("warning_fail", [] { internal::warning_fail("condition", "file", 1, "%d", 1); });
     use("not_implemented", [] { internal::not_implemented("what", "file", 1); });
     use("not_tested", [] { internal::not_tested("what", "file", 1); });
-    use("print_shader (a text)", [] { internal::print_shader("void main() {\n  discard;\n}\n"); });
+    use("print_shader (a text)",
+        [] { internal::print_shader("void main() {\n  gl_FragColor = vec4(1.0);\n}\n"); });
     use("print_shader_compilation_info",
         [&] { internal::print_shader_compilation_info(program->id()); });
     use("print_program_link_info", [&] { internal::print_program_link_info(program->id()); });
