@@ -36,7 +36,7 @@ void countAll(const std::vector<Workload>& workloads) {
         if (workload.where == Where::Driver)
             continue;
         for (const unsigned int size : workload.sizes) {
-            NullDriver::setVariables(workload.uniforms(size), attributes());
+            NullDriver::setVariables(workload.uniforms(size), workload.attributes());
             for (const Implementation& implementation : workload.implementations)
                 count(workload.name, size, implementation);
         }

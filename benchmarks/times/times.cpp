@@ -64,7 +64,7 @@ void report(benchmark::State& state, const std::vector<Implementation>& implemen
 }
 
 void measure(benchmark::State& state, const Workload& workload, unsigned int size) {
-    NullDriver::setVariables(workload.uniforms(size), attributes());
+    NullDriver::setVariables(workload.uniforms(size), workload.attributes());
     std::vector<std::unique_ptr<Side>> sides;
     std::vector<unsigned int> counts;
     for (const Implementation& implementation : workload.implementations) {

@@ -29,7 +29,10 @@ struct RawMake {
 };
 
 struct Make {
-    void operator()() const { makeBuffer(); }
+    void operator()() const {
+        VertexAttributeBuffer<float>::make(contents.data(), numFloats, BufferUsage::Static,
+                                           BufferAccess::Draw);
+    }
 };
 
 /// A buffer that is there before.

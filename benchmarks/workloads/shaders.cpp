@@ -4,8 +4,8 @@
 
 namespace vellis::bench {
 
-Variables attributes() {
-    return {{"position", GL_FLOAT_VEC2}, {"position_t", GL_FLOAT_VEC3}};
+Variables flatAttributes() {
+    return {{"position", GL_FLOAT_VEC2}};
 }
 
 Variables flatUniforms(unsigned int) {

@@ -15,8 +15,8 @@ struct Variable {
 };
 using Variables = std::vector<Variable>;
 
-/// The attributes that the programs here read.
-Variables attributes();
+/// `position`: the attribute of all programs here but those for dashed lines.
+Variables flatAttributes();
 
 /// `mvp` and `color`: the uniforms of flatProgram(), whatever the size of the workload.
 Variables flatUniforms(unsigned int size);

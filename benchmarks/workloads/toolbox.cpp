@@ -41,6 +41,10 @@ Variables toolboxUniforms(unsigned int) {
             {"softness", GL_FLOAT}};
 }
 
+Variables dashAttributes() {
+    return {{"position_t", GL_FLOAT_VEC3}};
+}
+
 // --- By hand ---
 
 /// A built-in program in GL's numbers: its name, and the locations of what the Toolbox sets.
@@ -363,11 +367,16 @@ struct Rect {
 };
 
 template <class Raw, class Vellis>
-Workload workload(const char* name, const char* description,
-                  std::vector<unsigned int> sizes = {12}) {
-    return {name,           description, {{"raw", makeSide<Raw>}, {"vellis", makeSide<Vellis>}},
-            Where::Both,    Calls::Same, std::move(sizes),
-            toolboxUniforms};
+Workload workload(const char* name, const char* description, std::vector<unsigned int> sizes = {12},
+                  Variables (*attributes)() = flatAttributes) {
+    return {name,
+            description,
+            {{"raw", makeSide<Raw>}, {"vellis", makeSide<Vellis>}},
+            Where::Both,
+            Calls::Same,
+            std::move(sizes),
+            toolboxUniforms,
+            attributes};
 }
 
 } // namespace
@@ -387,7 +396,7 @@ std::vector<Workload> toolboxWorkloads() {
             "toolbox/triangle_strip", "drawTriangleStrip"),
         workload<RawPoints, Discs>("toolbox/points", "drawPoints"),
         workload<RawBullseyes, Bullseyes>("toolbox/bullseyes", "drawBullseyes"),
-        workload<RawDashes, Dashes>("toolbox/dashes", "drawDashLineStrip", sizes),
+        workload<RawDashes, Dashes>("toolbox/dashes", "drawDashLineStrip", sizes, dashAttributes),
         workload<RawQuad, Quad>("toolbox/quad", "drawQuad with an outline", {4}),
         workload<RawRect, Rect>("toolbox/rect", "drawRect", {4}),
         workload<RawFlatFromBuffer, FlatFromBuffer>(

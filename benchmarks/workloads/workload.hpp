@@ -72,8 +72,9 @@ struct Workload {
     /// How much of something there is: one size for a plain workload, several for a curve of
     /// growth.
     std::vector<unsigned int> sizes = {1};
-    /// The active uniforms that programs report on the null driver, by size.
+    /// The active uniforms and attributes that programs report on the null driver.
     Variables (*uniforms)(unsigned int size) = flatUniforms;
+    Variables (*attributes)() = flatAttributes;
 };
 
 /// All workloads of the library.

@@ -38,7 +38,7 @@ std::vector<vellis::test::ActiveVariable> active(const Variables& variables) {
 std::vector<std::string> calls(const Case& c, const Implementation& implementation) {
     FakeGl gl;
     gl.setActiveUniforms(active(c.workload.uniforms(c.size)));
-    gl.setActiveAttributes(active(attributes()));
+    gl.setActiveAttributes(active(c.workload.attributes()));
     std::vector<std::string> made;
     {
         const std::unique_ptr<Side> side = implementation.make(c.size);
