@@ -1,9 +1,12 @@
-/// Prints what the tests on a driver would run on, in three lines: GL_RENDERER, GL_VERSION and
-/// GL_SHADING_LANGUAGE_VERSION of the context that the environment asks for.
+/// Prints what the tests on a driver would run on, in the context that the environment asks for:
+/// GL_RENDERER, GL_VERSION and GL_SHADING_LANGUAGE_VERSION in three lines, or with `--extensions`
+/// GL_EXTENSIONS, one a line.
 
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -14,26 +17,50 @@
 
 namespace {
 
-void printDriver() {
+std::unique_ptr<offscreen::Context> openContext() {
     offscreen::Settings settings;
     std::string error;
     if (!offscreen::platformFromEnvironment(settings.platform, error))
         throw std::runtime_error(error);
-    const auto context = offscreen::Context::open(settings, error);
+    auto context = offscreen::Context::open(settings, error);
     if (context == nullptr)
         throw std::runtime_error(error);
     const auto hidden = extensionToHide();
     if (!context->loadEntryPoints() || (hidden && !hide(*hidden)))
         throw std::runtime_error("The GL entry points cannot be loaded.");
+    return context;
+}
+
+std::string text(GLenum name) {
+    const GLubyte* answer = glGetString(name);
+    return answer != nullptr ? reinterpret_cast<const char*>(answer) : "";
+}
+
+void printDriver() {
     for (const GLenum name : {GL_RENDERER, GL_VERSION, GL_SHADING_LANGUAGE_VERSION})
-        std::puts(reinterpret_cast<const char*>(glGetString(name)));
+        std::puts(text(name).c_str());
+}
+
+void printExtensions() {
+    std::istringstream extensions(text(GL_EXTENSIONS));
+    for (std::string extension; extensions >> extension;)
+        std::puts(extension.c_str());
 }
 
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    const bool extensions = argc == 2 && std::string(argv[1]) == "--extensions";
+    if (argc > 1 && !extensions) {
+        std::fputs("Usage: vellis_driver [--extensions]\n", stderr);
+        return EXIT_FAILURE;
+    }
     try {
-        printDriver();
+        const auto context = openContext();
+        if (extensions)
+            printExtensions();
+        else
+            printDriver();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return EXIT_FAILURE;

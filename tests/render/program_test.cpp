@@ -219,9 +219,8 @@ class PortableSourceRender : public ProgramRender,
                              public testing::WithParamInterface<VersionRow> {};
 
 TEST_P(PortableSourceRender, CompilesLinksAndDraws) {
-    const auto offered =
-        std::stof(reinterpret_cast<const char*>(glGetString(GL_SHADING_LANGUAGE_VERSION)));
-    if (offered < GetParam().needed)
+    const auto* offered = reinterpret_cast<const char*>(glGetString(GL_SHADING_LANGUAGE_VERSION));
+    if (std::stof(offered) < GetParam().needed)
         GTEST_SKIP() << "the context offers GLSL " << offered;
     const auto vertexShader = VertexShader::make("IN vec2 position; \n"
                                                  "OUT vec2 place; \n"

@@ -519,8 +519,9 @@ using Snapshot = std::map<std::string, std::vector<double>>;
 template <class T, unsigned int N, unsigned int pname>
 void add(Snapshot& snapshot, const char* name) {
     state::State<T, N, pname> record{};
-    get(record);
-    snapshot[name].assign(record.value, record.value + N);
+    if (knows(pname))
+        get(record);
+    snapshot[name].assign(record.value, record.value + (knows(pname) ? N : 0));
 }
 
 /// Constants of the driver among the tracked states.
@@ -530,11 +531,14 @@ const std::set<std::string> constants = {"GL_POINT_SIZE_GRANULARITY",
 /// A tracked state; none of them has more than four values.
 std::vector<double> trackedState(unsigned int pname, unsigned int count) {
     double values[4] = {};
+    if (!knows(pname))
+        return {};
     glGetDoublev(pname, values);
     return {values, values + count};
 }
 
-/// All that has a record or is tracked, and what a call may leave changed besides.
+/// All that has a record or is tracked, and what a call may leave changed besides; without values
+/// where the context lacks it, as OpenGL 2.1 does the bindings of array and rectangle textures.
 Snapshot takeSnapshot() {
     Snapshot snapshot;
 #define VELLIS_STATE(T, N, pname, queries, command) add<T, N, pname>(snapshot, #pname);
@@ -586,7 +590,8 @@ const FamilyRow families[] = {
 class ToolboxStateRender : public ToolboxRender, public testing::WithParamInterface<FamilyRow> {
 protected:
     void SetUp() override {
-        SKIP_WITHOUT_EVERY_STATE();
+        SKIP_WITHOUT(Extension::VertexArrays);
+        SKIP_WITHOUT(Extension::Framebuffers);
         glPushAttrib(GL_ALL_ATTRIB_BITS);
         glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
         program = Program::make("void main() { gl_Position = gl_Vertex; }",
@@ -612,11 +617,22 @@ protected:
 
     void setObjects() {
         glActiveTexture(GL_TEXTURE3);
-        constexpr GLenum targets[numTextures] = {
-            GL_TEXTURE_1D,       GL_TEXTURE_2D,       GL_TEXTURE_3D,      GL_TEXTURE_RECTANGLE,
-            GL_TEXTURE_CUBE_MAP, GL_TEXTURE_1D_ARRAY, GL_TEXTURE_2D_ARRAY};
-        for (int i = 0; i < numTextures; ++i)
-            glBindTexture(targets[i], textures[i]);
+        struct BindingRow {
+            GLenum target;
+            GLenum binding;
+        };
+        constexpr BindingRow bindings[numTextures] = {
+            {GL_TEXTURE_1D, GL_TEXTURE_BINDING_1D},
+            {GL_TEXTURE_2D, GL_TEXTURE_BINDING_2D},
+            {GL_TEXTURE_3D, GL_TEXTURE_BINDING_3D},
+            {GL_TEXTURE_RECTANGLE, GL_TEXTURE_BINDING_RECTANGLE},
+            {GL_TEXTURE_CUBE_MAP, GL_TEXTURE_BINDING_CUBE_MAP},
+            {GL_TEXTURE_1D_ARRAY, GL_TEXTURE_BINDING_1D_ARRAY},
+            {GL_TEXTURE_2D_ARRAY, GL_TEXTURE_BINDING_2D_ARRAY}};
+        for (int i = 0; i < numTextures; ++i) {
+            if (knows(bindings[i].binding))
+                glBindTexture(bindings[i].target, textures[i]);
+        }
         glReadBuffer(GL_NONE);
         glBindFramebuffer(GL_DRAW_FRAMEBUFFER, framebuffer);
         attach(GL_COLOR_ATTACHMENT0, GL_RGBA8, renderbuffers[0]);
@@ -691,7 +707,8 @@ TEST_P(ToolboxStateRender, IsAsBeforeButForWhatIsDocumented) {
     setValues();
     const Snapshot before = takeSnapshot();
     for (const auto& [name, values] : before)
-        EXPECT_EQ(values == defaults.at(name), constants.count(name) == 1) << name;
+        EXPECT_EQ(values == defaults.at(name), constants.count(name) == 1 || values.empty())
+            << name;
 
     GetParam().call();
 
