@@ -1,5 +1,7 @@
 #include <vellis/buffers/buffer_object.hpp>
 
+#include <vellis/buffers/element_buffer.hpp>
+#include <vellis/buffers/vertex_buffer.hpp>
 #include <vellis/gl.hpp>
 
 #include "engine/entry_point.hpp"
@@ -7,17 +9,23 @@
 namespace vellis {
 namespace {
 
-/// The GL usage hint, or 0 where one of the two is not an enumerator.
-unsigned int usageHint(BufferUsage usage, BufferAccess access) {
-    static constexpr unsigned int hints[3][3] = {
-        {GL_STREAM_DRAW, GL_STREAM_READ, GL_STREAM_COPY},
-        {GL_STATIC_DRAW, GL_STATIC_READ, GL_STATIC_COPY},
-        {GL_DYNAMIC_DRAW, GL_DYNAMIC_READ, GL_DYNAMIC_COPY},
-    };
+/// The GL usage hint, in whose number usage counts by four and access by one; or 0 where one of the
+/// two is not an enumerator.
+constexpr unsigned int usageHint(BufferUsage usage, BufferAccess access) {
     const auto row = static_cast<unsigned int>(usage);
     const auto column = static_cast<unsigned int>(access);
-    return row < 3 && column < 3 ? hints[row][column] : 0;
+    return row < 3 && column < 3 ? GL_STREAM_DRAW + 4 * row + column : 0;
 }
+
+static_assert(usageHint(BufferUsage::Stream, BufferAccess::Draw) == GL_STREAM_DRAW);
+static_assert(usageHint(BufferUsage::Stream, BufferAccess::Read) == GL_STREAM_READ);
+static_assert(usageHint(BufferUsage::Stream, BufferAccess::Copy) == GL_STREAM_COPY);
+static_assert(usageHint(BufferUsage::Static, BufferAccess::Draw) == GL_STATIC_DRAW);
+static_assert(usageHint(BufferUsage::Static, BufferAccess::Read) == GL_STATIC_READ);
+static_assert(usageHint(BufferUsage::Static, BufferAccess::Copy) == GL_STATIC_COPY);
+static_assert(usageHint(BufferUsage::Dynamic, BufferAccess::Draw) == GL_DYNAMIC_DRAW);
+static_assert(usageHint(BufferUsage::Dynamic, BufferAccess::Read) == GL_DYNAMIC_READ);
+static_assert(usageHint(BufferUsage::Dynamic, BufferAccess::Copy) == GL_DYNAMIC_COPY);
 
 /// The access bits of a mapping, or \p otherwise where \p access is not an enumerator.
 unsigned int accessBits(MapAccess access, unsigned int otherwise) {
@@ -37,14 +45,21 @@ BufferObject::BufferObject(unsigned int target, const void* data, unsigned int n
     : target_(target),
       usage_(usageHint(usage, access)),
       numBytes_(numBytes) {
+    static_assert(arrayTarget == GL_ARRAY_BUFFER);
+    static_assert(elementArrayTarget == GL_ELEMENT_ARRAY_BUFFER);
     glGenBuffers(1, &id_);
-    load(data, numBytes);
+    allocate(data);
 }
 
 BufferObject::~BufferObject() {
     if (id_ != 0)
         glDeleteBuffers(1, &id_);
 }
+
+// Here, where they take in the base's instead of calling it.
+ArrayBuffer::~ArrayBuffer() = default;
+ElementBuffer::~ElementBuffer() = default;
+VertexBuffer::~VertexBuffer() = default;
 
 void BufferObject::dispose() {
     if (id_ != 0)
@@ -62,17 +77,22 @@ void BufferObject::unbind() const {
     glBindBuffer(target_, 0);
 }
 
+inline void BufferObject::allocate(const void* data) {
+    glBindBuffer(target_, id_);
+    glBufferData(target_, numBytes_, nullptr, usage_);
+    if (data != nullptr)
+        glBufferSubData(target_, 0, numBytes_, data);
+    glBindBuffer(target_, 0);
+}
+
 void BufferObject::alloc(unsigned int numBytes) {
     load(nullptr, numBytes);
 }
 
 void BufferObject::load(const void* data, unsigned int numBytes) {
     numBytes_ = numBytes;
-    bind();
-    glBufferData(target_, numBytes, nullptr, usage_);
-    if (data != nullptr)
-        glBufferSubData(target_, 0, numBytes, data);
-    unbind();
+    bound_ = false;
+    allocate(data);
 }
 
 void BufferObject::load(const void* data, unsigned int offset, unsigned int numBytes) {

@@ -26,10 +26,12 @@ public:
 
 protected:
     /// A buffer with undefined contents.
-    ArrayBuffer(unsigned int numBytes, BufferUsage usage, BufferAccess access);
+    ArrayBuffer(unsigned int numBytes, BufferUsage usage, BufferAccess access)
+        : ArrayBuffer(nullptr, numBytes, usage, access) {}
 
     /// A buffer filled with \p numBytes bytes of \p data, unless that is null.
-    ArrayBuffer(const void* data, unsigned int numBytes, BufferUsage usage, BufferAccess access);
+    ArrayBuffer(const void* data, unsigned int numBytes, BufferUsage usage, BufferAccess access)
+        : BufferObject(arrayTarget, data, numBytes, usage, access) {}
 
     using BufferObject::flushAndUnmap;
 };

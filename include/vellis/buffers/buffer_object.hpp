@@ -69,6 +69,9 @@ public:
     unsigned int numBytes() const { return numBytes_; }
 
 protected:
+    static constexpr unsigned int arrayTarget = 0x8892;        ///< `GL_ARRAY_BUFFER`
+    static constexpr unsigned int elementArrayTarget = 0x8893; ///< `GL_ELEMENT_ARRAY_BUFFER`
+
     /// Makes the GL buffer and its store: `glGenBuffers`, then bound, `glBufferData` without
     /// contents, and `glBufferSubData` where \p data is not null. The store is always allocated
     /// first and filled by an upload of its own.
@@ -114,6 +117,9 @@ protected:
     void unmap(bool flush);
 
 private:
+    /// Makes a store of `numBytes_` bytes, and fills it unless \p data is null.
+    void allocate(const void* data);
+
     bool isMapped() const { return mapAccess_ != 0; }
     bool isFlushable() const;
 

@@ -27,10 +27,12 @@ public:
 
 protected:
     /// A buffer with undefined contents.
-    ElementBuffer(unsigned int numBytes, BufferUsage usage, BufferAccess access);
+    ElementBuffer(unsigned int numBytes, BufferUsage usage, BufferAccess access)
+        : ElementBuffer(nullptr, numBytes, usage, access) {}
 
     /// A buffer filled with \p numBytes bytes of \p data, unless that is null.
-    ElementBuffer(const void* data, unsigned int numBytes, BufferUsage usage, BufferAccess access);
+    ElementBuffer(const void* data, unsigned int numBytes, BufferUsage usage, BufferAccess access)
+        : BufferObject(elementArrayTarget, data, numBytes, usage, access) {}
 
     using BufferObject::flushAndUnmap;
 };

@@ -23,10 +23,12 @@ public:
 
 protected:
     /// A buffer with undefined contents.
-    VertexBuffer(unsigned int numBytes, BufferUsage usage, BufferAccess access);
+    VertexBuffer(unsigned int numBytes, BufferUsage usage, BufferAccess access)
+        : ArrayBuffer(numBytes, usage, access) {}
 
     /// A buffer filled with \p numBytes bytes of \p data, unless that is null.
-    VertexBuffer(const void* data, unsigned int numBytes, BufferUsage usage, BufferAccess access);
+    VertexBuffer(const void* data, unsigned int numBytes, BufferUsage usage, BufferAccess access)
+        : ArrayBuffer(data, numBytes, usage, access) {}
 };
 
 } // namespace vellis

@@ -1,18 +1,18 @@
 #pragma once
 
 #include <memory>
-#include <utility>
 
 namespace vellis::detail {
 
 /// `std::make_shared` for a class whose constructors are protected: object and reference count in
-/// one allocation.
+/// one allocation. Arguments go by value: they are numbers and pointers, which then stay in
+/// registers.
 template <class T, class... Arguments>
-std::shared_ptr<T> makeShared(Arguments&&... arguments) {
+inline std::shared_ptr<T> makeShared(Arguments... arguments) {
     struct Constructible : T {
-        explicit Constructible(Arguments&&... passed) : T(std::forward<Arguments>(passed)...) {}
+        explicit Constructible(Arguments... passed) : T(passed...) {}
     };
-    return std::make_shared<Constructible>(std::forward<Arguments>(arguments)...);
+    return std::make_shared<Constructible>(arguments...);
 }
 
 } // namespace vellis::detail
