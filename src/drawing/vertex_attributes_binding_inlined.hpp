@@ -5,7 +5,8 @@
 
 namespace vellis {
 
-/// What every draw does, free of the calls that functions of another source would take.
+/// What every draw does, free of the calls that functions of another source would take, and of what
+/// is to be undone when GL throws, which it does not.
 struct VertexAttributesBinding::Inlined {
     static void bind(const VertexAttributesBinding& binding) {
         if (glBindVertexArray == nullptr)
@@ -14,7 +15,7 @@ struct VertexAttributesBinding::Inlined {
         glBindVertexArray(binding.id_);
     }
 
-    static void unbind() {
+    static void unbind() noexcept {
         current_ = nullptr;
         if (glBindVertexArray != nullptr)
             glBindVertexArray(0);

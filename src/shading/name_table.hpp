@@ -27,8 +27,9 @@ public:
 
     /// Puts the objects in order.
     void sort() {
-        std::stable_sort(entries_.begin(), entries_.end(),
-                         [](const Entry& a, const Entry& b) { return order(a, b.name) < 0; });
+        std::stable_sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) {
+            return order(a, b.name.data(), b.name.size()) < 0;
+        });
         const auto end =
             std::unique(entries_.begin(), entries_.end(),
                         [](const Entry& a, const Entry& b) { return a.name == b.name; });
@@ -38,24 +39,19 @@ public:
     /// Lets go of all objects.
     void clear() { entries_.clear(); }
 
-    /// The object of that name, or null; a null name has none.
-    T* find(const char* name) const {
-        if (name == nullptr)
-            return nullptr;
-        const Entry* first = entries_.data();
-        std::size_t count = entries_.size();
-        while (count > 0) {
-            const std::size_t half = count / 2;
-            const Entry* const middle = first + half;
-            const int difference = order(*middle, name);
+    /// The object of that name, or null.
+    T* find(const char* name, std::size_t length) const {
+        std::size_t first = 0;
+        std::size_t last = entries_.size();
+        while (first < last) {
+            const std::size_t middle = (first + last) / 2;
+            const int difference = order(entries_[middle], name, length);
             if (difference == 0)
-                return middle->object.get();
-            if (difference > 0) {
-                count = half;
-            } else {
+                return entries_[middle].object.get();
+            if (difference > 0)
+                last = middle;
+            else
                 first = middle + 1;
-                count -= half + 1;
-            }
         }
         return nullptr;
     }
@@ -66,15 +62,32 @@ private:
         std::shared_ptr<T> object;
     };
 
-    /// As strcmp, which is not called for names that differ at once, as most do.
-    static int order(const Entry& entry, const char* name) {
-        const char* const own = entry.name.c_str();
-        const auto first = static_cast<unsigned char>(*own);
-        const auto second = static_cast<unsigned char>(*name);
-        return first != second ? first - second : std::strcmp(own, name);
+    /// By length, then by the bytes, four at a time: no alphabet, but an order, and found without a
+    /// call.
+    static int order(const Entry& entry, const char* name, std::size_t length) {
+        if (entry.name.size() != length)
+            return entry.name.size() < length ? -1 : 1;
+        const char* const own = entry.name.data();
+        std::size_t i = 0;
+        for (; i + sizeof(unsigned int) <= length; i += sizeof(unsigned int)) {
+            if (const int difference = order<unsigned int>(own + i, name + i))
+                return difference;
+        }
+        for (; i < length; ++i) {
+            if (const int difference = order<char>(own + i, name + i))
+                return difference;
+        }
+        return 0;
     }
-    static int order(const Entry& entry, const std::string& name) {
-        return order(entry, name.c_str());
+
+    /// The order of the numbers whose bytes stand in two places.
+    template <class Number>
+    static int order(const char* a, const char* b) {
+        Number first;
+        Number second;
+        std::memcpy(&first, a, sizeof(Number));
+        std::memcpy(&second, b, sizeof(Number));
+        return first == second ? 0 : first < second ? -1 : 1;
     }
 
     std::vector<Entry> entries_;

@@ -132,10 +132,9 @@ void Program::bind() const {
 
 void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
     bind();
-    const VertexAttributesBinding* const bound = binding.get();
     std::shared_ptr<VertexAttributesBinding>(binding).swap(attributesBinding_);
-    if (bound != nullptr)
-        VertexAttributesBinding::Inlined::bind(*bound);
+    if (attributesBinding_ != nullptr)
+        VertexAttributesBinding::Inlined::bind(*attributesBinding_);
 }
 
 void Program::bind(const Drawable& drawable) const {
@@ -145,8 +144,8 @@ void Program::bind(const Drawable& drawable) const {
 void Program::unbind() const {
     bound_ = false;
     if (attributesBinding_ != nullptr) {
+        const std::shared_ptr<VertexAttributesBinding> unbound = std::move(attributesBinding_);
         VertexAttributesBinding::Inlined::unbind();
-        attributesBinding_.reset();
     }
     glUseProgram(0);
 }
@@ -163,8 +162,9 @@ void Program::beginAttributesBinding() const {
 }
 
 std::shared_ptr<VertexAttributesBinding> Program::finishAttributesBinding() const {
+    std::shared_ptr<VertexAttributesBinding> finished = std::move(attributesBinding_);
     VertexAttributesBinding::Inlined::unbind();
-    return std::move(attributesBinding_);
+    return finished;
 }
 
 const Program& Program::current() {
@@ -201,28 +201,18 @@ void Program::link(std::initializer_list<unsigned int> outputs) {
     addOutputs(outputs);
 }
 
-UniformVariable* Program::findUniform(const char* name) const {
-    return variables_ != nullptr ? variables_->uniforms.find(name) : nullptr;
+UniformVariable* Program::findUniform(const char* name, std::size_t length) const {
+    return variables_ != nullptr ? variables_->uniforms.find(name, length) : nullptr;
 }
 
-unsigned int Program::getUniformLoc(const char* name) const {
-    const UniformVariable* const uniform = findUniform(name);
-    return static_cast<unsigned int>(uniform != nullptr ? uniform->loc : -1);
-}
-
-const Attrib* Program::findAttrib(const char* name) const {
-    return variables_ != nullptr ? variables_->attributes.find(name) : nullptr;
+const Attrib* Program::findAttrib(const char* name, std::size_t length) const {
+    return variables_ != nullptr ? variables_->attributes.find(name, length) : nullptr;
 }
 
 const Attrib& Program::getAttrib(const char* name) const {
     static const Attrib none(-1);
     const Attrib* const attribute = findAttrib(name);
     return attribute != nullptr ? *attribute : none;
-}
-
-unsigned int Program::getAttribLoc(const char* name) const {
-    const Attrib* const attribute = findAttrib(name);
-    return static_cast<unsigned int>(attribute != nullptr ? attribute->loc : -1);
 }
 
 void Program::setUniform(const char* name, const Texture& texture) {

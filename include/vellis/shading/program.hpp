@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstring>
 #include <initializer_list>
+#include <limits>
 #include <memory>
 #include <type_traits>
-#include <typeinfo>
 #include <vector>
 
 #include <vellis/drawing/drawable.hpp>
@@ -147,11 +149,17 @@ public:
     bool hasAttrib(const char* name) const { return findAttrib(name) != nullptr; }
 
     /// The GL location of a uniform; `0xFFFFFFFF` for an unknown name.
-    unsigned int getUniformLoc(const char* name) const;
+    unsigned int getUniformLoc(const char* name) const {
+        const UniformVariable* const uniform = findUniform(name);
+        return static_cast<unsigned int>(uniform != nullptr ? uniform->loc : -1);
+    }
 
     /// The GL location of an attribute, for `glVertexAttribPointer`; `0xFFFFFFFF` for an unknown
     /// name.
-    unsigned int getAttribLoc(const char* name) const;
+    unsigned int getAttribLoc(const char* name) const {
+        const Attrib* const attribute = findAttrib(name);
+        return static_cast<unsigned int>(attribute != nullptr ? attribute->loc : -1);
+    }
 
     /// The handle of a uniform. It stays valid until the program links again or is disposed.
     ///
@@ -248,17 +256,25 @@ private:
     /// bind with the drawable's binding.
     void bind(const Drawable& drawable) const;
 
-    /// The handle of that name, or null; a null name finds nothing.
-    UniformVariable* findUniform(const char* name) const;
-
-    /// The handle of that attribute, or null; a null name finds nothing.
-    const Attrib* findAttrib(const char* name) const;
+    /// The handle of that name, or null; a null name finds nothing. The compiler measures a name
+    /// that it knows.
+    /// @{
+    UniformVariable* findUniform(const char* name) const {
+        return findUniform(name, lengthOf(name));
+    }
+    UniformVariable* findUniform(const char* name, std::size_t length) const;
+    const Attrib* findAttrib(const char* name) const { return findAttrib(name, lengthOf(name)); }
+    const Attrib* findAttrib(const char* name, std::size_t length) const;
+    static std::size_t lengthOf(const char* name) {
+        return name != nullptr ? std::strlen(name) : std::numeric_limits<std::size_t>::max();
+    }
+    /// @}
 
     /// The handle of that name and type, or null.
     template <class T>
     Uniform<T>* findUniform(const char* name) const {
         UniformVariable* const uniform = findUniform(name);
-        return uniform != nullptr && typeid(*uniform) == typeid(Uniform<T>)
+        return uniform != nullptr && uniform->type_ == detail::UniformType<T>::value
                    ? static_cast<Uniform<T>*>(uniform)
                    : nullptr;
     }

@@ -29,20 +29,65 @@ public:
     /// The GL location; -1 where it is not known.
     int loc;
 
+private:
+    friend class Program;
+
+    unsigned int type_; // UniformType of the class that this is; here it takes no room of its own
+
+public:
     /// The name under which a handle without a location is looked up in the program that it is set
     /// for; null for the handles of a program. Not owned.
     const char* name;
 
 protected:
     /// A handle of a program, without a name.
-    explicit UniformVariable(int location) : loc(location), name(nullptr) {}
+    UniformVariable(int location, unsigned int type) : loc(location), type_(type), name(nullptr) {}
 
     /// A handle that is looked up by name.
-    explicit UniformVariable(const char* uniformName) : loc(-1), name(uniformName) {}
+    UniformVariable(const char* uniformName, unsigned int type)
+        : loc(-1),
+          type_(type),
+          name(uniformName) {}
 
     /// Whether the location is known.
     bool isLocValid() const { return loc >= 0; }
 };
+
+namespace detail {
+
+/// A number for each type of handle: GL's enumerator of the value, with a bit of our own for an
+/// array; 1 for a texture, whose sampler may have several types; 0 for what is no type of handle.
+template <class T>
+struct UniformType : std::integral_constant<unsigned int, 0> {};
+
+constexpr unsigned int uniformArray = 0x80000000; ///< the bit of UniformType for an array
+
+template <>
+struct UniformType<int> : std::integral_constant<unsigned int, 0x1404> {};
+template <>
+struct UniformType<unsigned int> : std::integral_constant<unsigned int, 0x1405> {};
+template <>
+struct UniformType<float> : std::integral_constant<unsigned int, 0x1406> {};
+template <glm::length_t N>
+struct UniformType<glm::vec<N, float, glm::defaultp>>
+    : std::integral_constant<unsigned int, 0x8B50 - 2 + N> {};
+template <glm::length_t N>
+struct UniformType<glm::vec<N, int, glm::defaultp>>
+    : std::integral_constant<unsigned int, 0x8B53 - 2 + N> {};
+template <glm::length_t N>
+struct UniformType<glm::vec<N, unsigned int, glm::defaultp>>
+    : std::integral_constant<unsigned int, 0x8DC6 - 2 + N> {};
+template <>
+struct UniformType<glm::mat3> : std::integral_constant<unsigned int, 0x8B5B> {};
+template <>
+struct UniformType<glm::mat4> : std::integral_constant<unsigned int, 0x8B5C> {};
+template <class T>
+struct UniformType<std::vector<T>>
+    : std::integral_constant<unsigned int, UniformType<T>::value | uniformArray> {};
+template <>
+struct UniformType<Texture> : std::integral_constant<unsigned int, 1> {};
+
+} // namespace detail
 
 /// True for the types that a uniform array can have as elements: `int`, `unsigned int`, `float`,
 /// and the glm vectors of 2 to 4 of them.
@@ -126,12 +171,12 @@ private:
 
 template <class T>
 Uniform<T>::Uniform(const char* uniformName, T initial)
-    : UniformVariable(uniformName),
+    : UniformVariable(uniformName, detail::UniformType<T>::value),
       value(std::move(initial)) {}
 
 template <class T>
 Uniform<T>::Uniform(int location, T initial)
-    : UniformVariable(location),
+    : UniformVariable(location, detail::UniformType<T>::value),
       value(std::move(initial)) {}
 
 /// A handle of a sampler: the texture unit that the program gave it, and the texture last set.
@@ -140,7 +185,7 @@ class VELLIS_EXPORT Uniform<Texture> : public UniformVariable {
 public:
     /// A handle that is looked up by \p uniformName, which must outlive it.
     explicit Uniform(const char* uniformName, const Texture* initial = nullptr)
-        : UniformVariable(uniformName),
+        : UniformVariable(uniformName, detail::UniformType<Texture>::value),
           texture(initial) {}
 
     /// The texture, or null. Not owned: it must be alive when the handle is set.
@@ -154,7 +199,7 @@ private:
     friend struct UniformFactory;
 
     explicit Uniform(int location, unsigned int textureUnit = 0)
-        : UniformVariable(location),
+        : UniformVariable(location, detail::UniformType<Texture>::value),
           texture(nullptr),
           unit(textureUnit) {}
 };
