@@ -51,10 +51,6 @@ void drawIndexed(Drawable::PrimitiveType primitive, const IndexBuffer<T>& indice
 
 } // namespace
 
-Drawable::Drawable(PrimitiveType type) : primitiveType_(type) {}
-
-Drawable::~Drawable() = default;
-
 void Drawable::draw(const IndexBuffer<unsigned int>& indices, unsigned int first,
                     unsigned int count) const {
     drawIndexed(primitiveType_, indices, GL_UNSIGNED_INT, first, count);

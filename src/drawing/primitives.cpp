@@ -20,47 +20,48 @@ static_assert(AttributeComponent<float>::type == GL_FLOAT);
 namespace detail {
 namespace {
 
-/// Points the attribute of the program at its buffer, in the vertex array object that is bound.
-void bindAttribute(const Program& program, const AttributeSource& attribute) {
-    if (attribute.buffer == nullptr)
-        return;
+/// Points the attribute at its buffer, in the vertex array object that is bound.
+void bindAttribute(const AttributeSource& attribute) {
     attribute.buffer->bind();
-    const unsigned int location = attribute.location >= 0
-                                      ? static_cast<unsigned int>(attribute.location)
-                                      : program.getAttribLoc(attribute.name);
     // With an array buffer bound, the pointer is an offset into it.
     const std::size_t offset = std::size_t{attribute.offset} * attribute.elementSize;
-    glVertexAttribPointer(location, attribute.components, attribute.type,
+    glVertexAttribPointer(attribute.location, attribute.components, attribute.type,
                           static_cast<unsigned char>(attribute.normalized),
                           static_cast<int>(attribute.elementSize),
                           reinterpret_cast<const void*>(offset));
-    glEnableVertexAttribArray(location);
+    glEnableVertexAttribArray(attribute.location);
     attribute.buffer->unbind();
 }
 
-/// The elements from the offset on.
-unsigned int numVertices(const AttributeSource& attribute) {
-    const unsigned int elements = attribute.buffer != nullptr ? attribute.buffer->numElements() : 0;
-    return elements - std::min(elements, attribute.offset);
+/// Does \p visit for each attribute that has a buffer. There is one attribute at least.
+/// \return the number of elements that all attributes have from their offsets on.
+template <class Visit>
+unsigned int countVertices(const AttributeSource* attributes, std::size_t count, Visit visit) {
+    unsigned int fewest = std::numeric_limits<unsigned int>::max();
+    const AttributeSource* const end = attributes + count;
+    do {
+        unsigned int elements = 0;
+        if (attributes->buffer != nullptr) {
+            visit(*attributes);
+            elements = attributes->buffer->numElements();
+        }
+        fewest = std::min(fewest, elements - std::min(elements, attributes->offset));
+        ++attributes;
+    } while (attributes != end);
+    return fewest;
 }
 
 } // namespace
 
-RecordedDrawable::~RecordedDrawable() = default;
-
-void RecordedDrawable::record(const Program* program, const AttributeSource* attributes,
-                              std::size_t count) {
-    if (program != nullptr) {
-        const ProgramUse use(*program);
-        program->beginAttributesBinding();
-        std::for_each(attributes, attributes + count,
-                      [&](const AttributeSource& source) { bindAttribute(*program, source); });
-        attributesBinding_ = program->finishAttributesBinding();
-    }
-    numVertices_ = std::numeric_limits<unsigned int>::max();
-    std::for_each(attributes, attributes + count, [&](const AttributeSource& source) {
-        numVertices_ = std::min(numVertices_, detail::numVertices(source));
-    });
+unsigned int record(const Program* program, const AttributeSource* attributes, std::size_t count,
+                    std::shared_ptr<VertexAttributesBinding>& binding) {
+    if (program == nullptr)
+        return countVertices(attributes, count, [](const AttributeSource&) {});
+    const ProgramUse use(*program);
+    program->beginAttributesBinding();
+    const unsigned int numVertices = countVertices(attributes, count, bindAttribute);
+    binding = program->finishAttributesBinding();
+    return numVertices;
 }
 
 } // namespace detail

@@ -71,7 +71,7 @@ public:
         Fill = 0x1B02,  ///< `GL_FILL`
     };
 
-    virtual ~Drawable();
+    virtual ~Drawable() = default;
 
     /// Draws \p count vertices from \p first on with `glDrawArrays`; a \p count of 0 means all that
     /// remain. With \p first beyond the end, GL refuses the count that this gives. Any other count
@@ -148,7 +148,7 @@ public:
 
 protected:
     /// A drawable of 0 vertices without a binding. Makes no GL call.
-    explicit Drawable(PrimitiveType type);
+    explicit Drawable(PrimitiveType type) : primitiveType_(type) {}
 
     /// Copies share the binding.
     /// @{

@@ -14,38 +14,36 @@ namespace detail {
 
 /// A VertexAttribute without its type.
 struct AttributeSource {
-    const char* name;
-    int location;
     const VertexBuffer* buffer;
+    unsigned int location;
     int components;
     unsigned int type;
-    bool normalized;
     unsigned int offset;
     unsigned int elementSize;
+    bool normalized;
 
+    /// The attribute of that name or location in \p program; that may be null.
     template <class T>
-    explicit AttributeSource(const VertexAttribute<T>& attribute)
-        : name(attribute.name),
-          location(attribute.location),
-          buffer(attribute.buffer.get()),
+    AttributeSource(const Program* program, const VertexAttribute<T>& attribute)
+        : buffer(attribute.buffer.get()),
+          location(attribute.location < 0 && program != nullptr
+                       ? program->getAttribLoc(attribute.name)
+                       : static_cast<unsigned int>(attribute.location)),
           components(AttributeFormat<T>::components),
           type(AttributeFormat<T>::type),
-          normalized(attribute.normalized),
           offset(attribute.offset),
-          elementSize(sizeof(T)) {}
+          elementSize(sizeof(T)),
+          normalized(attribute.normalized) {}
 };
 
-/// The part of the drawable templates that does not depend on their types.
-class VELLIS_EXPORT RecordedDrawable : public Drawable {
-public:
-    ~RecordedDrawable() override;
-
-protected:
-    explicit RecordedDrawable(PrimitiveType type) : Drawable(type) {}
-
-    /// Records \p count attributes in a binding of \p program and counts the vertices.
-    void record(const Program* program, const AttributeSource* attributes, std::size_t count);
-};
+/// The part of the drawable templates that does not depend on their types: records \p count
+/// attributes, one at least, in a binding of \p program, and leaves it in \p binding. Without a
+/// program it records nothing.
+///
+/// \return the number of vertices.
+VELLIS_EXPORT unsigned int record(const Program* program, const AttributeSource* attributes,
+                                  std::size_t count,
+                                  std::shared_ptr<VertexAttributesBinding>& binding);
 
 } // namespace detail
 
@@ -79,7 +77,7 @@ namespace drawable {
 /// \tparam type        The primitive.
 /// \tparam Attributes  VertexAttribute of any types.
 template <Drawable::PrimitiveType type, class... Attributes>
-class Primitive : public detail::RecordedDrawable {
+class Primitive : public Drawable {
     static_assert(sizeof...(Attributes) > 0, "there is nothing to draw without an attribute");
 
 public:
@@ -96,9 +94,11 @@ public:
 template <Drawable::PrimitiveType type, class... Attributes>
 Primitive<type, Attributes...>::Primitive(const std::shared_ptr<Program>& program,
                                           const Attributes&... attributes)
-    : RecordedDrawable(type) {
-    const detail::AttributeSource sources[] = {detail::AttributeSource(attributes)...};
-    record(program.get(), sources, sizeof...(Attributes));
+    : Drawable(type) {
+    const detail::AttributeSource sources[] = {
+        detail::AttributeSource(program.get(), attributes)...};
+    numVertices_ =
+        detail::record(program.get(), sources, sizeof...(Attributes), attributesBinding_);
 }
 
 template <Drawable::PrimitiveType type, class... Attributes>
