@@ -2,7 +2,7 @@
 # Builds the library, its tests and its examples for Windows with mingw-w64, and runs the tests with
 # Wine on an X server of its own. Installs what is missing.
 #
-# Usage: scripts/windows.sh [label of tests: trace, docs or render; by default all of them]
+# Usage: scripts/windows.sh [trace | docs | render | package]   (builds and runs one label's tests alone)
 #
 # The first run makes what the build needs beside the compiler: build/windows-root, with the headers
 # of glm and stb and with GoogleTest built for Windows, and build/windows-wine, Wine's files.
@@ -11,9 +11,10 @@ set -euo pipefail
 # shellcheck source=scripts/setup.sh
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
-labels=(trace docs render)
-if [[ $# -gt 1 || ! " ${labels[*]} " == *" ${1:-trace} "* ]]; then
-    fail "usage: windows.sh [${labels[*]}]"
+labels=(trace docs render package)
+any_label="$(IFS='|' && printf '%s' "${labels[*]}")"
+if [[ $# -gt 1 || ! "${1:-trace}" =~ ^($any_label)$ ]]; then
+    fail "usage: windows.sh [$any_label]"
 fi
 root="$repository/build/windows-root"
 build="$repository/build/windows"
@@ -88,5 +89,5 @@ fi
 start_wine
 say "Testing build/windows"
 ctest --test-dir "$build" --output-on-failure --no-tests=error --parallel "$(nproc)" \
-    --label-regex "^(${1:-trace|docs|render})$" ||
+    --label-regex "^(${1:-$any_label})$" ||
     fail "tests failed: their names and output are above."

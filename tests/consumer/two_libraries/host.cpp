@@ -5,11 +5,10 @@
 #include <cstdio>
 #include <string>
 
-#include <dlfcn.h>
-
 #include <offscreen/context.hpp>
 #include <vellis/engine.hpp>
 
+#include "plug_in.hpp"
 #include "view.hpp"
 
 extern "C" void makerView(View& view);
@@ -29,14 +28,13 @@ void expect(bool holds, const char* what) {
 } // namespace
 
 int main(int count, char** arguments) {
-    void* const painter = count == 2 ? dlopen(arguments[1], RTLD_NOW | RTLD_LOCAL) : nullptr;
-    if (painter == nullptr) {
-        std::fprintf(stderr, "no painter: %s\n", dlerror());
+    void* const painter = count == 2 ? openPlugIn(arguments[1]) : nullptr;
+    if (painter == nullptr)
         return 1;
-    }
-    const auto painterView = reinterpret_cast<void (*)(View&)>(dlsym(painter, "painterView"));
-    const auto paint = reinterpret_cast<bool (*)(const Scene&)>(dlsym(painter, "paint"));
-    const auto release = reinterpret_cast<void (*)(const Scene&)>(dlsym(painter, "release"));
+    const auto painterView =
+        reinterpret_cast<void (*)(View&)>(findInPlugIn(painter, "painterView"));
+    const auto paint = reinterpret_cast<bool (*)(const Scene&)>(findInPlugIn(painter, "paint"));
+    const auto release = reinterpret_cast<void (*)(const Scene&)>(findInPlugIn(painter, "release"));
 
     std::string error;
     const auto context = offscreen::Context::open({16, 16}, error);

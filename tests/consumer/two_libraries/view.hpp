@@ -7,7 +7,11 @@
 #include <vellis/gl.hpp>
 #include <vellis/shading.hpp>
 
+#ifdef _WIN32
+#define PLUG_IN_EXPORT extern "C" __declspec(dllexport)
+#else
 #define PLUG_IN_EXPORT extern "C" __attribute__((visibility("default")))
+#endif
 
 /// Where a module of the process finds what there must be one of.
 struct View {
