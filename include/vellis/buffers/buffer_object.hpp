@@ -112,8 +112,8 @@ protected:
     /// Ends the mapping with `glUnmapBuffer`; does nothing on an unmapped buffer.
     ///
     /// Flushes nothing, whatever \p flush is: a flush would be made for an access of
-    /// `GL_WRITE_ONLY` or `GL_READ_WRITE`, and map() has none of these. To have writes flushed, call
-    /// flush(offset, length) first, or flushAndUnmap(offset, length).
+    /// `GL_WRITE_ONLY` or `GL_READ_WRITE`, and map() has none of these. To have writes flushed,
+    /// call flush(offset, length) first, or flushAndUnmap(offset, length).
     void unmap(bool flush);
 
 private:
