@@ -1,0 +1,76 @@
+#!/usr/bin/env bash
+# Measures how cost grows: with the uniforms of a program, with registered objects, with the points of
+# a call. Draws the curves of docs/performance.md from what was measured. Installs what is missing.
+#
+# Usage: scripts/growth.sh [folder for the plots, by default docs/images]
+set -euo pipefail
+
+# shellcheck source=scripts/setup.sh
+source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+
+if [[ $# -gt 1 ]]; then
+    fail "usage: growth.sh [folder]"
+fi
+plots="${1:-$repository/docs/images}"
+
+install_dependencies
+install_packages libbenchmark-dev
+command -v gnuplot >/dev/null || install_packages gnuplot-nox
+build_preset bench --target vellis_benchmarks
+
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+
+# Measures the workloads that a pattern names, on the null driver or a driver. Leaves a file for each
+# workload and side, folder/operation-side, with a line for each size: the size, and the nanoseconds.
+measure() {
+    local where="$1" pattern="$2"
+    say "Measuring $pattern ($where)"
+    "$repository/build/bench/benchmarks/vellis_benchmarks" "$where" \
+        --benchmark_filter="$pattern" --benchmark_format=json 2>/dev/null |
+        python3 -c '
+import json, sys
+for run in json.load(sys.stdin)["benchmarks"]:
+    family, operation, size = run["name"].split("/")[:3]
+    for side in ("raw", "vellis"):
+        with open(f"{sys.argv[1]}/{operation}-{side}", "a") as curve:
+            print(size, run[f"{side}_ns"], file=curve)' "$work"
+}
+
+# Draws curves into plots/NAME.svg: axis, then a file and a title for each curve.
+plot() {
+    local name="$1" axis="$2" curves=""
+    shift 2
+    while [[ $# -gt 0 ]]; do
+        curves+="${curves:+, }'$work/$1' with linespoints linewidth 2 pointtype 7 pointsize 0.5 title '$2'"
+        shift 2
+    done
+    gnuplot <<GNUPLOT
+set terminal svg size 640,360 font 'sans-serif,13' background 'white'
+set output '$plots/$name.svg'
+set logscale x
+set yrange [0:]
+set format x '%.0f'
+set xlabel '$axis'
+set ylabel 'nanoseconds'
+set key left top
+set grid
+plot $curves
+GNUPLOT
+    say "$plots/$name.svg"
+}
+
+mkdir -p "$plots"
+measure null '^program/set_by_name/'
+plot growth-uniforms 'active uniforms of the program' \
+    set_by_name-vellis 'setUniform by name' set_by_name-raw 'raw GL with a kept location'
+measure null '^registry/'
+plot growth-registries 'registered objects' \
+    programs-vellis 'add, find and remove a program' buffers-vellis 'add and remove a buffer'
+measure driver '^toolbox/(line_strip|dashes)/'
+plot growth-points 'points of the call' \
+    dashes-vellis 'drawDashLineStrip' dashes-raw 'the same GL by hand' \
+    line_strip-vellis 'drawLineStrip' line_strip-raw 'the same GL by hand'
+measure driver '^program/link/'
+plot growth-link 'active uniforms of the program' \
+    link-vellis 'Program::make' link-raw 'the same GL by hand'
