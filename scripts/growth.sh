@@ -53,7 +53,7 @@ set yrange [0:]
 set format x '%.0f'
 set xlabel '$axis'
 set ylabel 'nanoseconds'
-set key left top
+set key above
 set grid
 plot $curves
 GNUPLOT
@@ -67,10 +67,10 @@ plot growth-uniforms 'active uniforms of the program' \
 measure null '^registry/'
 plot growth-registries 'registered objects' \
     programs-vellis 'add, find and remove a program' buffers-vellis 'add and remove a buffer'
-measure driver '^toolbox/(line_strip|dashes)/'
+measure null '^toolbox/(line_strip|dashes)/'
 plot growth-points 'points of the call' \
     dashes-vellis 'drawDashLineStrip' dashes-raw 'the same GL by hand' \
     line_strip-vellis 'drawLineStrip' line_strip-raw 'the same GL by hand'
 measure driver '^program/link/'
 plot growth-link 'active uniforms of the program' \
-    link-vellis 'Program::make' link-raw 'the same GL by hand'
+    link-vellis 'Program::make, on the driver' link-raw 'the same GL by hand'

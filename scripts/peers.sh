@@ -25,22 +25,15 @@ say "Instructions and allocations, on a GL that does nothing"
 
 # Prints the counters of a Google Benchmark report, one line for each library of a workload.
 print_times() {
-    awk '
-        BEGIN { printf "%-20s %-10s %10s %8s\n", "workload", "library", "ns", "ratio" }
-        /"name":/ { split($2, part, /["\/]/); workload = part[2] "/" part[3] }
-        /_(ns|ratio)":/ {
-            split($1, key, /"|_/)
-            value[key[3]] = $2 + 0
-            library = key[2]
-            measured[library, key[3]] = $2 + 0
-            known[library]
-        }
-        /^    }/ {
-            for (library in known)
-                printf "%-20s %-10s %10.0f %8.2f\n", workload, library,
-                    measured[library, "ns"], library == "raw" ? 1 : measured[library, "ratio"]
-            delete known
-        }' | sort --stable --key=1,1
+    python3 -c '
+import json, sys
+print("workload             library            ns    ratio")
+for run in json.load(sys.stdin)["benchmarks"]:
+    workload = "/".join(run["name"].split("/")[:2])
+    libraries = [name[:-3] for name in run if name.endswith("_ns")]
+    for library in sorted(libraries, key=lambda name: (name != "raw", name != "vellis", name)):
+        nanoseconds, ratio = run[f"{library}_ns"], run.get(f"{library}_ratio", 1)
+        print(f"{workload:20} {library:10} {nanoseconds:10.0f} {ratio:8.2f}")'
 }
 
 say "Times, on the driver"

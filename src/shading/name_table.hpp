@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -10,50 +9,28 @@
 
 namespace vellis {
 
-/// Shared objects by name, ordered byte by byte. A search compares with the caller's text as it is:
-/// it makes no string of it and does not measure it. Copies share the objects.
-///
-/// Add all objects, then sort once: a search needs the order.
+/// Shared objects by name. A search compares with the caller's text as it is: it makes no string of
+/// it.
 template <class T>
 class NameTable {
 public:
     /// Makes room for that many objects.
     void reserve(std::size_t count) { entries_.reserve(count); }
 
-    /// Adds an object, which sort() lets go again where an earlier one has the name.
+    /// Adds an object, unless there is one of that name.
     void add(std::string name, std::shared_ptr<T> object) {
-        entries_.push_back({std::move(name), std::move(object)});
+        const Place found = place(name.data(), name.size());
+        if (found.isTaken)
+            return;
+        auto entry = std::make_unique<Entry>(Entry{std::move(name), std::move(object)});
+        entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(found.index),
+                        std::move(entry));
     }
-
-    /// Puts the objects in order.
-    void sort() {
-        std::stable_sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) {
-            return order(a, b.name.data(), b.name.size()) < 0;
-        });
-        const auto end =
-            std::unique(entries_.begin(), entries_.end(),
-                        [](const Entry& a, const Entry& b) { return a.name == b.name; });
-        entries_.erase(end, entries_.end());
-    }
-
-    /// Lets go of all objects.
-    void clear() { entries_.clear(); }
 
     /// The object of that name, or null.
     T* find(const char* name, std::size_t length) const {
-        std::size_t first = 0;
-        std::size_t last = entries_.size();
-        while (first < last) {
-            const std::size_t middle = (first + last) / 2;
-            const int difference = order(entries_[middle], name, length);
-            if (difference == 0)
-                return entries_[middle].object.get();
-            if (difference > 0)
-                last = middle;
-            else
-                first = middle + 1;
-        }
-        return nullptr;
+        const Place found = place(name, length);
+        return found.isTaken ? entries_[found.index]->object.get() : nullptr;
     }
 
 private:
@@ -61,6 +38,28 @@ private:
         std::string name;
         std::shared_ptr<T> object;
     };
+
+    /// Where in the order a name stands, or would stand.
+    struct Place {
+        std::size_t index;
+        bool isTaken;
+    };
+
+    Place place(const char* name, std::size_t length) const {
+        std::size_t first = 0;
+        std::size_t last = entries_.size();
+        while (first < last) {
+            const std::size_t middle = (first + last) / 2;
+            const int difference = order(*entries_[middle], name, length);
+            if (difference == 0)
+                return {middle, true};
+            if (difference > 0)
+                last = middle;
+            else
+                first = middle + 1;
+        }
+        return {first, false};
+    }
 
     /// By length, then by the bytes, four at a time: no alphabet, but an order, and found without a
     /// call.
@@ -90,7 +89,7 @@ private:
         return first == second ? 0 : first < second ? -1 : 1;
     }
 
-    std::vector<Entry> entries_;
+    std::vector<std::unique_ptr<Entry>> entries_; ///< in order
 };
 
 } // namespace vellis

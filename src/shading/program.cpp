@@ -243,7 +243,6 @@ void Program::initUniforms() {
         const ActiveVariable uniform(glGetActiveUniform, id_, i, variables);
         addUniform(variables.name.data(), uniform.size, uniform.type, nextUnit);
     }
-    variables_->uniforms.sort();
 }
 
 void Program::addUniform(const char* reportedName, int size, unsigned int type,
@@ -274,7 +273,6 @@ void Program::initAttributes() {
         const int location = glGetAttribLocation(id_, name);
         variables_->attributes.add(name, std::shared_ptr<Attrib>(new Attrib(location)));
     }
-    variables_->attributes.sort();
 }
 
 void Program::gl_link() {

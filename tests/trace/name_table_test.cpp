@@ -31,7 +31,6 @@ struct Table {
     explicit Table(const std::vector<std::string>& names) {
         for (const std::string& name : names)
             table.add(name, std::make_shared<std::string>(name));
-        table.sort();
     }
     const std::string* find(const std::string& name) const {
         return table.find(name.c_str(), name.size());
@@ -66,7 +65,6 @@ TEST(NameTable, KeepsTheFirstOfTwoObjectsOfOneName) {
     const auto second = std::make_shared<int>(2);
     table.add("color", first);
     table.add("color", second);
-    table.sort();
     EXPECT_EQ(table.find("color", 5), first.get());
     EXPECT_EQ(second.use_count(), 1);
 }

@@ -57,8 +57,8 @@ struct ValueRow {
 template <class T>
 std::weak_ptr<T> held(const vellis::NameTable<T>& table, const std::string& name) {
     for (const auto& entry : table.entries_) {
-        if (entry.name == name)
-            return entry.object;
+        if (entry->name == name)
+            return entry->object;
     }
     return {};
 }
