@@ -154,17 +154,15 @@ bool loadFromCurrent(const Platform& platform) {
 }
 
 bool loadFromPlatform() {
-    // libGLX is the part of libGL that vendor-neutral systems split off.
     constexpr Platform platforms[] = {
         {"libEGL.so.1", "eglGetCurrentContext", "eglGetProcAddress"},
         {"libGLX.so.0", "glXGetCurrentContext", "glXGetProcAddressARB"},
-        {"libGL.so.1", "glXGetCurrentContext", "glXGetProcAddressARB"},
     };
     for (const Platform& platform : platforms) {
         if (loadFromCurrent(platform))
             return true;
     }
-    // No platform that is known here says that it has a context: the system's GL library may.
+    // The system's GL library may know of a context: vendor-neutral systems have split libGLX off it.
     const Library library("libGL.so.1", RTLD_LAZY);
     const auto getProcAddress = library.find<GetProcAddress>("glXGetProcAddressARB");
     return getProcAddress != nullptr && load(getProcAddress);

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -105,6 +106,11 @@ struct BlitRow {
     Lines attachDestination;
     std::string mask;
 };
+
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const BlitRow& row, std::ostream* out) {
+    *out << row.name;
+}
 
 /// The calls of a blit, but for those that put the bindings back, and those after them.
 Lines callsUntilRestored(const BlitRow& row, const std::string& size) {

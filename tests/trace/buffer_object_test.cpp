@@ -3,6 +3,7 @@
 #include <vellis/buffers.hpp>
 
 #include <memory>
+#include <ostream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -22,6 +23,14 @@ using vellis::test::FakeGl;
 using Bytes = vellis::VertexAttributeBuffer<unsigned char>;
 
 static_assert(std::has_virtual_destructor_v<BufferObject>);
+
+/// The least that a class of vertices must add.
+class Vertices : public vellis::VertexBuffer {
+public:
+    using VertexBuffer::VertexBuffer;
+    unsigned int size() const override { return numBytes(); }
+    unsigned int numElements() const override { return numBytes(); }
+};
 
 class BufferObjectTrace : public testing::Test {
 protected:
@@ -60,6 +69,23 @@ TEST_F(BufferObjectTrace, ConstructionWithDataAllocatesEmptyAndThenFills) {
                     "glBufferData(GL_ARRAY_BUFFER, 3, null, GL_STREAM_COPY)",
                     "glBufferSubData(GL_ARRAY_BUFFER, 0, 3, data)",
                     "glBindBuffer(GL_ARRAY_BUFFER, 0)", "glDeleteBuffers(1, {2})");
+}
+
+TEST_F(BufferObjectTrace, BaseClassesMakeAStoreWithoutContents) {
+    const vellis::ArrayBuffer array(4, BufferUsage::Dynamic, BufferAccess::Read);
+    EXPECT_GL_CALLS(gl, "glGenBuffers(1, {2})", "glBindBuffer(GL_ARRAY_BUFFER, 2)",
+                    "glBufferData(GL_ARRAY_BUFFER, 4, null, GL_DYNAMIC_READ)",
+                    "glBindBuffer(GL_ARRAY_BUFFER, 0)");
+    const vellis::ElementBuffer elements(5, BufferUsage::Dynamic, BufferAccess::Copy);
+    EXPECT_GL_CALLS(gl, "glGenBuffers(1, {3})", "glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 3)",
+                    "glBufferData(GL_ELEMENT_ARRAY_BUFFER, 5, null, GL_DYNAMIC_COPY)",
+                    "glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0)");
+    const Vertices vertices(6, BufferUsage::Stream, BufferAccess::Draw);
+    EXPECT_GL_CALLS(gl, "glGenBuffers(1, {4})", "glBindBuffer(GL_ARRAY_BUFFER, 4)",
+                    "glBufferData(GL_ARRAY_BUFFER, 6, null, GL_STREAM_DRAW)",
+                    "glBindBuffer(GL_ARRAY_BUFFER, 0)");
+    EXPECT_EQ(array.numBytes() + elements.numBytes() + vertices.numBytes(), 15u);
+    gl.ignoreTheRest();
 }
 
 TEST_F(BufferObjectTrace, AllocMakesANewStoreWithoutContents) {
@@ -349,6 +375,11 @@ struct AccessRow {
     MapAccess access;
     const char* bits;
 };
+
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const AccessRow& row, std::ostream* out) {
+    *out << row.bits;
+}
 
 class MapAccessTrace : public testing::TestWithParam<AccessRow> {};
 

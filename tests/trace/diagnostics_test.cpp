@@ -2,6 +2,7 @@
 
 #include <vellis/internal.hpp>
 
+#include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -127,6 +128,11 @@ struct StatusRow {
     unsigned int status;
     const char* name;
 };
+
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const StatusRow& row, std::ostream* out) {
+    *out << row.status;
+}
 
 #define NAMED(status)                                                                              \
     StatusRow {                                                                                    \

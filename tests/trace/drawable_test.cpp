@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -140,6 +141,11 @@ struct PrimitiveRow {
     const char* name;
 };
 
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const PrimitiveRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
 class PrimitiveTrace : public testing::TestWithParam<PrimitiveRow> {};
 
 TEST_P(PrimitiveTrace, ReachesGlUnchanged) {
@@ -168,6 +174,11 @@ struct SwitchRow {
     std::function<void()> call;
     std::vector<std::string> expected;
 };
+
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const SwitchRow& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class RasterSwitchTrace : public testing::TestWithParam<SwitchRow> {};
 

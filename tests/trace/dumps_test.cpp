@@ -281,6 +281,15 @@ TEST_F(DumpsTrace, ShadersOfAnInvalidProgramAreNone) {
     EXPECT_GL_CALLS(gl, "glGetAttachedShaders(77, 32, out, out)");
 }
 
+TEST_F(DumpsTrace, ShaderOfWhichGlTellsNoTypeHasType0) {
+    gl.answer(glad_glGetShaderiv, [](GLuint, GLenum, GLint*) {});
+    EXPECT_EQ(stderrOf([&] { print_shader(program, 1); }), "");
+    EXPECT_EQ(gl.countOf("glGetShaderSource"), 0u);
+    EXPECT_NE(stderrOf([&] { print_shader(program, 0); }), "");
+    EXPECT_EQ(gl.countOf("glGetShaderSource"), 2u);
+    gl.forget();
+}
+
 TEST_F(DumpsTrace, CompilationLogIsPrintedAsItIs) {
     gl.failToCompile("0:1: error %d\n100%% sure");
     EXPECT_EQ(stderrOf([&] { print_shader_compilation_info(vertex); }),

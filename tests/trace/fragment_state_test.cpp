@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <ostream>
 #include <set>
 #include <string>
 #include <type_traits>
@@ -176,6 +177,11 @@ struct CallRow {
     std::function<void()> call;
     Lines expected;
 };
+
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const CallRow& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class FragmentStateCallTrace : public testing::TestWithParam<CallRow> {};
 

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -413,6 +414,11 @@ struct EditRow {
     Lines calls;
     bool selects = false; ///< whether draw and read buffers are chosen then
 };
+
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const EditRow& row, std::ostream* out) {
+    *out << row.name;
+}
 
 /// The call that attaches a 2D texture, and the one that attaches a renderbuffer; 0 detaches.
 std::string texture(const std::string& point, int name, int level = 0) {

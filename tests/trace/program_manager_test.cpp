@@ -1,6 +1,7 @@
 #include <vellis/shading/program_manager.hpp>
 
 #include <memory>
+#include <ostream>
 #include <set>
 #include <string>
 #include <type_traits>
@@ -32,6 +33,11 @@ struct BuiltInRow {
     std::string vertexSource;
     std::string fragmentSource;
 };
+
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const BuiltInRow& row, std::ostream* out) {
+    *out << row.name;
+}
 
 const char* const uniformColorFragment = "#version 120 \n"
                                          "uniform vec4 color; \n"

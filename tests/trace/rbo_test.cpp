@@ -292,6 +292,13 @@ TEST(RboTraceWithoutFramebufferObjects, NoOperationDoesAnything) {
     EXPECT_GL_CALLS(gl);
 }
 
+TEST_F(RboTrace, WithoutMultisamplingNoStorageIsMade) {
+    gl.remove(glad_glRenderbufferStorageMultisample);
+    renderbuffer->alloc(GL_RGBA8, 64, 32, 1);
+    EXPECT_EQ(recorded(*renderbuffer), (Lines{"0", "0", "1"}));
+    EXPECT_GL_CALLS(gl);
+}
+
 /// A format of one's own.
 struct Packed565 {
     unsigned short bits;

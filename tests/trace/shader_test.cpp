@@ -1,5 +1,6 @@
 #include <vellis/shading/shader.hpp>
 
+#include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -28,6 +29,11 @@ struct VersionRow {
     unsigned int version;
     const char* line;
 };
+
+/// GoogleTest would read every byte, the unset ones, too.
+void PrintTo(const VersionRow& row, std::ostream* out) {
+    *out << row.version;
+}
 
 class ShaderVersionTrace : public testing::TestWithParam<VersionRow> {
 protected:

@@ -242,10 +242,29 @@ TEST_F(ToolboxDisposedTrace, BufferRegisteredLaterIsNotTakenForTheSharedOne) {
     std::_Exit(gl.takeCalls().empty() ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
-TEST(ToolboxNeverUsedDeathTest, CallsAfterDisposeDoNothing) {
-    // A process that starts anew, so that it has no story.
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
+/// The programs are there, and the registry has let go of the shared buffer.
+[[noreturn]] void loseTheBufferThenCallEverything() {
+    FakeGl gl;
+    callEverything(nullptr, nullptr);
+    const bool hasDrawn = gl.countOf("glDrawArrays") > 0;
+    BufferObjectManager::dispose();
+    gl.forget();
+    callEverything(nullptr, nullptr);
+    std::_Exit(hasDrawn && gl.takeCalls().empty() ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+/// Processes that start anew, so that they have no story.
+class ToolboxOfItsOwnDeathTest : public testing::Test {
+protected:
+    ToolboxOfItsOwnDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
+TEST_F(ToolboxOfItsOwnDeathTest, CallsAfterDisposeDoNothing) {
     EXPECT_EXIT(disposeThenCallEverything(), testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+TEST_F(ToolboxOfItsOwnDeathTest, CallsWithoutTheSharedBufferDoNothing) {
+    EXPECT_EXIT(loseTheBufferThenCallEverything(), testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 
 } // namespace

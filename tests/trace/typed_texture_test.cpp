@@ -379,6 +379,12 @@ TEST_F(TypedTextureTrace, DownloadToAVectorIsAsLargeAsWhatGlHas) {
     EXPECT_EQ(gl.countOf("glGetTexImage"), 1u);
 }
 
+TEST_F(TypedTextureTrace, DownloadOfOneTexelIsAVectorOfOne) {
+    const auto texture = Texture3D<float>::make(1, 1, 1);
+    storeLevel(1, 1, 1);
+    EXPECT_EQ(texture->download().size(), 1u);
+}
+
 TEST_F(TypedTextureTrace, DownloadOfNothingIsAnEmptyVector) {
     const auto texture = Texture2D<glm::vec4>::make();
     storeLevel(0, 0, 0);
