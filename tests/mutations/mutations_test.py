@@ -1,0 +1,189 @@
+#!/usr/bin/env python3
+"""Tests of rules.py and mutate.py: which changes there are, and how they are drawn.
+
+Usage: mutations_test.py [arguments of unittest]
+"""
+
+import sys
+import unittest
+
+sys.dont_write_bytecode = True
+
+import mutate  # noqa: E402
+import rules  # noqa: E402
+
+GL_HEADER = """\
+#define GL_BLEND 0x0BE2
+#define GL_BLEND_SRC 0x0BE1
+#define GL_BLEND_SRC_ALPHA 0x80CB
+#define GL_BLEND_SRC_RGB 0x80C9
+#define GL_BLEND_SRC_RGB_EXT 0x80C9
+#define GL_UNUSED 0x1
+typedef void (GLAD_API_PTR *PFNGLENABLEPROC)(GLenum cap);
+typedef void (GLAD_API_PTR *PFNGLDISABLEPROC)(GLenum cap);
+typedef void (GLAD_API_PTR *PFNGLPOINTSIZEPROC)(GLfloat size);
+GLAD_API_CALL PFNGLENABLEPROC glad_glEnable;
+GLAD_API_CALL PFNGLDISABLEPROC glad_glDisable;
+GLAD_API_CALL PFNGLPOINTSIZEPROC glad_glPointSize;
+"""
+
+
+def changes(source, *others):
+    """The mutants of a source as (old, new)."""
+    names = rules.Names([source, *others], GL_HEADER)
+    return [(source[mutant.begin:mutant.end], mutant.new)
+            for mutant in rules.mutants("file.cpp", source, names)]
+
+
+def in_function(statements):
+    return f"void f() {{ {statements} }}"
+
+
+class Neighbours(unittest.TestCase):
+    def test_gl_constant_becomes_the_nearest_by_name_that_the_sources_use(self):
+        source = in_function("g(GL_BLEND_SRC_RGB);")
+        self.assertIn(("GL_BLEND_SRC_RGB", "GL_BLEND_SRC_ALPHA"),
+                      changes(source, "GL_BLEND GL_BLEND_SRC_ALPHA"))
+        self.assertIn(("GL_BLEND_SRC_RGB", "GL_BLEND"), changes(source, "GL_BLEND"))
+
+    def test_gl_constant_of_the_same_value_is_no_neighbour(self):
+        self.assertNotIn("GL_BLEND_SRC_RGB_EXT", dict(changes("int i = GL_BLEND_SRC_RGB;",
+                                                              "GL_BLEND_SRC_RGB_EXT")).values())
+
+    def test_gl_function_becomes_one_of_the_same_type(self):
+        self.assertIn(("glEnable", "glDisable"),
+                      changes(in_function("glEnable(c);"), "glDisable glPointSize"))
+        self.assertNotIn(("glEnable", "glPointSize"),
+                         changes(in_function("glEnable(c);"), "glPointSize"))
+
+    def test_enumerator_becomes_the_next_of_its_enumeration(self):
+        enumeration = "enum class Face : unsigned int { Front = 1, Back, // the other\n Both };"
+        self.assertIn(("Front", "Back"), changes("auto f = Face::Front;", enumeration))
+        self.assertIn(("Both", "Front"), changes("auto f = Face::Both;", enumeration))
+        self.assertEqual(changes("auto f = Front;", enumeration), [])
+        self.assertIn(("CLAMP", "REPEAT"), changes("int w = CLAMP;", "enum Wrap { CLAMP, REPEAT };"))
+
+    def test_cell_of_a_table_becomes_that_of_the_next_row_that_differs(self):
+        table = "VELLIS_ROW(ONE, Float)\nVELLIS_ROW(TWO, Float)\nVELLIS_ROW(SIX, Enum)\n"
+        found = changes(table)
+        for change in (("ONE", "TWO"), ("SIX", "ONE"), ("Float", "Enum"), ("Enum", "Float")):
+            self.assertIn(change, found)
+
+    def test_literals(self):
+        found = changes("const char* t[] = {\"a\", \"b\"}; char c[] = {'x', 'y'}; bool b = true; "
+                        "float f = 0.5f; float g = 1.f;")
+        for change in (('"a"', '"b"'), ('"b"', '"a"'), ("'x'", "'y'"), ("true", "false"),
+                       ("0.5f", "1.0f"), ("1.f", "0.0f")):
+            self.assertIn(change, found)
+
+
+class Dropped(unittest.TestCase):
+    def dropped(self, source):
+        return [old for old, new in changes(source) if new == ";"]
+
+    def test_statements_that_are_expressions(self):
+        self.assertEqual(self.dropped(in_function("a(); b = 2; ++c; d->e(f, {1}); g << h;")),
+                         ["a();", "b = 2;", "++c;", "d->e(f, {1});", "g << h;"])
+
+    def test_statements_over_several_lines(self):
+        self.assertEqual(self.dropped(in_function("a(b,\n  c);")), ["a(b,\n  c);"])
+
+    def test_bodies_of_conditions_and_loops(self):
+        self.assertEqual(self.dropped(in_function("if (a) return 1; else b(); for (int i = 0; i < n; "
+                                                  "++i) { c(); break; } return 2;")),
+                         ["return 1;", "b();", "c();", "break;"])
+
+    def test_no_declaration_and_nothing_outside_of_functions(self):
+        self.assertEqual(self.dropped(in_function("int a = 1; const auto b = c(); std::vector<T> d(4); "
+                                                  "Guard guard; T* const e = f();")), [])
+        self.assertEqual(self.dropped("struct S { S(int i); int j = f(); }; MACRO(a);"), [])
+
+
+class OffByOne(unittest.TestCase):
+    def test_comparisons(self):
+        found = changes(in_function("return a < b && c != d;"))
+        self.assertEqual(found, [("<", "<="), ("&&", "||"), ("!=", "==")])
+
+    def test_template_brackets_and_references_are_no_operators(self):
+        self.assertEqual(changes("template <class T> std::vector<T> f(T&& t, std::array<T, N>* a);"),
+                         [])
+
+    def test_numbers_and_indices(self):
+        self.assertEqual(changes("int i = 2;"), [("2", "1"), ("2", "3")])
+        self.assertEqual(changes("int i = 0u;"), [("0u", "1u")])
+        self.assertEqual(changes("int i = 0x1F;"), [("0x1F", "0x20")])
+        self.assertIn(("i", "i + 1"), changes(in_function("return a[i];")))
+        self.assertNotIn(("i", "i + 1"), changes(in_function("h([i] { return i; });")))
+
+    def test_sums_and_negations(self):
+        self.assertEqual(changes(in_function("return a + b;")), [("+", "-")])
+        self.assertEqual(changes(in_function("return !a;")), [("!", "")])
+
+
+class Exchanged(unittest.TestCase):
+    def test_neighbouring_arguments(self):
+        self.assertIn(("a, b(c, d)", "b(c, d), a"), changes(in_function("f(a, b(c, d), e);")))
+        self.assertIn(("c, d", "d, c"), changes(in_function("f(a, b(c, d), e);")))
+        self.assertIn(("a, b", "b, a"), changes(in_function("f<T>(a, b);")))
+
+    def test_equal_arguments_and_parameters_stay(self):
+        self.assertEqual(changes(in_function("f(a, a);")), [("f(a, a);", ";")])
+        self.assertEqual(changes("void f(int a, const std::vector<T>& b, T* c);"), [])
+
+
+class Places(unittest.TestCase):
+    def test_no_change_of_what_is_no_code_of_ours(self):
+        self.assertEqual(changes("// g(1, 2);\n/* 3 */\n#include <a/b2.hpp>\n#undef A\n"
+                                 "static_assert(f(1, 2) == 3);\n"), [])
+        self.assertEqual(changes("VELLIS_SAME(1, 2)\n",
+                                 "#define VELLIS_SAME(a, b) \\\n    static_assert(a < b)\n"), [])
+
+    def test_windows_is_left_out_and_the_other_side_is_not(self):
+        self.assertEqual(changes("#ifdef _WIN32\n#ifndef N\nint i = 1;\n#endif\nint j = 2;\n#else\n"
+                                 "int k = 0;\n#endif\n"), [("0", "1")])
+
+    def test_bodies_of_macros(self):
+        self.assertEqual(changes("#define CALL(a, b) \\\n    void f() { g(a, b); }\n"),
+                         [("g(a, b);", ";"), ("a, b", "b, a")])
+
+    def test_mutant_changes_its_place_only(self):
+        source = "int i = 1;\nint j = 1;\n"
+        found = rules.mutants("file.cpp", source, rules.Names([source], GL_HEADER))
+        self.assertEqual([mutant.applied(source) for mutant in found],
+                         ["int i = 0;\nint j = 1;\n", "int i = 2;\nint j = 1;\n",
+                          "int i = 1;\nint j = 0;\n", "int i = 1;\nint j = 2;\n"])
+
+
+class Draw(unittest.TestCase):
+    sources = {"file.cpp": "".join(f"int i{n} = 1;\n" for n in range(50))}
+
+    def order(self, seed):
+        source = self.sources["file.cpp"]
+        found = rules.mutants("file.cpp", source, rules.Names([source], GL_HEADER))
+        return mutate.drawn(found, self.sources, seed)
+
+    def test_seed_decides(self):
+        self.assertEqual(self.order(1), self.order(1))
+        self.assertNotEqual(self.order(1)[:50], self.order(2)[:50])
+
+    def test_every_line_comes_before_one_comes_again(self):
+        order = self.order(1)
+        lines = [self.sources["file.cpp"].count("\n", 0, mutant.begin) for mutant in order]
+        self.assertEqual(len(order), 100)
+        self.assertEqual(sorted(lines[:50]), list(range(50)))
+        self.assertNotEqual(lines[:50], list(range(50)))
+
+
+class Outcomes(unittest.TestCase):
+    def test_name_of_the_test(self):
+        self.assertEqual(mutate.test_at_the_end("[ RUN      ] A.B\n[       OK ] A.B (0 ms)\n"
+                                                "[ RUN      ] A.C\n"), "A.C")
+        self.assertEqual(mutate.test_at_the_end("[ RUN      ] A.B\n[  FAILED  ] A.B (0 ms)\n"), "A.B")
+
+    def test_program_that_goes_on_for_ever_is_ended(self):
+        status, output = mutate.run(["sh", "-c", "echo begun; sleep 60 & wait"], 0.5)
+        self.assertEqual((status, output), (None, "begun\n"))
+
+
+if __name__ == "__main__":
+    unittest.main()
