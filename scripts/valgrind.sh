@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Runs the tests that need no driver under valgrind's memcheck: a use of memory that is not there or
+# not set, or a leak, is a failure; nothing is suppressed. Installs what is missing.
+#
+# Usage: scripts/valgrind.sh
+set -euo pipefail
+
+# shellcheck source=scripts/setup.sh
+source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+
+if [[ $# -gt 0 ]]; then
+    fail "usage: valgrind.sh"
+fi
+tests="$repository/build/coverage/tests"
+
+install_dependencies
+command -v valgrind >/dev/null || install_packages valgrind
+build_preset default --target vellis_tests_trace
+
+# The programs count allocations by an operator new of their own, which valgrind must not replace. A
+# death test's child ends without tidying up.
+check() {
+    say "Checking $(basename "$1") ${*:2}"
+    valgrind --quiet --error-exitcode=99 --leak-check=full \
+        --show-leak-kinds=all --errors-for-leak-kinds=all \
+        --soname-synonyms=somalloc=nouserintercepts --child-silent-after-fork=yes \
+        "$@" --gtest_brief=1 ||
+        fail "'$*' failed under valgrind: see above."
+}
+
+for program in "$tests"/vellis_*_tests; do
+    # The diff remembers for the whole process: each of its tests has one of its own.
+    if [[ "$program" == */vellis_diff_tests ]]; then
+        suite=
+        while read -r name; do
+            case "$name" in
+            Running*) ;;
+            *.) suite="$name" ;;
+            *) check "$program" "--gtest_filter=$suite${name%% *}" ;;
+            esac
+        done < <("$program" --gtest_list_tests)
+    else
+        check "$program"
+    fi
+done
+say "No error, and no leak."
