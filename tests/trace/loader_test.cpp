@@ -182,6 +182,18 @@ TEST_F(Loader, SecondLoadLooksEveryEntryPointUpAgain) {
     EXPECT_GT(first.size(), 400u);
 }
 
+TEST_F(Loader, EveryFailureAfterASuccessLeavesVersionZero) {
+    ASSERT_EQ(load("2.1"), 1);
+    EXPECT_EQ(gladLoadGLLoader(nullptr), 0);
+    expectVersion(0, 0);
+    ASSERT_EQ(load("2.1"), 1);
+    EXPECT_EQ(load(nullptr), 0);
+    expectVersion(0, 0);
+    ASSERT_EQ(load("2.1"), 1);
+    EXPECT_EQ(gladLoadGL(), 0); // no context here
+    expectVersion(0, 0);
+}
+
 TEST_F(Loader, FailedLoadLeavesEntryPointsAndFlagsAsTheyWere) {
     ASSERT_EQ(load("2.1"), 1);
     EXPECT_EQ(load(nullptr), 0);
