@@ -21,6 +21,7 @@ constexpr StateRow limits[] = {
 #include "engine/gl_limits.inc"
 #undef VELLIS_GL_LIMIT
 };
+static_assert(haveRoom(limits));
 
 const char* glString(unsigned int name) {
     return printable(reinterpret_cast<const char*>(glGetString(name)));

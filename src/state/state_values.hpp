@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include <vellis/gl.hpp>
@@ -15,19 +16,32 @@ enum class ValueKind {
     Enum,        ///< glGetIntegerv, `GL_LESS`
 };
 
+/// The most values that a piece of GL state has.
+constexpr unsigned int mostStateValues = 4;
+
 /// A piece of GL state that is printed: `label = text`.
 struct StateRow {
     const char* label;
     unsigned int pname;
     ValueKind kind;
-    unsigned int count; ///< of the values that are printed, 1 to 4
+    unsigned int count; ///< of the values that are printed, 1 to mostStateValues
 };
+
+/// Whether StateValues has room for every row of a table.
+template <std::size_t N>
+constexpr bool haveRoom(const StateRow (&rows)[N]) {
+    for (const StateRow& row : rows) {
+        if (row.count > mostStateValues)
+            return false;
+    }
+    return true;
+}
 
 /// The values of a piece of GL state: those of its kind's type.
 struct StateValues {
-    GLboolean booleans[4] = {};
-    float floats[4] = {};
-    int integers[4] = {};
+    GLboolean booleans[mostStateValues] = {};
+    float floats[mostStateValues] = {};
+    int integers[mostStateValues] = {};
 };
 
 /// Asks GL, with one query. What GL refuses to tell is 0.

@@ -17,6 +17,7 @@ constexpr StateRow trackedStates[] = {
 #include "state/tracked_states.inc"
 #undef VELLIS_TRACKED_STATE
 };
+static_assert(haveRoom(trackedStates));
 
 /// What diff_gl_states() remembers of a tracked state, for the life of the process.
 struct Remembered {
