@@ -15,6 +15,7 @@ import contextlib
 import os
 import pathlib
 import random
+import re
 import resource
 import shutil
 import signal
@@ -83,14 +84,10 @@ def run(command, limit=None, prepare=None):
 
 
 def test_at_the_end(output):
-    """The test that failed first, or the one that ran last."""
-    last = ""
-    for line in output.splitlines():
-        if line.startswith("[  FAILED  ] "):
-            return line.split()[3].rstrip(",")
-        if line.startswith("[ RUN      ] "):
-            last = line.split()[3]
-    return last
+    """The test that failed first, or the one that ran last; nothing where none did."""
+    failed = re.search(r"^\[  FAILED  \] ([^\s,]+\.[^\s,]+)", output, re.MULTILINE)
+    begun = re.findall(r"^\[ RUN      \] (\S+)", output, re.MULTILINE)
+    return failed[1] if failed else begun[-1] if begun else ""
 
 
 class Workshop:

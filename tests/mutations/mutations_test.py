@@ -178,7 +178,9 @@ class Outcomes(unittest.TestCase):
     def test_name_of_the_test(self):
         self.assertEqual(mutate.test_at_the_end("[ RUN      ] A.B\n[       OK ] A.B (0 ms)\n"
                                                 "[ RUN      ] A.C\n"), "A.C")
-        self.assertEqual(mutate.test_at_the_end("[ RUN      ] A.B\n[  FAILED  ] A.B (0 ms)\n"), "A.B")
+        self.assertEqual(mutate.test_at_the_end("[ RUN      ] A.B\n[  FAILED  ] A.B (0 ms)\n"
+                                                "[  FAILED  ] 1 test, listed below:\n"), "A.B")
+        self.assertEqual(mutate.test_at_the_end("[  FAILED  ] 0 tests, listed below:\n"), "")
 
     def test_program_that_goes_on_for_ever_is_ended(self):
         status, output = mutate.run(["sh", "-c", "echo begun; sleep 60 & wait"], 0.5)

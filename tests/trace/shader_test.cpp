@@ -2,6 +2,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
@@ -88,9 +89,13 @@ TEST(ShaderTrace, FragmentShaderIsCreatedSourcedAndCompiled) {
 TEST(ShaderTrace, VersionedShaderMakesTheSameThreeCalls) {
     FakeGl gl;
     const auto shader = FragmentShader::make(source, Shader::Version::V330);
-    EXPECT_EQ(gl.takeCalls().size(), 3u);
+    std::vector<std::string> calls = gl.takeCalls();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0], "glCreateShader(GL_FRAGMENT_SHADER)");
     const auto vertex = VertexShader::make(source, Shader::Version::V330);
-    EXPECT_EQ(gl.takeCalls().size(), 3u);
+    calls = gl.takeCalls();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0], "glCreateShader(GL_VERTEX_SHADER)");
     gl.ignoreTheRest();
 }
 
