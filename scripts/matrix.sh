@@ -196,9 +196,10 @@ run_row() {
     local name driver platform context marks
     read -r name driver platform context marks <<<"$1"
     local output="$results/$name.log"
-    : >"$output"
 
-    environment=("OFFSCREEN_PLATFORM=$platform" MESA_SHADER_CACHE_DISABLE=true)
+    # Vulkan, which zink draws with, asks for a folder of its own.
+    environment=("OFFSCREEN_PLATFORM=$platform" MESA_SHADER_CACHE_DISABLE=true
+        "XDG_RUNTIME_DIR=${XDG_RUNTIME_DIR:-$results}")
     read -ra settings <<<"${driver_environment[$driver]}"
     environment+=("${settings[@]}")
     if [[ "$platform" == glx && "$driver" != hardware ]]; then
@@ -211,8 +212,8 @@ run_row() {
     fi
 
     local found renderer version reason
-    if ! found="$(env "${environment[@]}" "$build/vellis_driver" 2>&1)"; then
-        leave_out "$name" "$(tail -n 1 <<<"$found")"
+    if ! found="$(env "${environment[@]}" "$build/vellis_driver" 2>"$output")"; then
+        leave_out "$name" "$(tail -n 1 "$output")"
         return
     fi
     renderer="$(head -n 1 <<<"$found")"
@@ -227,7 +228,7 @@ run_row() {
     elif [[ "$context" == GL_* ]]; then
         environment+=("RENDER_WITHOUT=$context")
     fi
-    version="$(env "${environment[@]}" "$build/vellis_driver" 2>&1 | sed --quiet 2p)"
+    version="$(env "${environment[@]}" "$build/vellis_driver" 2>/dev/null | sed --quiet 2p)"
     if [[ "$context" == 2.1 && "$version" != 2.1* ]]; then
         leave_out "$name" "the driver does not let itself be limited; it offers OpenGL $version"
         return

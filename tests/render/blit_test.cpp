@@ -162,7 +162,7 @@ Pixels resolvedEdge(const MultiSampleRenderbuffer<U8vec4>& samples) {
 
 TEST_F(BlitRender, SamplesOfAnEdgeAreAveraged) {
     if (maxSamples() < 2)
-        GTEST_SKIP() << "The driver has no multisampling.";
+        GTEST_SKIP() << "the driver has no multisampling";
     const MultiSampleRenderbuffer<U8vec4> samples(edgeSize, edgeSize, maxSamples());
     const Pixels pixels = resolvedEdge(samples);
     EXPECT_GT(numGreys(pixels), 8);
@@ -180,7 +180,7 @@ TEST_F(BlitRender, OneSampleGivesNoIntermediateColours) {
 
 TEST_F(BlitRender, MultiSamplingThatIsOffGivesNoIntermediateColours) {
     if (maxSamples() < 2)
-        GTEST_SKIP() << "The driver has no multisampling.";
+        GTEST_SKIP() << "the driver has no multisampling";
     const MultiSampleRenderbuffer<U8vec4> samples(edgeSize, edgeSize, maxSamples());
     Framebuffer::disableMultiSampling();
     EXPECT_EQ(numGreys(resolvedEdge(samples)), 0);
@@ -218,7 +218,7 @@ TEST_F(BlitRender, DepthAndStencilAreCopiedWithTheColour) {
 
 TEST_F(BlitRender, DepthAndStencilOfSeveralSamplesAreCopiedWithTheColour) {
     if (maxSamples() < 2)
-        GTEST_SKIP() << "The driver has no multisampling.";
+        GTEST_SKIP() << "the driver has no multisampling";
     copiesDepthAndStencil(maxSamples());
 }
 
@@ -321,7 +321,7 @@ TEST_F(BlitRender, ImageWithoutStorageIsRefusedAndBindingsComeBack) {
 
 TEST_F(BlitRender, SampleCountsThatDifferAreRefused) {
     if (maxSamples() < 2)
-        GTEST_SKIP() << "The driver has no multisampling.";
+        GTEST_SKIP() << "the driver has no multisampling";
     const auto color = MultiSampleRenderbuffer<U8vec4>::make(width, height, maxSamples());
     const auto packed = MultiSampleRenderbuffer<depth24_stencil8>::make(width, height, 1);
     const auto colorCopy = blackTexture();
@@ -491,7 +491,7 @@ TEST_F(BlitRender, DepthOrStencilThatIsNotThereIsRefused) {
 
 TEST_F(BlitRender, FramebufferOfSeveralSamplesIsNotRead) {
     if (maxSamples() < 2)
-        GTEST_SKIP() << "The driver has no multisampling.";
+        GTEST_SKIP() << "the driver has no multisampling";
     const MultiSampleRenderbuffer<U8vec4> samples(width, height, maxSamples());
     Framebuffer framebuffer;
     framebuffer.bind();

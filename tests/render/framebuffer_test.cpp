@@ -476,7 +476,7 @@ TEST_F(FramebufferRender, ImagesWithoutPixelsAreIncomplete) {
 
 TEST_F(FramebufferRender, ImagesOfDifferentSampleCountsAreIncomplete) {
     if (maxSamples() < 2)
-        GTEST_SKIP() << "The driver has no multisampling.";
+        GTEST_SKIP() << "the driver has no multisampling";
     const auto color = MultiSampleRenderbuffer<U8vec4>::make(width, height, maxSamples());
     const auto depth = Renderbuffer<depth24_stencil8>::make(width, height);
     framebuffer->bind();

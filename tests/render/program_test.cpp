@@ -221,7 +221,7 @@ class PortableSourceRender : public ProgramRender,
 TEST_P(PortableSourceRender, CompilesLinksAndDraws) {
     const auto* offered = reinterpret_cast<const char*>(glGetString(GL_SHADING_LANGUAGE_VERSION));
     if (std::stof(offered) < GetParam().needed)
-        GTEST_SKIP() << "the context offers GLSL " << offered;
+        GTEST_SKIP() << "the context offers no more than GLSL " << offered;
     const auto vertexShader = VertexShader::make("IN vec2 position; \n"
                                                  "OUT vec2 place; \n"
                                                  "void main() { \n"

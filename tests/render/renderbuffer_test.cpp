@@ -52,7 +52,7 @@ TEST_F(RenderbufferRender, EveryFormatIsStoredAsAskedFor) {
 
 TEST_F(RenderbufferRender, EveryFormatIsStoredWithSamples) {
     if (maxSamples() < 2)
-        GTEST_SKIP() << "The driver has no multisampling.";
+        GTEST_SKIP() << "the driver has no multisampling";
     const auto check = [](auto texel) {
         using F = typename decltype(texel)::type;
         SCOPED_TRACE(texelRow<F>.name);

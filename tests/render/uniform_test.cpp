@@ -252,7 +252,7 @@ TEST_F(UniformRender, ValuesOfEachTypeReachGl) {
 TEST_F(UniformRender, UnsignedValuesReachGl) {
     const auto* offered = reinterpret_cast<const char*>(glGetString(GL_SHADING_LANGUAGE_VERSION));
     if (std::stof(offered) < 1.3f)
-        GTEST_SKIP() << "the context offers GLSL " << offered;
+        GTEST_SKIP() << "the context offers no more than GLSL " << offered;
     if (GLAD_GL_VERSION_3_0 == 0)
         GTEST_SKIP() << "the context lacks OpenGL 3.0, whose entry points read the values back";
     expectEachRowToReachGl(unsignedRows, "130");
