@@ -37,6 +37,7 @@ for corpus in "$repository"/tests/fuzz/corpus/*/; do
         -artifact_prefix="$finds/$name-" "$fresh" "$corpus" ||
         fail "a find: '$fuzzer FILE' with the file named above repeats it. Mend it, and make it a test."
     if "$keep"; then
-        "$fuzzer" -merge=1 -verbosity=0 "$corpus" "$fresh"
+        # New code counts, not how often it runs: that keeps the corpus small.
+        "$fuzzer" -merge=1 -use_counters=0 -verbosity=0 "$corpus" "$fresh"
     fi
 done

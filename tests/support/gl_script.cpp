@@ -109,6 +109,17 @@ std::vector<std::string> ObjectNames::live() const {
     return names;
 }
 
+bool ObjectNames::isLive(GLuint name) const {
+    const auto object = objects_.find(name);
+    return object != objects_.end() && object->second.live;
+}
+
+void ObjectNames::forgetDeleted() {
+    for (auto object = objects_.begin(); object != objects_.end();)
+        object = object->second.live ? std::next(object) : objects_.erase(object);
+    wrongDeletes_.clear();
+}
+
 std::size_t Bindings::unit(ObjectKind kind) const {
     return kind == ObjectKind::Texture ? (activeTexture_ - GL_TEXTURE0) % numUnits : 0;
 }
@@ -173,6 +184,12 @@ unsigned char* BufferStores::scratch(GLsizeiptr length) {
 
 void GlScript::failToCreate(bool fail) {
     failing_.fill(fail);
+}
+
+void GlScript::forgetDeletedNames() {
+    names_.forgetDeleted();
+    for (auto shader = shaders_.begin(); shader != shaders_.end();)
+        shader = names_.isLive(shader->first) ? std::next(shader) : shaders_.erase(shader);
 }
 
 std::vector<unsigned char> GlScript::bufferBytes(GLuint buffer) const {

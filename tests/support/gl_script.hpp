@@ -77,6 +77,8 @@ public:
 
     std::vector<std::string> live() const;
     const std::vector<std::string>& wrongDeletes() const { return wrongDeletes_; }
+    bool isLive(GLuint name) const;
+    void forgetDeleted();
 
 private:
     struct Object {
@@ -158,6 +160,9 @@ public:
     std::vector<std::string> liveNames() const { return names_.live(); }
     /// The deletions that hit no live object of that kind: a second one, one of a wrong kind.
     std::vector<std::string> doubleDeletes() const { return names_.wrongDeletes(); }
+    /// Forgets which objects were deleted, so that a long run does not remember them all. A further
+    /// deletion of their names counts for nothing, then.
+    void forgetDeletedNames();
     /// @}
 
     /// \name State
