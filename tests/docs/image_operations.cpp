@@ -152,8 +152,8 @@ void useFragmentState(UseRecorder& use) {
 
 void useTextures(UseRecorder& use) {
     use.begin("Textures and renderbuffers");
-    for (const unsigned int size : {GL_TEXTURE_WIDTH, GL_TEXTURE_HEIGHT, GL_TEXTURE_DEPTH})
-        use.gl.setState(size, {4});
+    for (const int size : {GL_TEXTURE_WIDTH, GL_TEXTURE_HEIGHT, GL_TEXTURE_DEPTH})
+        use.gl.setState(static_cast<GLenum>(size), {4});
     useTexture<Texture1D<Texel>>(use, "Texture1D", 4u);
     useTexture<Texture2D<Texel>>(use, "Texture2D", 4u, 4u);
     useTexture<Texture3D<Texel>>(use, "Texture3D", 4u, 4u, 4u);
