@@ -3,6 +3,7 @@
 #include "engine/loader.hpp"
 
 #include <cstring>
+#include <utility>
 
 #include <vellis/gl.hpp>
 
@@ -36,19 +37,10 @@ struct EntryPoints {
 #undef VELLIS_LOADER_FLAG
 };
 
-EntryPoints current() {
-    EntryPoints table;
-#define VELLIS_ENTRY_POINT(name) table.name##_ = glad_##name;
-#define VELLIS_LOADER_FLAG(name) table.name##_ = name;
-#include "entry_points.inc"
-#undef VELLIS_ENTRY_POINT
-#undef VELLIS_LOADER_FLAG
-    return table;
-}
-
-void install(const EntryPoints& table) {
-#define VELLIS_ENTRY_POINT(name) glad_##name = table.name##_;
-#define VELLIS_LOADER_FLAG(name) name = table.name##_;
+/// Puts \p table in the place of what is there, and that into \p table.
+void exchange(EntryPoints& table) {
+#define VELLIS_ENTRY_POINT(name) std::swap(glad_##name, table.name##_);
+#define VELLIS_LOADER_FLAG(name) std::swap(name, table.name##_);
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
@@ -77,14 +69,14 @@ bool load(Lookup lookup) {
     const auto call = [](void* userptr, const char* name) -> GLADapiproc {
         return forLoading(name, (*static_cast<Lookup*>(userptr))(name));
     };
-    const EntryPoints before = current();
-    install(EntryPoints{});
+    EntryPoints before = {};
+    exchange(before);
     const int version = vellis_gladLoadGLUserPtr(call, &lookup);
     GLVersion = {GLAD_VERSION_MAJOR(version), GLAD_VERSION_MINOR(version)};
     if (glad_glGetStringi == stringOrEmpty)
         glad_glGetStringi = getStringi;
     if (version == 0)
-        install(before);
+        exchange(before);
     return version != 0;
 }
 
