@@ -68,6 +68,9 @@ start_wine() {
     # Wine's own programs start with the first of ours, keep its output open for as long as they live,
     # and live as long as its server: here they start, and stay for all tests.
     say "Starting Wine"
+    # A server that a run has left, which was not let end, would keep to the X server of that run.
+    wineserver --kill || true
+    wineserver --wait
     wineserver --persistent
     wine wineboot >/dev/null 2>&1 ||
         fail "Wine does not start: delete $WINEPREFIX, then run this again."
@@ -88,6 +91,7 @@ else
 fi
 start_wine
 say "Testing build/windows"
-ctest --test-dir "$build" --output-on-failure --no-tests=error --parallel "$(nproc)" \
+# Most programs are one test to ctest: they say themselves how many tests passed.
+GTEST_BRIEF=1 ctest --test-dir "$build" --verbose --no-tests=error --parallel "$(nproc)" \
     --label-regex "^(${1:-$any_label})$" ||
     fail "tests failed: their names and output are above."

@@ -1,13 +1,18 @@
 # The target that consumers get their context from: offscreen.
-set(system_libraries ${CMAKE_DL_LIBS})
 if(WIN32)
-    set(system_libraries opengl32 gdi32)
+    # What was compiled for the DLL cannot be linked with the static library.
+    add_library(offscreen STATIC
+        "${VELLIS_FOLDER}/offscreen/context.cpp"
+        "${VELLIS_FOLDER}/offscreen/wgl.cpp")
+    target_include_directories(offscreen PUBLIC "${OFFSCREEN_INCLUDE_DIR}")
+    target_link_libraries(offscreen PUBLIC vellis::vellis opengl32 gdi32)
+else()
+    add_library(offscreen STATIC IMPORTED)
+    set_target_properties(offscreen PROPERTIES
+        IMPORTED_LOCATION "${OFFSCREEN_LIBRARY}"
+        INTERFACE_INCLUDE_DIRECTORIES "${OFFSCREEN_INCLUDE_DIR}"
+        INTERFACE_LINK_LIBRARIES "${CMAKE_DL_LIBS}")
 endif()
-add_library(offscreen STATIC IMPORTED)
-set_target_properties(offscreen PROPERTIES
-    IMPORTED_LOCATION "${OFFSCREEN_LIBRARY}"
-    INTERFACE_INCLUDE_DIRECTORIES "${OFFSCREEN_INCLUDE_DIR}"
-    INTERFACE_LINK_LIBRARIES "${system_libraries}")
 
 # consumer_dlls(program...): on Windows, programs find their DLLs beside them.
 function(consumer_dlls)
