@@ -7,51 +7,43 @@
 namespace vellis::test {
 namespace {
 
-/// The entry points that a context may lack, by what brings them.
-enum class Extension { VertexArrays, Framebuffers, MappedRanges, UnsignedUniforms };
+/// What a context may lack.
+enum class Extension {
+#define VELLIS_EXTENSION(extension, name) extension,
+#define VELLIS_EXTENSION_ENTRY_POINT(extension, entryPoint)
+#include "render/extensions.inc"
+#undef VELLIS_EXTENSION
+#undef VELLIS_EXTENSION_ENTRY_POINT
+    UnsignedUniforms
+};
 
+/// An entry point that such a context has not.
 struct OptionalEntryPoint {
     Extension extension;
     void (*set)(bool isThere);
 };
 
-#define VELLIS_OPTIONAL(extension, name)                                                           \
-    {                                                                                              \
-        Extension::extension, [](bool isThere) {                                                   \
-            void* const recorder = FakeGl::lookUp(#name);                                          \
-            glad_##name = isThere ? reinterpret_cast<decltype(glad_##name)>(recorder) : nullptr;   \
-        }                                                                                          \
-    }
-
+#define VELLIS_EXTENSION(extension, name)
+#define VELLIS_EXTENSION_ENTRY_POINT(extension, name)                                              \
+    {Extension::extension, [](bool isThere) {                                                      \
+         void* const recorder = FakeGl::lookUp(#name);                                             \
+         glad_##name = isThere ? reinterpret_cast<decltype(glad_##name)>(recorder) : nullptr;      \
+     }},
+// clang-format off
 constexpr OptionalEntryPoint optionalEntryPoints[] = {
-    VELLIS_OPTIONAL(VertexArrays, glGenVertexArrays),
-    VELLIS_OPTIONAL(VertexArrays, glDeleteVertexArrays),
-    VELLIS_OPTIONAL(VertexArrays, glBindVertexArray),
-    VELLIS_OPTIONAL(Framebuffers, glGenFramebuffers),
-    VELLIS_OPTIONAL(Framebuffers, glDeleteFramebuffers),
-    VELLIS_OPTIONAL(Framebuffers, glBindFramebuffer),
-    VELLIS_OPTIONAL(Framebuffers, glBlitFramebuffer),
-    VELLIS_OPTIONAL(Framebuffers, glCheckFramebufferStatus),
-    VELLIS_OPTIONAL(Framebuffers, glFramebufferRenderbuffer),
-    VELLIS_OPTIONAL(Framebuffers, glFramebufferTexture2D),
-    VELLIS_OPTIONAL(Framebuffers, glGenRenderbuffers),
-    VELLIS_OPTIONAL(Framebuffers, glDeleteRenderbuffers),
-    VELLIS_OPTIONAL(Framebuffers, glBindRenderbuffer),
-    VELLIS_OPTIONAL(Framebuffers, glRenderbufferStorage),
-    VELLIS_OPTIONAL(Framebuffers, glRenderbufferStorageMultisample),
-    VELLIS_OPTIONAL(Framebuffers, glGenerateMipmap),
-    VELLIS_OPTIONAL(MappedRanges, glMapBufferRange),
-    VELLIS_OPTIONAL(MappedRanges, glFlushMappedBufferRange),
-    VELLIS_OPTIONAL(UnsignedUniforms, glUniform1ui),
-    VELLIS_OPTIONAL(UnsignedUniforms, glUniform1uiv),
-    VELLIS_OPTIONAL(UnsignedUniforms, glUniform3uiv),
-    VELLIS_OPTIONAL(UnsignedUniforms, glUniform4uiv),
-    VELLIS_OPTIONAL(UnsignedUniforms, glUniform1uiEXT),
-    VELLIS_OPTIONAL(UnsignedUniforms, glUniform1uivEXT),
-    VELLIS_OPTIONAL(UnsignedUniforms, glUniform3uivEXT),
-    VELLIS_OPTIONAL(UnsignedUniforms, glUniform4uivEXT),
+#include "render/extensions.inc"
+    VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform1ui)
+    VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform1uiv)
+    VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform3uiv)
+    VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform4uiv)
+    VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform1uiEXT)
+    VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform1uivEXT)
+    VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform3uivEXT)
+    VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform4uivEXT)
 };
-#undef VELLIS_OPTIONAL
+// clang-format on
+#undef VELLIS_EXTENSION
+#undef VELLIS_EXTENSION_ENTRY_POINT
 
 /// What the programs of a run have, as bytes choose it: what the sources say, nothing, and what no
 /// compiler would report.

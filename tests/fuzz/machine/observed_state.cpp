@@ -45,26 +45,33 @@ bool isKept(const Promise& promise, GLenum state, const ObservedValues& after) {
 } // namespace
 
 const std::vector<ObservedState>& observedStates() {
-#define VELLIS_TRACKED_STATE(name, kind, count) {#name, GL_##name},
+    // clang-format off
     static const std::vector<ObservedState> states = {
+#define VELLIS_OBSERVED(name) {#name, GL_##name},
+#define VELLIS_TRACKED_STATE(name, kind, count) VELLIS_OBSERVED(name)
 #include "state/tracked_states.inc"
-        VELLIS_TRACKED_STATE(ARRAY_BUFFER_BINDING, Decimal,
-                             1) VELLIS_TRACKED_STATE(ELEMENT_ARRAY_BUFFER_BINDING, Decimal, 1)
-            VELLIS_TRACKED_STATE(PIXEL_PACK_BUFFER_BINDING, Decimal,
-                                 1) VELLIS_TRACKED_STATE(PIXEL_UNPACK_BUFFER_BINDING, Decimal, 1)
-                VELLIS_TRACKED_STATE(CURRENT_PROGRAM, Decimal,
-                                     1) VELLIS_TRACKED_STATE(DRAW_FRAMEBUFFER_BINDING, Decimal, 1)
-                    VELLIS_TRACKED_STATE(READ_FRAMEBUFFER_BINDING, Decimal, 1) VELLIS_TRACKED_STATE(
-                        DRAW_BUFFER, Enum, 1) VELLIS_TRACKED_STATE(CULL_FACE, Boolean, 1)
-                        VELLIS_TRACKED_STATE(CULL_FACE_MODE, Enum, 1) VELLIS_TRACKED_STATE(
-                            POLYGON_MODE, Enum, 2) VELLIS_TRACKED_STATE(POLYGON_SMOOTH, Boolean, 1)
-                            VELLIS_TRACKED_STATE(LINE_SMOOTH, Boolean, 1)
-                                VELLIS_TRACKED_STATE(LINE_WIDTH, Float, 1)
-                                    VELLIS_TRACKED_STATE(POINT_SPRITE, Boolean, 1)
-                                        VELLIS_TRACKED_STATE(COLOR_LOGIC_OP, Boolean, 1)
-                                            VELLIS_TRACKED_STATE(LOGIC_OP_MODE, Enum, 1)
-                                                VELLIS_TRACKED_STATE(MULTISAMPLE, Boolean, 1)};
 #undef VELLIS_TRACKED_STATE
+        VELLIS_OBSERVED(ARRAY_BUFFER_BINDING)
+        VELLIS_OBSERVED(ELEMENT_ARRAY_BUFFER_BINDING)
+        VELLIS_OBSERVED(PIXEL_PACK_BUFFER_BINDING)
+        VELLIS_OBSERVED(PIXEL_UNPACK_BUFFER_BINDING)
+        VELLIS_OBSERVED(CURRENT_PROGRAM)
+        VELLIS_OBSERVED(DRAW_FRAMEBUFFER_BINDING)
+        VELLIS_OBSERVED(READ_FRAMEBUFFER_BINDING)
+        VELLIS_OBSERVED(DRAW_BUFFER)
+        VELLIS_OBSERVED(CULL_FACE)
+        VELLIS_OBSERVED(CULL_FACE_MODE)
+        VELLIS_OBSERVED(POLYGON_MODE)
+        VELLIS_OBSERVED(POLYGON_SMOOTH)
+        VELLIS_OBSERVED(LINE_SMOOTH)
+        VELLIS_OBSERVED(LINE_WIDTH)
+        VELLIS_OBSERVED(POINT_SPRITE)
+        VELLIS_OBSERVED(COLOR_LOGIC_OP)
+        VELLIS_OBSERVED(LOGIC_OP_MODE)
+        VELLIS_OBSERVED(MULTISAMPLE)
+#undef VELLIS_OBSERVED
+    };
+    // clang-format on
     return states;
 }
 
