@@ -260,6 +260,7 @@ TEST_F(BufferObjectTrace, UnmapEndsTheMapping) {
     EXPECT_EQ(buffer->mapOffset_, 0u);
     buffer->unmap(false);
     EXPECT_EQ(buffer->mapAccess_, 0u);
+    EXPECT_EQ(buffer->mapOffset_, 0u);
     EXPECT_EQ(buffer->mapLength_, 0u);
     gl.forget();
     buffer->unmap(false);

@@ -39,11 +39,13 @@ constexpr Row platforms[] = {
     {"EGL", VELLIS_FAKE_EGL, lookUp<0>},
     {"GLX", VELLIS_FAKE_GLX, lookUp<1>},
     {"GL", VELLIS_FAKE_GL, lookUp<2>},
-    // Libraries of EGL's name that have one of its two functions.
+    // Libraries that have one of their two functions.
     {"EglWithoutACurrentContext", VELLIS_FAKE_EGL_WITHOUT_CONTEXT, lookUp<3>},
     {"EglWithoutALookup", VELLIS_FAKE_EGL_WITHOUT_LOOKUP, lookUp<4>},
+    {"GlWithoutALookup", VELLIS_FAKE_GL_WITHOUT_LOOKUP, lookUp<5>},
 };
-constexpr int none = -1, egl = 0, glx = 1, gl = 2, eglWithoutContext = 3, eglWithoutLookup = 4;
+constexpr int none = -1, egl = 0, glx = 1, gl = 2, eglWithoutContext = 3, eglWithoutLookup = 4,
+              glWithoutLookup = 5;
 
 /// The library of a platform, which the process has open while this lives.
 class Platform {
@@ -116,6 +118,15 @@ TEST_F(PlatformLookup, GlLibraryServesWhereNoPlatformIsKnownToHaveAContext) {
     const Platform second(glx, false);
     const Platform third(gl, false);
     EXPECT_EQ(loadedThrough(), gl);
+}
+
+TEST_F(PlatformLookup, LoadFailsWhereThereIsNoLookupAtAll) {
+    {
+        const Platform platform(egl, true);
+        ASSERT_EQ(loadedThrough(), egl);
+    }
+    const Platform library(glWithoutLookup, true);
+    EXPECT_EQ(loadedThrough(), none);
 }
 
 TEST_F(PlatformLookup, LoadFailsWhereTheLookupKnowsNothing) {
