@@ -2,8 +2,6 @@
 
 #include <cstdlib>
 
-#include <vellis/engine.hpp>
-
 #include "platforms.hpp"
 
 namespace offscreen {
@@ -59,10 +57,6 @@ std::unique_ptr<Context> Context::open(const Settings& settings, std::string& er
     }
     error = "The platform is none of " + platformNames() + ".";
     return nullptr;
-}
-
-bool Context::loadEntryPoints() {
-    return vellis::engine::init();
 }
 
 } // namespace offscreen

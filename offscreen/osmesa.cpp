@@ -88,7 +88,7 @@ public:
     void release() override { osMesa().makeCurrent(nullptr, nullptr, GL_UNSIGNED_BYTE, 0, 0); }
 
     /// OSMesa's entry points are its own: no lookup of the system's finds them.
-    bool loadEntryPoints() override { return gladLoadGLLoader(osMesa().getProcAddress) == 1; }
+    Lookup ownLookup() const override { return osMesa().getProcAddress; }
 
 private:
     GLsizei width_;

@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+#include <offscreen/entry_points.hpp>
+
 namespace common {
 namespace {
 
@@ -23,6 +25,6 @@ std::unique_ptr<offscreen::Context> open(unsigned int width, unsigned int height
 
 ReadyContext::ReadyContext(unsigned int width, unsigned int height)
     : context_(open(width, height)),
-      library_(context_->loadEntryPoints()) {}
+      library_(offscreen::loadEntryPoints(*context_)) {}
 
 } // namespace common

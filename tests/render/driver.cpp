@@ -11,6 +11,7 @@
 #include <string>
 
 #include <offscreen/context.hpp>
+#include <offscreen/entry_points.hpp>
 #include <vellis/gl.hpp>
 
 #include "render/extension.hpp"
@@ -26,7 +27,7 @@ std::unique_ptr<offscreen::Context> openContext() {
     if (context == nullptr)
         throw std::runtime_error(error);
     const auto hidden = extensionToHide();
-    if (!context->loadEntryPoints() || (hidden && !hide(*hidden)))
+    if (!offscreen::loadEntryPoints(*context) || (hidden && !hide(*hidden)))
         throw std::runtime_error("The GL entry points cannot be loaded.");
     return context;
 }

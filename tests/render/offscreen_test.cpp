@@ -1,4 +1,5 @@
 #include <offscreen/context.hpp>
+#include <offscreen/entry_points.hpp>
 #include <offscreen/image.hpp>
 #include <offscreen/requirement.hpp>
 
@@ -151,11 +152,11 @@ TEST(OffscreenContext, IsCurrentUntilItIsReleased) {
     std::string error;
     const auto context = offscreen::Context::open(renderSettings(16, 16), error);
     ASSERT_NE(context, nullptr) << error;
-    EXPECT_TRUE(context->loadEntryPoints());
+    EXPECT_TRUE(offscreen::loadEntryPoints(*context));
     context->release();
-    EXPECT_FALSE(context->loadEntryPoints());
+    EXPECT_FALSE(offscreen::loadEntryPoints(*context));
     EXPECT_TRUE(context->makeCurrent());
-    EXPECT_TRUE(context->loadEntryPoints());
+    EXPECT_TRUE(offscreen::loadEntryPoints(*context));
 }
 
 TEST(OffscreenContext, LeavesNoneCurrentAtItsEnd) {
@@ -174,7 +175,7 @@ TEST(OffscreenContext, OutlivesAnother) {
     ASSERT_NE(second, nullptr) << error;
     second.reset();
     ASSERT_TRUE(first->makeCurrent());
-    ASSERT_TRUE(first->loadEntryPoints());
+    ASSERT_TRUE(offscreen::loadEntryPoints(*first));
     glClearColor(0.0f, 1.0f, 0.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT);
     EXPECT_EQ(offscreen::readPixels(1, 1).pixels, (std::vector<unsigned char>{0, 255, 0, 255}));

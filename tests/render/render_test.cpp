@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include <offscreen/entry_points.hpp>
 #include <offscreen/requirement.hpp>
 #include <vellis/engine.hpp>
 #include <vellis/gl.hpp>
@@ -26,7 +27,7 @@ void RenderTest::TearDown() {
 }
 
 bool loadForTests(offscreen::Context& context) {
-    if (!context.loadEntryPoints())
+    if (!offscreen::loadEntryPoints(context))
         return false;
     const std::string missing = offscreen::missingRequirement();
     EXPECT_EQ(missing, "");

@@ -14,7 +14,7 @@ enum class Platform {
     EglSurfaceless, ///< EGL on Mesa's surfaceless platform.
     EglDevice,      ///< EGL on the first graphics device that works.
     Glx,            ///< GLX on the X server that `$DISPLAY` names.
-    OsMesa,         ///< OSMesa, which draws into the memory of the process; see loadEntryPoints().
+    OsMesa,         ///< OSMesa, which draws into the memory of the process; see entry_points.hpp.
     Wgl,            ///< WGL on a window that is not shown.
 };
 
@@ -74,11 +74,12 @@ public:
     /// Leaves this thread without a current context.
     virtual void release() = 0;
 
-    /// Loads the library's GL entry points from the context, which is current: through
-    /// vellis::engine::init, and where that does not know the platform, which is OSMesa, through
-    /// gladLoadGLLoader() with the platform's own lookup.
-    /// \return false where they cannot be loaded.
-    virtual bool loadEntryPoints();
+    /// Gives the entry point of a name.
+    using Lookup = void* (*)(const char* name);
+
+    /// The lookup of a platform that vellis::engine::init does not know, which is OSMesa; null on
+    /// the others.
+    virtual Lookup ownLookup() const { return nullptr; }
 
 protected:
     Context() = default;
