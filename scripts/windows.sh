@@ -45,6 +45,7 @@ make_root() {
 # Starts an X server and Wine, which both end with this script. Even hidden windows need an X server.
 start_wine() {
     local display_file="$build/display"
+    rm -f "$display_file" # what an earlier run has left must not be read
     Xvfb -displayfd 3 -noreset -nolisten tcp -screen 0 1280x1024x24 3>"$display_file" 2>/dev/null &
     x_server=$!
     trap stop_wine EXIT
