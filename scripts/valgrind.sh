@@ -11,7 +11,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 if [[ $# -gt 0 ]]; then
     fail "usage: valgrind.sh"
 fi
-tests="$repository/build/coverage/tests"
+tests="$repository/build/default/tests"
 
 install_dependencies
 command -v valgrind >/dev/null || install_packages valgrind
