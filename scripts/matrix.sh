@@ -102,6 +102,7 @@ start_x_server() {
         return
     fi
     local number="$results/display"
+    rm -f "$number" # of an earlier run
     Xvfb -displayfd 3 -noreset 3>"$number" >"$results/xvfb.log" 2>&1 &
     x_server=$!
     local tries

@@ -154,7 +154,8 @@ bool loadFromPlatform() {
         if (loadFromCurrent(platform))
             return true;
     }
-    // The system's GL library may know of a context: vendor-neutral systems have split libGLX off it.
+    // The system's GL library may know of a context: vendor-neutral systems have split libGLX off
+    // it.
     const Library library("libGL.so.1", RTLD_LAZY);
     const auto getProcAddress = library.find<GetProcAddress>("glXGetProcAddressARB");
     return getProcAddress != nullptr && load(getProcAddress);
