@@ -83,6 +83,14 @@ is_debian() {
     command -v apt-get >/dev/null && command -v dpkg-query >/dev/null
 }
 
+# CMake would take make, which a bare system lacks. A build folder keeps the generator that it was made
+# with, whatever this says.
+prefer_ninja() {
+    if command -v ninja >/dev/null; then
+        export CMAKE_GENERATOR=Ninja
+    fi
+}
+
 # Makes everything ready that building and running need.
 install_dependencies() {
     if is_debian; then
@@ -90,6 +98,7 @@ install_dependencies() {
     else
         require_tools
     fi
+    prefer_ninja
 }
 
 # Makes ready what the programs with a window and their tests need beyond that. They are left out
@@ -107,13 +116,9 @@ install_window_dependencies() {
 build_preset() {
     local preset="$1"
     shift
-    local options=()
-    # A build folder keeps the generator that it was made with.
-    if [[ ! -e "$repository/build/$preset/CMakeCache.txt" ]] && command -v ninja >/dev/null; then
-        options+=(-G Ninja)
-    fi
+    prefer_ninja
     say "Configuring build/$preset"
-    (cd "$repository" && cmake --preset "$preset" "${options[@]}") ||
+    (cd "$repository" && cmake --preset "$preset") ||
         fail "configuring failed (see above): mend what it names; where the build folder is stale, delete $repository/build/$preset. Then run this again."
     say "Building build/$preset"
     cmake --build "$repository/build/$preset" --parallel "$(nproc)" "$@" ||
