@@ -73,8 +73,18 @@ private:
     unsigned int vertexArray_ = scene_.vertexArray();
 };
 
+/// A scene, and the handles of its program's uniforms.
+class SceneWithHandles {
+protected:
+    Scene scene_;
+    Program& program_ = *scene_.program;
+    const Drawable& triangle_ = *scene_.triangle;
+    Uniform<glm::mat4>& mvp_ = program_.getUniform<glm::mat4>("mvp");
+    Uniform<glm::vec4>& color_ = program_.getUniform<glm::vec4>("color");
+};
+
 /// The values lie in the handles, as raw GL's lie in variables.
-class DrawWithHandles {
+class DrawWithHandles : SceneWithHandles {
 public:
     DrawWithHandles() {
         mvp_.value = mvp;
@@ -87,17 +97,10 @@ public:
         triangle_.draw(0, 3);
         program_.unbind();
     }
-
-private:
-    Scene scene_;
-    Program& program_ = *scene_.program;
-    const Drawable& triangle_ = *scene_.triangle;
-    Uniform<glm::mat4>& mvp_ = program_.getUniform<glm::mat4>("mvp");
-    Uniform<glm::vec4>& color_ = program_.getUniform<glm::vec4>("color");
 };
 
 /// The values lie elsewhere and are written to the handles for each draw.
-class DrawWithNewValues {
+class DrawWithNewValues : SceneWithHandles {
 public:
     void operator()() {
         program_.bind(triangle_.getAttributesBinding());
@@ -108,13 +111,6 @@ public:
         triangle_.draw(0, 3);
         program_.unbind();
     }
-
-private:
-    Scene scene_;
-    Program& program_ = *scene_.program;
-    const Drawable& triangle_ = *scene_.triangle;
-    Uniform<glm::mat4>& mvp_ = program_.getUniform<glm::mat4>("mvp");
-    Uniform<glm::vec4>& color_ = program_.getUniform<glm::vec4>("color");
 };
 
 class DrawByName {
