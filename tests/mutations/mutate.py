@@ -43,6 +43,9 @@ FAST_TESTS = [Program("tests/vellis_trace_tests", "Loader.EntryPointsAreNullBefo
               Program("tests/vellis_platform_tests"), Program("tests/vellis_toolbox_tests"),
               Program("tests/vellis_toolbox_dispose_tests"), Program("tests/vellis_workload_tests"),
               Program("tests/docs/vellis_pages_tests"),
+              Program("tests/faults/vellis_allocation_fault_tests"),
+              Program("tests/faults/vellis_gl_fault_tests"),
+              Program("tests/fuzz/vellis_state_machine_tests"),
               Program("tests/vellis_diff_tests", "DiffGlStatesTrace.*")]
 FAST_TARGETS = ["vellis_tests_trace", "vellis_pages_tests"]
 DRIVER_TESTS = [Program("tests/render/vellis_toolbox_render_tests"),

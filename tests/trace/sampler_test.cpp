@@ -123,10 +123,15 @@ TEST(SamplerTrace, SetCanUnset) {
 TEST(SamplerTrace, UnknownPropertyIsIgnored) {
     for (const unsigned int property : {5u, 6u, 1000u, unset}) {
         const auto unknown = static_cast<Sampler::Property>(property);
-        Sampler sampler({{unknown, 1u}});
-        sampler.set({{unknown, 1u}, {Sampler::WRAP_T, Sampler::REPEAT}});
-        EXPECT_EQ(valuesOf(sampler), (Values{unset, unset, unset, unset, Sampler::REPEAT}));
-        EXPECT_EQ(sampler.get(unknown), unset);
+        struct {
+            Sampler sampler;
+            unsigned int behind = 7;
+        } memory;
+        memory.sampler = Sampler({{unknown, 1u}});
+        memory.sampler.set({{unknown, 1u}, {Sampler::WRAP_T, Sampler::REPEAT}});
+        EXPECT_EQ(valuesOf(memory.sampler), (Values{unset, unset, unset, unset, Sampler::REPEAT}));
+        EXPECT_EQ(memory.behind, 7u);
+        EXPECT_EQ(memory.sampler.get(unknown), unset);
     }
 }
 
