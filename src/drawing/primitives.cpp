@@ -66,23 +66,4 @@ unsigned int record(const Program* program, const AttributeSource* attributes, s
 
 } // namespace detail
 
-namespace drawable {
-
-using Type = Drawable::PrimitiveType;
-
-template class Primitive<Type::Points, VertexAttribute<glm::vec2>>;
-template class Primitive<Type::Points, VertexAttribute<glm::vec3>>;
-template class Primitive<Type::Lines, VertexAttribute<glm::vec2>>;
-template class Primitive<Type::Lines, VertexAttribute<glm::vec3>>;
-template class Primitive<Type::LineLoop, VertexAttribute<glm::vec2>>;
-template class Primitive<Type::LineLoop, VertexAttribute<glm::vec3>>;
-template class Primitive<Type::LineStrip, VertexAttribute<glm::vec2>>;
-template class Primitive<Type::LineStrip, VertexAttribute<glm::vec3>>;
-template class Primitive<Type::LineStrip, VertexAttribute<glm::vec4>>;
-template class Primitive<Type::TriangleStrip, VertexAttribute<glm::vec2>>;
-template class Primitive<Type::TriangleStrip, VertexAttribute<glm::vec3>>;
-template class Primitive<Type::TriangleFan, VertexAttribute<glm::vec2>>;
-template class Primitive<Type::TriangleFan, VertexAttribute<glm::vec3>>;
-
-} // namespace drawable
 } // namespace vellis

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 #include <memory>
-#include <type_traits>
 
 #include <glm/mat4x4.hpp>
 
@@ -33,54 +32,62 @@ namespace {
 
 constexpr unsigned int bufferSize = 1024;
 
-template <class V>
-constexpr bool is2D = std::is_same<V, glm::vec2>::value;
+/// Points as plain numbers, two or three each. Null stands for what the shared buffer holds.
+struct Points {
+    const float* numbers;
+    unsigned int dimensions;
 
-/// The built-in program for points of type \p V.
-template <class V>
-const std::shared_ptr<Program>& program(BuiltIn for2D, BuiltIn for3D) {
-    return ProgramManager::instance().get(is2D<V> ? for2D : for3D);
+    Points(const glm::vec2* points)
+        : numbers(points != nullptr ? &points->x : nullptr),
+          dimensions(2) {}
+    Points(const glm::vec3* points)
+        : numbers(points != nullptr ? &points->x : nullptr),
+          dimensions(3) {}
+};
+
+/// The built-in program for points of 2 or 3 \p dimensions.
+const std::shared_ptr<Program>& program(unsigned int dimensions, BuiltIn for2D, BuiltIn for3D) {
+    return ProgramManager::instance().get(dimensions == 2 ? for2D : for3D);
 }
 
-template <class V>
-const std::shared_ptr<Program>& flatProgram() {
-    return program<V>(BuiltIn::UniformColor2D, BuiltIn::UniformColor3D);
+const std::shared_ptr<Program>& flatProgram(unsigned int dimensions) {
+    return program(dimensions, BuiltIn::UniformColor2D, BuiltIn::UniformColor3D);
 }
 
-/// The shared buffer, seen as one of elements of another type. Only what VertexBuffer declares may
-/// be used of it, which is all that an attribute needs.
-template <class T>
-std::shared_ptr<VertexAttributeBuffer<T>> viewedAs(const std::shared_ptr<Bytes>& buffer) {
-    return {buffer, reinterpret_cast<VertexAttributeBuffer<T>*>(buffer.get())};
-}
-
-/// The shared buffer with \p count points at its start, unless \p points is null.
+/// The shared buffer with \p count vertices of \p components numbers at its start, unless
+/// \p numbers is null.
 ///
 /// Ask for the program first: without one the library has been shut down, and the buffer, if it was
 /// never made, must not be made now.
-template <class T>
-std::shared_ptr<VertexAttributeBuffer<T>> stream(const T* points, std::size_t count) {
-    const std::shared_ptr<Bytes> buffer = Toolbox::getVertexBuffer();
+std::shared_ptr<Bytes> stream(const float* numbers, unsigned int components, std::size_t count) {
+    std::shared_ptr<Bytes> buffer = Toolbox::getVertexBuffer();
     if (buffer != nullptr) {
         constexpr std::size_t most = std::numeric_limits<unsigned int>::max();
         // Null is no load at all. What does not fit is left to GL to refuse.
-        buffer->load(reinterpret_cast<const unsigned char*>(points), 0,
-                     static_cast<unsigned int>(std::min(count * sizeof(T), most)));
+        buffer->load(reinterpret_cast<const unsigned char*>(numbers), 0,
+                     static_cast<unsigned int>(std::min(count * components * sizeof(float), most)));
     }
-    return viewedAs<T>(buffer);
+    return buffer;
 }
 
-template <class V>
-unsigned int countOf(std::initializer_list<V> points) {
-    return static_cast<unsigned int>(points.size());
-}
-
-/// The drawable template \p Shape over one attribute.
-template <template <class...> class Shape, class T>
-Shape<VertexAttribute<T>> shape(const std::shared_ptr<Program>& program, const char* attribute,
-                                const std::shared_ptr<VertexAttributeBuffer<T>>& buffer) {
-    return Shape<VertexAttribute<T>>(program, VertexAttribute<T>(attribute, buffer));
-}
+/// A primitive over vertices of \p components floats: what the drawable templates are, with a
+/// primitive and a number of components that are known when it is drawn.
+class Shape final : public Drawable {
+public:
+    Shape(PrimitiveType primitive, const Program& program, const char* attribute,
+          const VertexBuffer& buffer, unsigned int components)
+        : Drawable(primitive) {
+        const detail::AttributeSource source = {&buffer,
+                                                program.getAttribLoc(attribute),
+                                                static_cast<int>(components),
+                                                GL_FLOAT,
+                                                0,
+                                                components *
+                                                    static_cast<unsigned int>(sizeof(float)),
+                                                false};
+        numVertices_ = detail::record(&program, &source, 1, attributesBinding_);
+    }
+};
 
 /// Draws with a program that is bound for the drawable, after \p setUniforms.
 template <class SetUniforms>
@@ -92,32 +99,25 @@ void draw(Program& program, const Drawable& drawable, unsigned int first, unsign
     program.unbind();
 }
 
-void drawFlat(Program& program, const Drawable& drawable, unsigned int first, unsigned int count,
-              const glm::vec4& color, const glm::mat4& mvp) {
-    draw(program, drawable, first, count, [&] {
-        program.setUniform("color", color);
-        program.setUniform("mvp", mvp);
+/// Draws the vertices of a buffer, none where there is no buffer.
+void drawFlat(Drawable::PrimitiveType primitive, const glm::vec4& color, unsigned int first,
+              unsigned int count, const VertexBuffer* buffer, unsigned int dimensions,
+              const glm::mat4& mvp) {
+    const auto& flat = flatProgram(dimensions);
+    if (flat == nullptr || buffer == nullptr)
+        return;
+    draw(*flat, Shape(primitive, *flat, "position", *buffer, dimensions), first, count, [&] {
+        flat->setUniform("color", color);
+        flat->setUniform("mvp", mvp);
     });
 }
 
-template <template <class...> class Shape, class V>
-void drawFlat(const glm::vec4& color, unsigned int first, unsigned int count,
-              const std::shared_ptr<VertexAttributeBuffer<V>>& buffer, const glm::mat4& mvp) {
-    const auto& flat = flatProgram<V>();
-    if (flat != nullptr && buffer != nullptr)
-        drawFlat(*flat, shape<Shape>(flat, "position", buffer), first, count, color, mvp);
-}
-
-template <template <class...> class Shape, class V>
-void drawFlat(const glm::vec4& color, unsigned int first, unsigned int count, const V* points,
-              const glm::mat4& mvp) {
-    if (flatProgram<V>() != nullptr)
-        drawFlat<Shape>(color, first, count, stream(points, std::size_t{first} + count), mvp);
-}
-
-template <template <class...> class Shape, class V>
-void drawFlat(const glm::vec4& color, std::initializer_list<V> points, const glm::mat4& mvp) {
-    drawFlat<Shape>(color, 0, countOf(points), points.begin(), mvp);
+void drawFlat(Drawable::PrimitiveType primitive, const glm::vec4& color, unsigned int first,
+              unsigned int count, const Points& points, const glm::mat4& mvp) {
+    if (flatProgram(points.dimensions) == nullptr)
+        return;
+    const auto buffer = stream(points.numbers, points.dimensions, std::size_t{first} + count);
+    drawFlat(primitive, color, first, count, buffer.get(), points.dimensions, mvp);
 }
 
 /// One disc for each point.
@@ -127,16 +127,16 @@ struct Disc {
     float softness;
 };
 
-template <class V>
 void drawDiscs(std::initializer_list<Disc> discs, unsigned int first, unsigned int count,
-               const V* points, const glm::mat4& mvp) {
-    const auto& soft = program<V>(BuiltIn::SoftPoints2D, BuiltIn::SoftPoints3D);
+               const Points& points, const glm::mat4& mvp) {
+    const auto& soft = program(points.dimensions, BuiltIn::SoftPoints2D, BuiltIn::SoftPoints3D);
     if (soft == nullptr)
         return;
-    const auto buffer = stream(points, std::size_t{first} + count);
+    const auto buffer = stream(points.numbers, points.dimensions, std::size_t{first} + count);
     if (buffer == nullptr)
         return;
-    const auto drawable = shape<drawable::Points>(soft, "position", buffer);
+    const Shape shape(Drawable::PrimitiveType::Points, *soft, "position", *buffer,
+                      points.dimensions);
 
     const state::StateGuard<state::State<bool, 1, GL_BLEND>, state::State<int, 4, GL_BLEND_SRC_RGB>,
                             state::State<int, 2, GL_BLEND_EQUATION_RGB>>
@@ -146,7 +146,7 @@ void drawDiscs(std::initializer_list<Disc> discs, unsigned int first, unsigned i
     glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     Drawable::enablePointSprite(true);
     for (const Disc& disc : discs) {
-        draw(*soft, drawable, first, count, [&] {
+        draw(*soft, shape, first, count, [&] {
             soft->setUniform("color", disc.color);
             soft->setUniform("radius", disc.size);
             soft->setUniform("softness", disc.softness);
@@ -156,9 +156,8 @@ void drawDiscs(std::initializer_list<Disc> discs, unsigned int first, unsigned i
     Drawable::enablePointSprite(false);
 }
 
-template <class V>
 void drawRings(const glm::vec4& color, const glm::vec4& color2, float radius, unsigned int count,
-               const V* points, const glm::mat4& mvp) {
+               const Points& points, const glm::mat4& mvp) {
     drawDiscs({{color, radius, 0.1f}, {color2, radius * 0.7f, 0.2f}, {color, radius * 0.3f, 0.4f}},
               0, count, points, mvp);
 }
@@ -173,7 +172,7 @@ float length(const glm::vec3& step) {
 }
 
 /// The points, each with the length of the line up to it as a further component; null for null.
-template <class V, class WithDistance>
+template <class WithDistance, class V>
 std::unique_ptr<WithDistance[]> withDistances(const V* points, unsigned int count) {
     if (points == nullptr)
         return nullptr;
@@ -187,22 +186,30 @@ std::unique_ptr<WithDistance[]> withDistances(const V* points, unsigned int coun
     return result;
 }
 
-template <class V>
-void drawDashes(const glm::vec4& color, float dash, float gap, unsigned int count, const V* points,
-                const glm::mat4& mvp) {
-    using WithDistance = std::conditional_t<is2D<V>, glm::vec3, glm::vec4>;
-    const auto& dashed = program<V>(BuiltIn::DashLines2D, BuiltIn::DashLines3D);
+/// Draws a strip of \p count vertices of \p components numbers, the last of which is the distance.
+void drawDashes(const glm::vec4& color, float dash, float gap, unsigned int count,
+                const float* numbers, unsigned int components, const glm::mat4& mvp) {
+    const auto& dashed = program(components - 1, BuiltIn::DashLines2D, BuiltIn::DashLines3D);
     if (dashed == nullptr)
         return;
-    const auto line = withDistances<V, WithDistance>(points, count);
-    const auto buffer = stream<WithDistance>(line.get(), count);
+    const auto buffer = stream(numbers, components, count);
     if (buffer == nullptr)
         return;
-    draw(*dashed, shape<drawable::LineStrip>(dashed, "position_t", buffer), 0, count, [&] {
+    const Shape shape(Drawable::PrimitiveType::LineStrip, *dashed, "position_t", *buffer,
+                      components);
+    draw(*dashed, shape, 0, count, [&] {
         dashed->setUniform("color", color);
         dashed->setUniform("dash", glm::vec2(dash, gap));
         dashed->setUniform("mvp", mvp);
     });
+}
+
+template <class WithDistance, class V>
+void drawDashes(const glm::vec4& color, float dash, float gap, unsigned int count, const V* points,
+                const glm::mat4& mvp) {
+    const auto vertices = withDistances<WithDistance>(points, count);
+    drawDashes(color, dash, gap, count, reinterpret_cast<const float*>(vertices.get()),
+               WithDistance::length(), mvp);
 }
 
 /// Four corners: those of the list, and the origin for the missing ones.
@@ -232,23 +239,16 @@ std::shared_ptr<Bytes> Toolbox::getVertexBuffer() {
 
 // The forms of each family, which differ only in the type of the points.
 
-#define VELLIS_FLAT_FAMILY(Shape, V)                                                               \
-    void Toolbox::draw##Shape(const glm::vec4& color, unsigned int first, unsigned int count,      \
-                              const std::shared_ptr<VertexAttributeBuffer<V>>& buffer,             \
-                              const glm::mat4& mvp) {                                              \
-        drawFlat<drawable::Shape>(color, first, count, buffer, mvp);                               \
+#define VELLIS_FLAT_FAMILY(Primitive, V)                                                           \
+    void Toolbox::draw##Primitive(const glm::vec4& color, unsigned int first, unsigned int count,  \
+                                  const std::shared_ptr<VertexAttributeBuffer<V>>& buffer,         \
+                                  const glm::mat4& mvp) {                                          \
+        drawFlat(Drawable::PrimitiveType::Primitive, color, first, count, buffer.get(),            \
+                 V::length(), mvp);                                                                \
     }                                                                                              \
-    void Toolbox::draw##Shape(const glm::vec4& color, unsigned int first, unsigned int count,      \
-                              const V* points, const glm::mat4& mvp) {                             \
-        drawFlat<drawable::Shape>(color, first, count, points, mvp);                               \
-    }                                                                                              \
-    void Toolbox::draw##Shape(const glm::vec4& color, unsigned int count, const V* points,         \
-                              const glm::mat4& mvp) {                                              \
-        drawFlat<drawable::Shape>(color, 0, count, points, mvp);                                   \
-    }                                                                                              \
-    void Toolbox::draw##Shape(const glm::vec4& color, std::initializer_list<V> points,             \
-                              const glm::mat4& mvp) {                                              \
-        drawFlat<drawable::Shape>(color, points, mvp);                                             \
+    void Toolbox::draw##Primitive(const glm::vec4& color, unsigned int first, unsigned int count,  \
+                                  const V* points, const glm::mat4& mvp) {                         \
+        drawFlat(Drawable::PrimitiveType::Primitive, color, first, count, points, mvp);            \
     }
 
 VELLIS_FLAT_FAMILY(Lines, glm::vec2)
@@ -263,38 +263,22 @@ VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec2)
 VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec3)
 #undef VELLIS_FLAT_FAMILY
 
-#define VELLIS_OTHER_FAMILIES(V)                                                                   \
+#define VELLIS_OTHER_FAMILIES(V, WithDistance)                                                     \
     void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first,               \
                              unsigned int count, const V* points, const glm::mat4& mvp) {          \
         drawDiscs({{color, size, 0.1f}}, first, count, points, mvp);                               \
-    }                                                                                              \
-    void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int count,               \
-                             const V* points, const glm::mat4& mvp) {                              \
-        drawPoints(color, size, 0, count, points, mvp);                                            \
-    }                                                                                              \
-    void Toolbox::drawPoints(const glm::vec4& color, float size, std::initializer_list<V> points,  \
-                             const glm::mat4& mvp) {                                               \
-        drawPoints(color, size, countOf(points), points.begin(), mvp);                             \
     }                                                                                              \
     void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,     \
                                 unsigned int count, const V* points, const glm::mat4& mvp) {       \
         drawRings(color, color2, radius, count, points, mvp);                                      \
     }                                                                                              \
-    void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,     \
-                                std::initializer_list<V> points, const glm::mat4& mvp) {           \
-        drawRings(color, color2, radius, countOf(points), points.begin(), mvp);                    \
-    }                                                                                              \
     void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap,                 \
                                     unsigned int count, const V* points, const glm::mat4& mvp) {   \
-        drawDashes(color, dash, gap, count, points, mvp);                                          \
-    }                                                                                              \
-    void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap,                 \
-                                    std::initializer_list<V> points, const glm::mat4& mvp) {       \
-        drawDashes(color, dash, gap, countOf(points), points.begin(), mvp);                        \
+        drawDashes<WithDistance>(color, dash, gap, count, points, mvp);                            \
     }
 
-VELLIS_OTHER_FAMILIES(glm::vec2)
-VELLIS_OTHER_FAMILIES(glm::vec3)
+VELLIS_OTHER_FAMILIES(glm::vec2, glm::vec3)
+VELLIS_OTHER_FAMILIES(glm::vec3, glm::vec4)
 #undef VELLIS_OTHER_FAMILIES
 
 void Toolbox::drawQuad(const glm::vec4& color, const glm::vec3* points, const glm::mat4& mvp) {
@@ -308,11 +292,15 @@ void Toolbox::drawQuad(const glm::vec4& color, std::initializer_list<glm::vec3> 
 
 void Toolbox::drawQuad(const glm::vec4& fillColor, const glm::vec4& outlineColor,
                        const glm::vec3* points, const glm::mat4& mvp) {
-    if (flatProgram<glm::vec3>() == nullptr)
+    const Points quad = points;
+    if (flatProgram(quad.dimensions) == nullptr)
         return;
-    const auto buffer = stream(points, 4);
-    drawFlat<drawable::TriangleFan>(fillColor, 0, 4, buffer, mvp);
-    drawFlat<drawable::LineLoop>(outlineColor, 0, 4, buffer, mvp);
+    const auto buffer = stream(quad.numbers, quad.dimensions, 4);
+    const auto pass = [&](Drawable::PrimitiveType primitive, const glm::vec4& color) {
+        drawFlat(primitive, color, 0, 4, buffer.get(), quad.dimensions, mvp);
+    };
+    pass(Drawable::PrimitiveType::TriangleFan, fillColor);
+    pass(Drawable::PrimitiveType::LineLoop, outlineColor);
 }
 
 void Toolbox::drawQuad(const glm::vec4& fillColor, const glm::vec4& outlineColor,

@@ -21,20 +21,21 @@ struct AttributeSource {
     unsigned int offset;
     unsigned int elementSize;
     bool normalized;
-
-    /// The attribute of that name or location in \p program; that may be null.
-    template <class T>
-    AttributeSource(const Program* program, const VertexAttribute<T>& attribute)
-        : buffer(attribute.buffer.get()),
-          location(attribute.location < 0 && program != nullptr
-                       ? program->getAttribLoc(attribute.name)
-                       : static_cast<unsigned int>(attribute.location)),
-          components(AttributeFormat<T>::components),
-          type(AttributeFormat<T>::type),
-          offset(attribute.offset),
-          elementSize(sizeof(T)),
-          normalized(attribute.normalized) {}
 };
+
+/// The attribute of that name or location in \p program; that may be null.
+template <class T>
+AttributeSource source(const Program* program, const VertexAttribute<T>& attribute) {
+    return {attribute.buffer.get(),
+            attribute.location < 0 && program != nullptr
+                ? program->getAttribLoc(attribute.name)
+                : static_cast<unsigned int>(attribute.location),
+            AttributeFormat<T>::components,
+            AttributeFormat<T>::type,
+            attribute.offset,
+            sizeof(T),
+            attribute.normalized};
+}
 
 /// The part of the drawable templates that does not depend on their types: records \p count
 /// attributes, one at least, in a binding of \p program, and leaves it in \p binding. Without a
@@ -82,31 +83,19 @@ class Primitive : public Drawable {
 
 public:
     /// Records the attributes. An empty \p program records nothing.
-    explicit Primitive(const std::shared_ptr<Program>& program, const Attributes&... attributes);
+    explicit Primitive(const std::shared_ptr<Program>& program, const Attributes&... attributes)
+        : Drawable(type) {
+        const detail::AttributeSource sources[] = {detail::source(program.get(), attributes)...};
+        numVertices_ =
+            detail::record(program.get(), sources, sizeof...(Attributes), attributesBinding_);
+    }
 
     /// A drawable in a shared pointer, with one allocation for both.
     static std::shared_ptr<Primitive> make(const std::shared_ptr<Program>& program,
-                                           const Attributes&... attributes);
+                                           const Attributes&... attributes) {
+        return std::make_shared<Primitive>(program, attributes...);
+    }
 };
-
-// Not inline, so that a DLL exports them with the instantiations below.
-
-template <Drawable::PrimitiveType type, class... Attributes>
-Primitive<type, Attributes...>::Primitive(const std::shared_ptr<Program>& program,
-                                          const Attributes&... attributes)
-    : Drawable(type) {
-    const detail::AttributeSource sources[] = {
-        detail::AttributeSource(program.get(), attributes)...};
-    numVertices_ =
-        detail::record(program.get(), sources, sizeof...(Attributes), attributesBinding_);
-}
-
-template <Drawable::PrimitiveType type, class... Attributes>
-std::shared_ptr<Primitive<type, Attributes...>>
-Primitive<type, Attributes...>::make(const std::shared_ptr<Program>& program,
-                                     const Attributes&... attributes) {
-    return std::make_shared<Primitive>(program, attributes...);
-}
 
 /// A point for each vertex.
 template <class... Attributes>
@@ -135,33 +124,6 @@ using TriangleStrip = Primitive<Drawable::PrimitiveType::TriangleStrip, Attribut
 /// A triangle for each vertex from the third on, with the first and the one before it.
 template <class... Attributes>
 using TriangleFan = Primitive<Drawable::PrimitiveType::TriangleFan, Attributes...>;
-
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::Points, VertexAttribute<glm::vec2>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::Points, VertexAttribute<glm::vec3>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::Lines, VertexAttribute<glm::vec2>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::Lines, VertexAttribute<glm::vec3>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::LineLoop, VertexAttribute<glm::vec2>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::LineLoop, VertexAttribute<glm::vec3>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::LineStrip, VertexAttribute<glm::vec2>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::LineStrip, VertexAttribute<glm::vec3>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::LineStrip, VertexAttribute<glm::vec4>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::TriangleStrip, VertexAttribute<glm::vec2>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::TriangleStrip, VertexAttribute<glm::vec3>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::TriangleFan, VertexAttribute<glm::vec2>>;
-extern template class VELLIS_EXPORT
-    Primitive<Drawable::PrimitiveType::TriangleFan, VertexAttribute<glm::vec3>>;
 
 } // namespace drawable
 } // namespace vellis

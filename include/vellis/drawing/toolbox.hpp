@@ -73,18 +73,26 @@ public:
     static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
                           const glm::vec2* points, const glm::mat4& mvp);
     static void drawLines(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                          const glm::mat4& mvp);
+                          const glm::mat4& mvp) {
+        drawLines(color, 0, count, points, mvp);
+    }
     static void drawLines(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                          const glm::mat4& mvp);
+                          const glm::mat4& mvp) {
+        drawLines(color, 0, countOf(points), points.begin(), mvp);
+    }
     static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
                           const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
                           const glm::mat4& mvp);
     static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
                           const glm::vec3* points, const glm::mat4& mvp);
     static void drawLines(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                          const glm::mat4& mvp);
+                          const glm::mat4& mvp) {
+        drawLines(color, 0, count, points, mvp);
+    }
     static void drawLines(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                          const glm::mat4& mvp);
+                          const glm::mat4& mvp) {
+        drawLines(color, 0, countOf(points), points.begin(), mvp);
+    }
     /// @}
 
     /// \name LineStrip
@@ -100,18 +108,26 @@ public:
     static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                               const glm::vec2* points, const glm::mat4& mvp);
     static void drawLineStrip(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                              const glm::mat4& mvp);
+                              const glm::mat4& mvp) {
+        drawLineStrip(color, 0, count, points, mvp);
+    }
     static void drawLineStrip(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                              const glm::mat4& mvp);
+                              const glm::mat4& mvp) {
+        drawLineStrip(color, 0, countOf(points), points.begin(), mvp);
+    }
     static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                               const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
                               const glm::mat4& mvp);
     static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                               const glm::vec3* points, const glm::mat4& mvp);
     static void drawLineStrip(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                              const glm::mat4& mvp);
+                              const glm::mat4& mvp) {
+        drawLineStrip(color, 0, count, points, mvp);
+    }
     static void drawLineStrip(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                              const glm::mat4& mvp);
+                              const glm::mat4& mvp) {
+        drawLineStrip(color, 0, countOf(points), points.begin(), mvp);
+    }
     /// @}
 
     /// \name LineLoop
@@ -127,18 +143,26 @@ public:
     static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
                              const glm::vec2* points, const glm::mat4& mvp);
     static void drawLineLoop(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                             const glm::mat4& mvp);
+                             const glm::mat4& mvp) {
+        drawLineLoop(color, 0, count, points, mvp);
+    }
     static void drawLineLoop(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                             const glm::mat4& mvp);
+                             const glm::mat4& mvp) {
+        drawLineLoop(color, 0, countOf(points), points.begin(), mvp);
+    }
     static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
                              const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
                              const glm::mat4& mvp);
     static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
                              const glm::vec3* points, const glm::mat4& mvp);
     static void drawLineLoop(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                             const glm::mat4& mvp);
+                             const glm::mat4& mvp) {
+        drawLineLoop(color, 0, count, points, mvp);
+    }
     static void drawLineLoop(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                             const glm::mat4& mvp);
+                             const glm::mat4& mvp) {
+        drawLineLoop(color, 0, countOf(points), points.begin(), mvp);
+    }
     /// @}
 
     /// \name TriangleFan
@@ -154,18 +178,26 @@ public:
     static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
                                 const glm::vec2* points, const glm::mat4& mvp);
     static void drawTriangleFan(const glm::vec4& color, unsigned int count, const glm::vec2* points,
-                                const glm::mat4& mvp);
+                                const glm::mat4& mvp) {
+        drawTriangleFan(color, 0, count, points, mvp);
+    }
     static void drawTriangleFan(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                                const glm::mat4& mvp);
+                                const glm::mat4& mvp) {
+        drawTriangleFan(color, 0, countOf(points), points.begin(), mvp);
+    }
     static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
                                 const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
                                 const glm::mat4& mvp);
     static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
                                 const glm::vec3* points, const glm::mat4& mvp);
     static void drawTriangleFan(const glm::vec4& color, unsigned int count, const glm::vec3* points,
-                                const glm::mat4& mvp);
+                                const glm::mat4& mvp) {
+        drawTriangleFan(color, 0, count, points, mvp);
+    }
     static void drawTriangleFan(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                                const glm::mat4& mvp);
+                                const glm::mat4& mvp) {
+        drawTriangleFan(color, 0, countOf(points), points.begin(), mvp);
+    }
     /// @}
 
     /// \name TriangleStrip
@@ -181,18 +213,26 @@ public:
     static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                                   const glm::vec2* points, const glm::mat4& mvp);
     static void drawTriangleStrip(const glm::vec4& color, unsigned int count,
-                                  const glm::vec2* points, const glm::mat4& mvp);
+                                  const glm::vec2* points, const glm::mat4& mvp) {
+        drawTriangleStrip(color, 0, count, points, mvp);
+    }
     static void drawTriangleStrip(const glm::vec4& color, std::initializer_list<glm::vec2> points,
-                                  const glm::mat4& mvp);
+                                  const glm::mat4& mvp) {
+        drawTriangleStrip(color, 0, countOf(points), points.begin(), mvp);
+    }
     static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                                   const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
                                   const glm::mat4& mvp);
     static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                                   const glm::vec3* points, const glm::mat4& mvp);
     static void drawTriangleStrip(const glm::vec4& color, unsigned int count,
-                                  const glm::vec3* points, const glm::mat4& mvp);
+                                  const glm::vec3* points, const glm::mat4& mvp) {
+        drawTriangleStrip(color, 0, count, points, mvp);
+    }
     static void drawTriangleStrip(const glm::vec4& color, std::initializer_list<glm::vec3> points,
-                                  const glm::mat4& mvp);
+                                  const glm::mat4& mvp) {
+        drawTriangleStrip(color, 0, countOf(points), points.begin(), mvp);
+    }
     /// @}
 
     /// \name Points
@@ -205,15 +245,23 @@ public:
     static void drawPoints(const glm::vec4& color, float size, unsigned int first,
                            unsigned int count, const glm::vec2* points, const glm::mat4& mvp);
     static void drawPoints(const glm::vec4& color, float size, unsigned int count,
-                           const glm::vec2* points, const glm::mat4& mvp);
+                           const glm::vec2* points, const glm::mat4& mvp) {
+        drawPoints(color, size, 0, count, points, mvp);
+    }
     static void drawPoints(const glm::vec4& color, float size,
-                           std::initializer_list<glm::vec2> points, const glm::mat4& mvp);
+                           std::initializer_list<glm::vec2> points, const glm::mat4& mvp) {
+        drawPoints(color, size, countOf(points), points.begin(), mvp);
+    }
     static void drawPoints(const glm::vec4& color, float size, unsigned int first,
                            unsigned int count, const glm::vec3* points, const glm::mat4& mvp);
     static void drawPoints(const glm::vec4& color, float size, unsigned int count,
-                           const glm::vec3* points, const glm::mat4& mvp);
+                           const glm::vec3* points, const glm::mat4& mvp) {
+        drawPoints(color, size, 0, count, points, mvp);
+    }
     static void drawPoints(const glm::vec4& color, float size,
-                           std::initializer_list<glm::vec3> points, const glm::mat4& mvp);
+                           std::initializer_list<glm::vec3> points, const glm::mat4& mvp) {
+        drawPoints(color, size, countOf(points), points.begin(), mvp);
+    }
     /// @}
 
     /// \name Bullseyes
@@ -225,11 +273,15 @@ public:
     static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
                               unsigned int count, const glm::vec2* points, const glm::mat4& mvp);
     static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
-                              std::initializer_list<glm::vec2> points, const glm::mat4& mvp);
+                              std::initializer_list<glm::vec2> points, const glm::mat4& mvp) {
+        drawBullseyes(color, color2, radius, countOf(points), points.begin(), mvp);
+    }
     static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
                               unsigned int count, const glm::vec3* points, const glm::mat4& mvp);
     static void drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
-                              std::initializer_list<glm::vec3> points, const glm::mat4& mvp);
+                              std::initializer_list<glm::vec3> points, const glm::mat4& mvp) {
+        drawBullseyes(color, color2, radius, countOf(points), points.begin(), mvp);
+    }
     /// @}
 
     /// \name Dashed lines
@@ -242,11 +294,15 @@ public:
     static void drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
                                   const glm::vec2* points, const glm::mat4& mvp);
     static void drawDashLineStrip(const glm::vec4& color, float dash, float gap,
-                                  std::initializer_list<glm::vec2> points, const glm::mat4& mvp);
+                                  std::initializer_list<glm::vec2> points, const glm::mat4& mvp) {
+        drawDashLineStrip(color, dash, gap, countOf(points), points.begin(), mvp);
+    }
     static void drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
                                   const glm::vec3* points, const glm::mat4& mvp);
     static void drawDashLineStrip(const glm::vec4& color, float dash, float gap,
-                                  std::initializer_list<glm::vec3> points, const glm::mat4& mvp);
+                                  std::initializer_list<glm::vec3> points, const glm::mat4& mvp) {
+        drawDashLineStrip(color, dash, gap, countOf(points), points.begin(), mvp);
+    }
     /// @}
 
     /// \name Quads
@@ -271,6 +327,11 @@ public:
 
 private:
     Toolbox() = default;
+
+    template <class V>
+    static unsigned int countOf(std::initializer_list<V> points) {
+        return static_cast<unsigned int>(points.size());
+    }
 };
 
 } // namespace vellis
