@@ -4,6 +4,7 @@
 # Sets, in the including scope:
 #   VELLIS_GENERATED_INCLUDE_DIR  the include folder with vellis/glad/*.h
 #   VELLIS_LOADER_TABLE_DIR       the folder with entry_points.inc: one row per entry point and flag
+#   VELLIS_BARE_LOADER_SOURCE     the loader that fills the pointers of vellis/glad/gl.h by itself
 #   VELLIS_GLAD_PYTHON            the interpreter that runs glad
 
 # 3.2 is the smallest selection that defines every enumerator the library names. A 2.1 context that
@@ -37,21 +38,29 @@ function(vellis_find_glad result)
         "`apt-get install python3-glad` or `pip install glad2`, then configure again.")
 endfunction()
 
-function(vellis_generate_loader python out)
-    set(fresh "${out}/fresh")
-    file(REMOVE_RECURSE "${fresh}")
+# Runs glad for C, with further options.
+function(vellis_run_glad python out)
     list(JOIN VELLIS_GLAD_EXTENSIONS "," extensions)
     execute_process(
         COMMAND "${python}" -m glad --quiet --reproducible --api ${VELLIS_GLAD_API}
-                --extensions ${extensions} --out-path "${fresh}" c
+                --extensions ${extensions} --out-path "${out}" c ${ARGN}
         RESULT_VARIABLE failed ERROR_VARIABLE errors OUTPUT_QUIET)
     if(failed)
         message(FATAL_ERROR "The OpenGL loader generator glad failed:\n${errors}")
     endif()
+endfunction()
+
+function(vellis_generate_loader python out)
+    set(fresh "${out}/fresh")
+    file(REMOVE_RECURSE "${fresh}")
+    # A global pointer for each entry point is what programs see. The library itself loads into one
+    # structure, and changes the pointers once it is filled.
+    vellis_run_glad("${python}" "${fresh}/global")
+    vellis_run_glad("${python}" "${fresh}/context" --mx)
 
     # glad's headers move into vellis's own include folder, so that an application's glad is never
     # mistaken for ours.
-    file(READ "${fresh}/include/glad/gl.h" header)
+    file(READ "${fresh}/global/include/glad/gl.h" header)
     string(REPLACE "<KHR/khrplatform.h>" "\"khrplatform.h\"" header "${header}")
     # Its load functions are the library's own business: undeclared here, they are not exported.
     string(REGEX REPLACE "GLAD_API_CALL int gladLoadGL(UserPtr)?\\([^;]*;" "" header "${header}")
@@ -60,36 +69,44 @@ function(vellis_generate_loader python out)
     string(REPLACE "#define GLAD_GL_H_\n"
         "#define GLAD_GL_H_\n\n#ifdef VELLIS_STATIC_DEFINE\n#include \"static_names.h\"\n#endif\n"
         header "${header}")
-    file(WRITE "${fresh}/gl.h" "${header}")
-    file(READ "${fresh}/src/gl.c" source)
+    file(WRITE "${fresh}/include/vellis/glad/gl.h" "${header}")
+    file(RENAME "${fresh}/global/include/KHR/khrplatform.h"
+         "${fresh}/include/vellis/glad/khrplatform.h")
+    file(READ "${fresh}/global/src/gl.c" source)
     string(REPLACE "<glad/gl.h>" "<vellis/glad/gl.h>" source "${source}")
-    file(WRITE "${fresh}/gl.c" "${source}")
+    file(WRITE "${fresh}/global/src/gl.c" "${source}")
 
-    # The names of all pointers and flags: one row each, for code that walks them all, and a name of
-    # its own for the linker.
+    # The names of all pointers and flags: one row each, for code that walks them all, a name of its
+    # own for the linker, and the member of the structure that has its value.
     string(REGEX MATCHALL "glad_gl[A-Za-z0-9_]+;" pointers "${header}")
     list(REMOVE_ITEM pointers "")
     string(REGEX MATCHALL "GLAD_API_CALL int GLAD_GL_[A-Za-z0-9_]+" flags "${header}")
     list(TRANSFORM flags REPLACE ".*(GLAD_GL_[A-Za-z0-9_]+)" "\\1")
-    set(renamings ${pointers} ${flags})
+    set(names ${pointers} ${flags})
+
+    set(renamings ${names})
     list(TRANSFORM renamings REPLACE "(.+)" "#define \\1 vellis_\\1")
     list(JOIN renamings "\n" renamings)
-    file(WRITE "${fresh}/static_names.h" "#pragma once\n\n${renamings}\n")
-    list(TRANSFORM pointers REPLACE "glad_(.+)" "VELLIS_ENTRY_POINT(\\1)")
-    list(TRANSFORM flags REPLACE "(.+)" "VELLIS_LOADER_FLAG(\\1)")
-    list(JOIN pointers "\n" pointers)
-    list(JOIN flags "\n" flags)
-    file(WRITE "${fresh}/entry_points.inc" "${pointers}\n${flags}\n")
+    file(WRITE "${fresh}/include/vellis/glad/static_names.h" "#pragma once\n\n${renamings}\n")
 
-    foreach(file IN ITEMS include/vellis/glad/gl.h include/vellis/glad/static_names.h src/gl.c
-                          table/entry_points.inc)
+    set(rows ${names})
+    list(TRANSFORM rows REPLACE "^glad_(.+)" "VELLIS_ENTRY_POINT(\\1)")
+    list(TRANSFORM rows REPLACE "^(GLAD_GL_.+)" "VELLIS_LOADER_FLAG(\\1)")
+    list(JOIN rows "\n" rows)
+    file(WRITE "${fresh}/table/entry_points.inc" "${rows}\n")
+
+    set(rows ${names})
+    list(TRANSFORM rows REPLACE "^glad_gl(.+)" "VELLIS_ENTRY_POINT(gl\\1, \\1)")
+    list(TRANSFORM rows REPLACE "^GLAD_GL_(.+)" "VELLIS_LOADER_FLAG(GLAD_GL_\\1, \\1)")
+    list(JOIN rows "\n" rows)
+    file(WRITE "${fresh}/context/include/context_members.inc" "${rows}\n")
+
+    file(GLOB_RECURSE files LIST_DIRECTORIES false RELATIVE "${fresh}" "${fresh}/*")
+    foreach(file IN LISTS files)
         get_filename_component(folder "${out}/${file}" DIRECTORY)
-        get_filename_component(name "${file}" NAME)
         file(MAKE_DIRECTORY "${folder}")
-        file(COPY_FILE "${fresh}/${name}" "${out}/${file}" ONLY_IF_DIFFERENT)
+        file(COPY_FILE "${fresh}/${file}" "${out}/${file}" ONLY_IF_DIFFERENT)
     endforeach()
-    file(COPY_FILE "${fresh}/include/KHR/khrplatform.h"
-         "${out}/include/vellis/glad/khrplatform.h" ONLY_IF_DIFFERENT)
     file(REMOVE_RECURSE "${fresh}")
 endfunction()
 
@@ -98,21 +115,15 @@ set(vellis_loader_dir "${CMAKE_CURRENT_BINARY_DIR}/loader")
 vellis_generate_loader("${VELLIS_GLAD_PYTHON}" "${vellis_loader_dir}")
 set(VELLIS_GENERATED_INCLUDE_DIR "${vellis_loader_dir}/include")
 set(VELLIS_LOADER_TABLE_DIR "${vellis_loader_dir}/table")
+set(VELLIS_BARE_LOADER_SOURCE "${vellis_loader_dir}/global/src/gl.c")
 
-# Generated C, built without the project's warnings. Its two load functions get names of our own:
-# `gladLoadGL` is a function of this library with another signature (vellis/gl.hpp), and in a static
-# build an application's own glad would clash with them.
-add_library(vellis_loader OBJECT "${vellis_loader_dir}/src/gl.c")
-target_include_directories(vellis_loader SYSTEM PRIVATE "${VELLIS_GENERATED_INCLUDE_DIR}")
-target_compile_definitions(vellis_loader PRIVATE
-    gladLoadGL=vellis_gladLoadGL
-    gladLoadGLUserPtr=vellis_gladLoadGLUserPtr)
-if(BUILD_SHARED_LIBS)
-    target_compile_definitions(vellis_loader PRIVATE
-        GLAD_API_CALL_EXPORT GLAD_API_CALL_EXPORT_BUILD)
-else()
-    target_compile_definitions(vellis_loader PRIVATE VELLIS_STATIC_DEFINE)
-endif()
+# Generated C, built without the project's warnings. Its load functions get names of our own: in a
+# static build an application's own glad would clash with them.
+add_library(vellis_loader OBJECT "${vellis_loader_dir}/context/src/gl.c")
+target_include_directories(vellis_loader SYSTEM PUBLIC "${vellis_loader_dir}/context/include")
+target_compile_definitions(vellis_loader PUBLIC
+    gladLoadGLContext=vellis_gladLoadGLContext
+    gladLoadGLContextUserPtr=vellis_gladLoadGLContextUserPtr)
 set_target_properties(vellis_loader PROPERTIES
     C_VISIBILITY_PRESET hidden
     POSITION_INDEPENDENT_CODE ON)

@@ -1,11 +1,10 @@
-/// The loader functions that <vellis/gl.hpp> documents, over the generated loader.
+/// The loader functions that <vellis/gl.hpp> documents: which lookup finds the entry points.
 
 #include "engine/loader.hpp"
 
-#include <cstring>
-#include <utility>
-
 #include <vellis/gl.hpp>
+
+#include "engine/entry_points.hpp"
 
 #ifdef _WIN32
 #ifndef NOMINMAX
@@ -17,10 +16,6 @@
 #include <dlfcn.h>
 #endif
 
-// The generated loader, under the name that the build gives it. It is not exported, so that no
-// other loader in the process can take its place.
-extern "C" int vellis_gladLoadGLUserPtr(GLADuserptrloadfunc load, void* userptr);
-
 extern "C" {
 struct VellisGLVersion GLVersion = {0, 0};
 }
@@ -28,56 +23,12 @@ struct VellisGLVersion GLVersion = {0, 0};
 namespace vellis::loader {
 namespace {
 
-/// Everything that a load writes.
-struct EntryPoints {
-#define VELLIS_ENTRY_POINT(name) decltype(glad_##name) name##_;
-#define VELLIS_LOADER_FLAG(name) int name##_;
-#include "entry_points.inc"
-#undef VELLIS_ENTRY_POINT
-#undef VELLIS_LOADER_FLAG
-};
-
-/// Puts \p table in the place of what is there, and that into \p table.
-void exchange(EntryPoints& table) {
-#define VELLIS_ENTRY_POINT(name) std::swap(glad_##name, table.name##_);
-#define VELLIS_LOADER_FLAG(name) std::swap(name, table.name##_);
-#include "entry_points.inc"
-#undef VELLIS_ENTRY_POINT
-#undef VELLIS_LOADER_FLAG
-}
-
-PFNGLGETSTRINGIPROC getStringi = nullptr;
-
-/// glGetStringi for the time of a load: the generated loader measures what it gives, null or not.
-const GLubyte* GLAD_API_PTR stringOrEmpty(GLenum name, GLuint index) {
-    const GLubyte* const text = getStringi(name, index);
-    return text != nullptr ? text : reinterpret_cast<const GLubyte*>("");
-}
-
-/// The entry point that the generated loader is to use.
-GLADapiproc forLoading(const char* name, GLADapiproc entryPoint) {
-    if (entryPoint == nullptr || std::strcmp(name, "glGetStringi") != 0)
-        return entryPoint;
-    getStringi = reinterpret_cast<PFNGLGETSTRINGIPROC>(entryPoint);
-    return reinterpret_cast<GLADapiproc>(stringOrEmpty);
-}
-
-/// The version, and the pointers of entry points that only a former context had, must not outlive
-/// that context: they are cleared first and come back only where the load fails as a whole.
+/// Loads, and says in GLVersion what was there.
 template <class Lookup>
-bool load(Lookup lookup) {
-    const auto call = [](void* userptr, const char* name) -> GLADapiproc {
-        return forLoading(name, (*static_cast<Lookup*>(userptr))(name));
-    };
-    EntryPoints before = {};
-    exchange(before);
-    const int version = vellis_gladLoadGLUserPtr(call, &lookup);
-    GLVersion = {GLAD_VERSION_MAJOR(version), GLAD_VERSION_MINOR(version)};
-    if (glad_glGetStringi == stringOrEmpty)
-        glad_glGetStringi = getStringi;
-    if (version == 0)
-        exchange(before);
-    return version != 0;
+bool load(const Lookup& lookup) {
+    const Version version = loadEntryPoints(lookup);
+    GLVersion = {version.major, version.minor};
+    return version.major != 0 || version.minor != 0;
 }
 
 #ifdef _WIN32
@@ -87,14 +38,15 @@ bool loadFromPlatform() {
     if (library == nullptr)
         return false;
     const auto function = [library](const char* name) {
-        return reinterpret_cast<GLADapiproc>(GetProcAddress(library, name));
+        return reinterpret_cast<EntryPoint>(GetProcAddress(library, name));
     };
-    using Lookup = PROC(WINAPI*)(LPCSTR);
-    const auto wglGetProcAddress = reinterpret_cast<Lookup>(function("wglGetProcAddress"));
+    using WglGetProcAddress = PROC(WINAPI*)(LPCSTR);
+    const auto wglGetProcAddress =
+        reinterpret_cast<WglGetProcAddress>(function("wglGetProcAddress"));
     bool loaded = false;
     if (wglGetProcAddress != nullptr) {
         loaded = load([&](const char* name) {
-            const auto address = reinterpret_cast<GLADapiproc>(wglGetProcAddress(name));
+            const auto address = reinterpret_cast<EntryPoint>(wglGetProcAddress(name));
             return address != nullptr ? address : function(name);
         });
     }
@@ -133,7 +85,7 @@ struct Platform {
 };
 
 using GetCurrentContext = void*();
-using GetProcAddress = GLADapiproc(const char*);
+using GetProcAddress = EntryPoint(const char* name);
 
 /// Loads through \p platform where the process has its library open and a context of it is current.
 bool loadFromCurrent(const Platform& platform) {
@@ -177,7 +129,7 @@ bool loadThrough(void* (*lookup)(const char* name)) {
         GLVersion = {0, 0};
         return false;
     }
-    return load([lookup](const char* name) { return reinterpret_cast<GLADapiproc>(lookup(name)); });
+    return load([lookup](const char* name) { return reinterpret_cast<EntryPoint>(lookup(name)); });
 }
 
 } // namespace vellis::loader

@@ -121,7 +121,7 @@ private:
     void allocate(const void* data);
 
     bool isMapped() const { return mapAccess_ != 0; }
-    bool isFlushable() const;
+    VELLIS_NO_EXPORT bool isFlushable() const;
 
     unsigned int id_ = 0;
     unsigned int target_;

@@ -568,9 +568,10 @@ private:
     void attachDepthbuffer(unsigned int renderbuffer);
     void attachDepthStencilTexture(unsigned int texture, unsigned int level);
     void attachDepthStencilbuffer(unsigned int renderbuffer);
-    void selectColorAttachment0();
-    void attachTextureAt(unsigned int point, unsigned int texture, unsigned int level);
-    void attachRenderbufferAt(unsigned int point, unsigned int renderbuffer);
+    VELLIS_NO_EXPORT void selectColorAttachment0();
+    VELLIS_NO_EXPORT void attachTextureAt(unsigned int point, unsigned int texture,
+                                          unsigned int level);
+    VELLIS_NO_EXPORT void attachRenderbufferAt(unsigned int point, unsigned int renderbuffer);
 
     template <class F>
     void attachColor(const Texture2D<F>& texture, unsigned int level) {

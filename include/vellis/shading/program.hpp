@@ -294,13 +294,14 @@ private:
         return uniform = Uniform<T>(-1);
     }
 
-    void gl_link();
-    void initUniforms();
-    void initAttributes();
-    void addUniform(const char* reportedName, int size, unsigned int type, unsigned int& nextUnit);
-    void addOutputs(unsigned int output);
-    void addOutputs(std::initializer_list<unsigned int> outputs);
-    void clearOutputs();
+    VELLIS_NO_EXPORT void gl_link();
+    VELLIS_NO_EXPORT void initUniforms();
+    VELLIS_NO_EXPORT void initAttributes();
+    VELLIS_NO_EXPORT void addUniform(const char* reportedName, int size, unsigned int type,
+                                     unsigned int& nextUnit);
+    VELLIS_NO_EXPORT void addOutputs(unsigned int output);
+    VELLIS_NO_EXPORT void addOutputs(std::initializer_list<unsigned int> outputs);
+    VELLIS_NO_EXPORT void clearOutputs();
 
     std::shared_ptr<VertexShader> vertexShader_;
     std::shared_ptr<FragmentShader> fragmentShader_;

@@ -134,7 +134,7 @@ protected:
     void generateMipmap();
 
 private:
-    void deleteName();
+    VELLIS_NO_EXPORT void deleteName();
 
     unsigned int target_;
     unsigned int texelFormat_;
