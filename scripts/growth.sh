@@ -26,7 +26,8 @@ trap 'rm -rf "$work"' EXIT
 measure() {
     local where="$1" pattern="$2"
     say "Measuring $pattern ($where)"
-    "$repository/build/bench/benchmarks/vellis_benchmarks" "$where" \
+    # With the driver's cache of shaders, linking would be reading a file.
+    MESA_SHADER_CACHE_DISABLE=true "$repository/build/bench/benchmarks/vellis_benchmarks" "$where" \
         --benchmark_filter="$pattern" --benchmark_format=json 2>/dev/null |
         python3 -c '
 import json, sys
@@ -37,12 +38,13 @@ for run in json.load(sys.stdin)["benchmarks"]:
             print(size, run[f"{side}_ns"], file=curve)' "$work"
 }
 
-# Draws curves into plots/NAME.svg: axis, then a file and a title for each curve.
+# Draws curves into plots/NAME.svg: axis, unit of the times and how many nanoseconds it has, then a file
+# and a title for each curve.
 plot() {
-    local name="$1" axis="$2" curves=""
-    shift 2
+    local name="$1" axis="$2" unit="$3" nanoseconds="$4" curves=""
+    shift 4
     while [[ $# -gt 0 ]]; do
-        curves+="${curves:+, }'$work/$1' with linespoints linewidth 2 pointtype 7 pointsize 0.5 title '$2'"
+        curves+="${curves:+, }'$work/$1' using 1:(\$2/$nanoseconds) with linespoints linewidth 2 pointtype 7 pointsize 0.5 title '$2'"
         shift 2
     done
     gnuplot <<GNUPLOT
@@ -52,7 +54,8 @@ set logscale x
 set yrange [0:]
 set format x '%.0f'
 set xlabel '$axis'
-set ylabel 'nanoseconds'
+set ylabel '$unit'
+set offsets graph 0, 0, 0.05, 0
 set key above
 set grid
 plot $curves
@@ -62,15 +65,15 @@ GNUPLOT
 
 mkdir -p "$plots"
 measure null '^program/set_by_name/'
-plot growth-uniforms 'active uniforms of the program' \
+plot growth-uniforms 'active uniforms of the program' nanoseconds 1 \
     set_by_name-vellis 'setUniform by name' set_by_name-raw 'raw GL with a kept location'
 measure null '^registry/'
-plot growth-registries 'registered objects' \
+plot growth-registries 'registered objects' nanoseconds 1 \
     programs-vellis 'add, find and remove a program' buffers-vellis 'add and remove a buffer'
 measure null '^toolbox/(line_strip|dashes)/'
-plot growth-points 'points of the call' \
+plot growth-points 'points of the call' nanoseconds 1 \
     dashes-vellis 'drawDashLineStrip' dashes-raw 'the same GL by hand' \
     line_strip-vellis 'drawLineStrip' line_strip-raw 'the same GL by hand'
 measure driver '^program/link/'
-plot growth-link 'active uniforms of the program' \
+plot growth-link 'active uniforms of the program' microseconds 1000.0 \
     link-vellis 'Program::make, on the driver' link-raw 'the same GL by hand'

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <limits>
+#include <memory>
 #include <string>
 
 #include <benchmark/benchmark.h>
@@ -19,7 +21,7 @@ using Nanoseconds = std::chrono::duration<double, std::nano>;
 constexpr Nanoseconds blockTime = std::chrono::microseconds(500);
 
 /// How many turns the sides take.
-constexpr int numTurns = 201;
+constexpr int numTurns = 101;
 
 /// The time of \p count operations, up to the end of the work that they give the driver.
 Nanoseconds timeBlock(Side& side, unsigned int count) {
@@ -63,22 +65,41 @@ void report(benchmark::State& state, const std::vector<Implementation>& implemen
     }
 }
 
+/// A side that is ready to run.
+struct Instance {
+    std::size_t implementation;
+    std::unique_ptr<Side> side;
+};
+
+/// Makes two sides of each implementation: one in their order, and then one in the opposite order.
+/// On a driver, what is made later may be slower by more than what is to be measured.
+std::vector<Instance> makeInstances(const std::vector<Implementation>& implementations,
+                                    unsigned int size) {
+    std::vector<Instance> instances;
+    for (std::size_t i = 0; i < implementations.size(); ++i)
+        instances.push_back({i, implementations[i].make(size)});
+    for (std::size_t i = implementations.size(); i-- > 0;)
+        instances.push_back({i, implementations[i].make(size)});
+    return instances;
+}
+
 void measure(benchmark::State& state, const Workload& workload, unsigned int size) {
     NullDriver::setVariables(workload.uniforms(size), workload.attributes());
-    std::vector<std::unique_ptr<Side>> sides;
-    std::vector<unsigned int> counts;
-    for (const Implementation& implementation : workload.implementations) {
-        sides.push_back(implementation.make(size));
-        counts.push_back(blockSize(*sides.back()));
-    }
+    const std::vector<Instance> instances = makeInstances(workload.implementations, size);
     // Blocks of the same size: what the driver puts off is then the same share of each.
-    const unsigned int count = *std::min_element(counts.begin(), counts.end());
-    Times times(sides.size());
+    unsigned int count = std::numeric_limits<unsigned int>::max();
+    for (const Instance& instance : instances)
+        count = std::min(count, blockSize(*instance.side));
+    Times times(workload.implementations.size());
     std::size_t first = 0;
     for ([[maybe_unused]] auto turn : state) {
-        for (std::size_t i = 0; i < sides.size(); ++i) {
-            const std::size_t side = (first + i) % sides.size();
-            times[side].push_back(timeBlock(*sides[side], count).count() / count);
+        for (std::vector<double>& ofSide : times)
+            ofSide.push_back(0);
+        for (std::size_t i = 0; i < instances.size(); ++i) {
+            const Instance& instance = instances[(first + i) % instances.size()];
+            // Each implementation has two blocks in a turn.
+            times[instance.implementation].back() +=
+                timeBlock(*instance.side, count).count() / count / 2;
         }
         ++first;
         constexpr std::size_t library = 1; // raw is 0

@@ -16,6 +16,14 @@ struct Parts {
                                                BufferUsage::Static, BufferAccess::Draw);
 };
 
+/// Points the attribute at the positions, in the vertex array object that is bound.
+void bindAttribute(unsigned int location, unsigned int positions) {
+    glBindBuffer(GL_ARRAY_BUFFER, positions);
+    glVertexAttribPointer(location, 2, GL_FLOAT, GL_FALSE, sizeof(glm::vec2), nullptr);
+    glEnableVertexAttribArray(location);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+}
+
 class RawMake {
 public:
     void operator()() const {
@@ -23,10 +31,7 @@ public:
         glUseProgram(program_);
         glGenVertexArrays(1, &vertexArray);
         glBindVertexArray(vertexArray);
-        glBindBuffer(GL_ARRAY_BUFFER, positions_);
-        glVertexAttribPointer(location_, 2, GL_FLOAT, GL_FALSE, sizeof(glm::vec2), nullptr);
-        glEnableVertexAttribArray(location_);
-        glBindBuffer(GL_ARRAY_BUFFER, 0);
+        bindAttribute(location_, positions_);
         glBindVertexArray(0);
         glUseProgram(0);
         glDeleteVertexArrays(1, &vertexArray);
@@ -36,6 +41,47 @@ private:
     Parts parts_;
     unsigned int program_ = parts_.program->id();
     unsigned int positions_ = parts_.positions->id();
+    unsigned int location_ = parts_.program->getAttribLoc("position");
+};
+
+/// A vertex array object that several may own.
+struct SharedVertexArray {
+    SharedVertexArray() { glGenVertexArrays(1, &name); }
+    ~SharedVertexArray() { glDeleteVertexArrays(1, &name); }
+    SharedVertexArray(const SharedVertexArray&) = delete;
+    SharedVertexArray& operator=(const SharedVertexArray&) = delete;
+
+    unsigned int name = 0;
+};
+
+/// What has a share in one, and is shared itself.
+struct SharedDrawable {
+    SharedDrawable(unsigned int program, unsigned int location,
+                   const std::shared_ptr<const unsigned int>& positions) {
+        glUseProgram(program);
+        vertexArray = std::make_shared<SharedVertexArray>();
+        glBindVertexArray(vertexArray->name);
+        bindAttribute(location, *positions);
+        glBindVertexArray(0);
+        glUseProgram(0);
+    }
+
+    std::shared_ptr<SharedVertexArray> vertexArray;
+};
+
+/// Like a VertexAttribute, what is made has a share in the positions.
+class RawMakeSharing {
+public:
+    void operator()() const {
+        const std::shared_ptr<const unsigned int> positions = positions_;
+        std::make_shared<SharedDrawable>(program_, location_, positions);
+    }
+
+private:
+    Parts parts_;
+    unsigned int program_ = parts_.program->id();
+    std::shared_ptr<const unsigned int> positions_ =
+        std::make_shared<unsigned int>(parts_.positions->id());
     unsigned int location_ = parts_.program->getAttribLoc("position");
 };
 
@@ -54,6 +100,9 @@ std::vector<Workload> drawableWorkloads() {
         {"drawable/make",
          "make a drawable over one vertex attribute, destroy it",
          {{"raw", makeSide<RawMake>}, {"vellis", makeSide<Make>}}},
+        {"drawable/make_shared",
+         "the same; raw GL shares the drawable, its vertex array object and its buffer, too",
+         {{"raw", makeSide<RawMakeSharing>}, {"vellis", makeSide<Make>}}},
     };
 }
 
