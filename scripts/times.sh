@@ -11,7 +11,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
 limits="$repository/benchmarks/ratios.txt"
 runs=5
-attempts=2 # something else may have had the processors
+attempts=4 # something else may have had the processors
 
 held=false
 if [[ $# -eq 1 && "$1" == --held ]]; then

@@ -109,18 +109,6 @@ private:
     Scene scene_;
 };
 
-class Alternating {
-public:
-    void operator()() {
-        first_();
-        second_();
-    }
-
-private:
-    DrawWithHandles first_;
-    DrawWithHandles second_;
-};
-
 struct MakeDrawable {
     void operator()() const {
         const ref_ptr<globjects::VertexArray> vertexArray = new globjects::VertexArray;
@@ -182,10 +170,14 @@ std::vector<PeerRow> globjectsRows();
 std::vector<PeerRow> globjectsRows() {
     globjects::init();
     return {
-        {"draw/handles", makeSide<DrawWithHandles>}, {"draw/names", makeSide<DrawByName>},
-        {"draw/names_asked", makeSide<DrawByName>},  {"draw/alternating", makeSide<Alternating>},
-        {"drawable/make", makeSide<MakeDrawable>},   {"buffer/make", makeSide<MakeBuffer>},
-        {"buffer/load_part", makeSide<LoadPart>},    {"buffer/map", makeSide<Map>},
+        {"draw/handles", makeSide<DrawWithHandles>},
+        {"draw/names", makeSide<DrawByName>},
+        {"draw/names_asked", makeSide<DrawByName>},
+        {"draw/alternating", makeSide<Alternating<DrawWithHandles>>},
+        {"drawable/make", makeSide<MakeDrawable>},
+        {"buffer/make", makeSide<MakeBuffer>},
+        {"buffer/load_part", makeSide<LoadPart>},
+        {"buffer/map", makeSide<Map>},
         {"state/blending", makeSide<Scope>},
     };
 }

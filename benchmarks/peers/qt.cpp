@@ -115,18 +115,6 @@ private:
     Scene scene_;
 };
 
-class Alternating {
-public:
-    void operator()() {
-        first_();
-        second_();
-    }
-
-private:
-    DrawWithLocations first_;
-    DrawWithLocations second_;
-};
-
 struct MakeDrawable {
     void operator()() {
         QOpenGLVertexArrayObject vertexArray;
@@ -203,10 +191,14 @@ std::vector<PeerRow> qtRows();
 std::vector<PeerRow> qtRows() {
     [[maybe_unused]] static const Qt* const qt = new Qt;
     return {
-        {"draw/handles", makeSide<DrawWithLocations>}, {"draw/names", makeSide<DrawByName>},
-        {"draw/names_asked", makeSide<DrawByName>},    {"draw/alternating", makeSide<Alternating>},
-        {"drawable/make", makeSide<MakeDrawable>},     {"buffer/make", makeSide<MakeBuffer>},
-        {"buffer/load_part", makeSide<LoadPart>},      {"buffer/map", makeSide<Map>},
+        {"draw/handles", makeSide<DrawWithLocations>},
+        {"draw/names", makeSide<DrawByName>},
+        {"draw/names_asked", makeSide<DrawByName>},
+        {"draw/alternating", makeSide<Alternating<DrawWithLocations>>},
+        {"drawable/make", makeSide<MakeDrawable>},
+        {"buffer/make", makeSide<MakeBuffer>},
+        {"buffer/load_part", makeSide<LoadPart>},
+        {"buffer/map", makeSide<Map>},
     };
 }
 

@@ -129,20 +129,6 @@ private:
     const Drawable& triangle_ = *scene_.triangle;
 };
 
-/// One after the other: GL cannot keep a program in use.
-template <class Draw>
-class Alternating {
-public:
-    void operator()() {
-        first_();
-        second_();
-    }
-
-private:
-    Draw first_;
-    Draw second_;
-};
-
 } // namespace
 
 std::vector<Workload> drawWorkloads() {

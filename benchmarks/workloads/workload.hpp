@@ -44,6 +44,20 @@ std::unique_ptr<Side> makeSide([[maybe_unused]] unsigned int size) {
     return std::make_unique<OperationSide>(size);
 }
 
+/// Draws one after the other, each with a program of its own: GL cannot keep a program in use.
+template <class Draw>
+class Alternating {
+public:
+    void operator()() {
+        first_();
+        second_();
+    }
+
+private:
+    Draw first_;
+    Draw second_;
+};
+
 /// A library that does the operation, or GL itself.
 struct Implementation {
     const char* library; ///< "raw", "vellis" or another library's name

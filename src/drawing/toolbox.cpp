@@ -77,14 +77,16 @@ public:
     Shape(PrimitiveType primitive, const Program& program, const char* attribute,
           const VertexBuffer& buffer, unsigned int components)
         : Drawable(primitive) {
+        constexpr unsigned int firstElement = 0;
+        constexpr unsigned int floatSize = sizeof(float);
+        constexpr bool normalized = false;
         const detail::AttributeSource source = {&buffer,
                                                 program.getAttribLoc(attribute),
                                                 static_cast<int>(components),
                                                 GL_FLOAT,
-                                                0,
-                                                components *
-                                                    static_cast<unsigned int>(sizeof(float)),
-                                                false};
+                                                firstElement,
+                                                components * floatSize,
+                                                normalized};
         numVertices_ = detail::record(&program, &source, 1, attributesBinding_);
     }
 };
