@@ -1,5 +1,6 @@
 #include <common/window.hpp>
 
+#include <iostream>
 #include <stdexcept>
 #include <utility>
 
@@ -76,8 +77,11 @@ void Window::setTitle(const std::string& title) {
     glfwSetWindowTitle(window_.get(), title.c_str());
 }
 
-void Window::close() {
-    glfwSetWindowShouldClose(window_.get(), GLFW_TRUE);
+void Window::onKey(const std::string& help, std::function<void(int key)> handler) {
+    help_ = help + "H              this text\n"
+                   "Q, Escape      the end\n";
+    onKey_ = std::move(handler);
+    std::cout << help_ << std::flush;
 }
 
 void Window::run(const std::function<Redraw(const glm::uvec2& size)>& draw) {
@@ -105,9 +109,23 @@ glm::uvec2 Window::framebufferSize() const {
 
 void Window::handleKeys() {
     for (const int key : std::exchange(keys_, {})) {
+        handle(key);
+        redraw_ = true;
+    }
+}
+
+void Window::handle(int key) {
+    switch (key) {
+    case GLFW_KEY_H:
+        std::cout << help_ << std::flush;
+        break;
+    case GLFW_KEY_Q:
+    case GLFW_KEY_ESCAPE:
+        glfwSetWindowShouldClose(window_.get(), GLFW_TRUE);
+        break;
+    default:
         if (onKey_)
             onKey_(key);
-        redraw_ = true;
     }
 }
 

@@ -3,7 +3,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <GLFW/glfw3.h>
@@ -19,9 +18,9 @@ namespace common {
 /// \code
 /// common::Window window("Scene", {640, 480});
 /// const Scene scene; // goes before the context does
-/// window.onKey([&](int key) {
-///     if (key == GLFW_KEY_ESCAPE)
-///         window.close();
+/// window.onKey("Space          stops the scene, and lets it go on\n", [&](int key) {
+///     if (key == GLFW_KEY_SPACE)
+///         scene.stopOrGoOn();
 /// });
 /// window.run([&](const glm::uvec2& size) {
 ///     scene.draw(size);
@@ -47,15 +46,15 @@ public:
     void setTitle(const std::string& title);
 
     /// Sets what is called for each key that is pressed or repeats, with its `GLFW_KEY_…`. Letters
-    /// are those of the keyboard's layout.
-    void onKey(std::function<void(int key)> handler) { onKey_ = std::move(handler); }
+    /// are those of the keyboard's layout. H, which prints the help, and Q and Escape, which close
+    /// the window, are the window's own.
+    /// \param help  A line for each key of the handler's. It is printed now, with those of the
+    ///              window's own.
+    void onKey(const std::string& help, std::function<void(int key)> handler);
 
     /// Draws into the default framebuffer and shows it, until the window is closed.
     /// \param draw  Takes the size of the framebuffer in pixels, which is never empty.
     void run(const std::function<Redraw(const glm::uvec2& size)>& draw);
-
-    /// Makes run() return, as the window's close button does.
-    void close();
 
 private:
     /// GLFW, ready while the object lives.
@@ -74,10 +73,12 @@ private:
     void listen();
     glm::uvec2 framebufferSize() const;
     void handleKeys();
+    void handle(int key);
 
     Glfw glfw_;
     Handle window_;
     InitialisedLibrary library_; // goes first
+    std::string help_;
     std::function<void(int key)> onKey_;
     std::vector<int> keys_; ///< pressed since they were last handled
     bool redraw_ = true;

@@ -3,7 +3,6 @@
 #include "live.hpp"
 
 #include <chrono>
-#include <iostream>
 #include <optional>
 
 #include <glm/common.hpp>
@@ -21,8 +20,6 @@ constexpr const char* help = R"(Left, Right    turn the view around an upright a
 Up, Down       turn the view around a level axis
 Space          stops the gears, and lets them go on
 +, -           twice as fast, half as fast
-H              this text
-Q, Escape      the end
 )";
 
 /// How far the gears have turned, as time goes by.
@@ -55,7 +52,7 @@ private:
 class Show {
 public:
     explicit Show(common::Window& window) : window_(window) {
-        window_.onKey([this](int key) { handle(key); });
+        window_.onKey(help, [this](int key) { handle(key); });
     }
     Show(const Show&) = delete;
     Show& operator=(const Show&) = delete;
@@ -104,13 +101,6 @@ private:
         case GLFW_KEY_KP_SUBTRACT:
             motion_.changeSpeed(0.5f);
             break;
-        case GLFW_KEY_H:
-            std::cout << help << std::flush;
-            break;
-        case GLFW_KEY_Q:
-        case GLFW_KEY_ESCAPE:
-            window_.close();
-            break;
         default:
             break;
         }
@@ -127,9 +117,7 @@ private:
 
 void showLive() {
     common::Window window("Gears", {640, 480});
-    Show show(window);
-    std::cout << help << std::flush;
-    show.run();
+    Show(window).run();
 }
 
 } // namespace gears

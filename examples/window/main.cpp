@@ -15,9 +15,7 @@ constexpr unsigned int windowSize = 3 * gallery::panelSize;
 
 void showGallery(const window::Selection& selection) {
     common::Window window(selection.title(), {windowSize, windowSize});
-    window::Viewer viewer(window, selection);
-    std::cout << window::viewerHelp << std::flush;
-    viewer.run();
+    window::Viewer(window, selection).run();
 }
 
 } // namespace

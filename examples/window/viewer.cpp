@@ -1,7 +1,6 @@
 #include "viewer.hpp"
 
 #include <algorithm>
-#include <iostream>
 
 #include <gallery/colour.hpp>
 #include <gallery/render.hpp>
@@ -47,22 +46,19 @@ void printStates(void (*print)()) {
     }
 }
 
-} // namespace
-
-const char* const viewerHelp =
-    R"(Left, Right    the panel before, the panel after
+constexpr const char* help = R"(Left, Right    the panel before, the panel after
 Up, Down       the group before, the group after
 1 to 9, 0      the first to the ninth panel of the group, the tenth
 D              the GL states that have changed since the last D, on standard error
 P              all GL states, on standard error
-H              this text
-Q, Escape      the end
 )";
+
+} // namespace
 
 Viewer::Viewer(common::Window& window, const Selection& selection)
     : window_(window),
       selection_(selection) {
-    window_.onKey([this](int key) { handle(key); });
+    window_.onKey(help, [this](int key) { handle(key); });
     printStates(vellis::internal::diff_gl_states); // from here on
 }
 
@@ -93,13 +89,6 @@ void Viewer::handle(int key) {
         break;
     case GLFW_KEY_P:
         printStates(vellis::internal::print_gl_states);
-        break;
-    case GLFW_KEY_H:
-        std::cout << viewerHelp << std::flush;
-        break;
-    case GLFW_KEY_Q:
-    case GLFW_KEY_ESCAPE:
-        window_.close();
         break;
     default:
         if (key >= GLFW_KEY_0 && key <= GLFW_KEY_9)

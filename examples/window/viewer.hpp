@@ -9,9 +9,6 @@
 
 namespace window {
 
-/// What its keys do, as lines of text.
-extern const char* const viewerHelp;
-
 /// Shows one of the gallery's panels in a window, and others at the press of a key.
 class Viewer {
 public:
