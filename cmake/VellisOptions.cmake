@@ -14,7 +14,7 @@ function(vellis_set_options target)
         POSITION_INDEPENDENT_CODE ON)
     if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
         target_compile_options(${target} PRIVATE
-            -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+            -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
             $<$<BOOL:${VELLIS_WARNINGS_AS_ERRORS}>:-Werror>)
     endif()
     if(VELLIS_SANITIZE)

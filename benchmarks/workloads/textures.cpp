@@ -117,8 +117,9 @@ private:
 void detachRaw(unsigned int target) {
     for (unsigned int i = 0; i < 8; ++i)
         glFramebufferRenderbuffer(target, GL_COLOR_ATTACHMENT0 + i, GL_RENDERBUFFER, 0);
-    for (const unsigned int point :
-         {GL_DEPTH_ATTACHMENT, GL_STENCIL_ATTACHMENT, GL_DEPTH_STENCIL_ATTACHMENT})
+    const unsigned int points[] = {GL_DEPTH_ATTACHMENT, GL_STENCIL_ATTACHMENT,
+                                   GL_DEPTH_STENCIL_ATTACHMENT};
+    for (const unsigned int point : points)
         glFramebufferRenderbuffer(target, point, GL_RENDERBUFFER, 0);
 }
 

@@ -3,6 +3,6 @@ function(consumer_strict)
     set_target_properties(${ARGN} PROPERTIES NO_SYSTEM_FROM_IMPORTED ON CXX_EXTENSIONS OFF)
     foreach(target IN LISTS ARGN)
         target_compile_options(${target} PRIVATE
-            $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror>)
+            $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror>)
     endforeach()
 endfunction()

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <initializer_list>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -38,7 +39,8 @@ std::string text(GLenum name) {
 }
 
 void printDriver() {
-    for (const GLenum name : {GL_RENDERER, GL_VERSION, GL_SHADING_LANGUAGE_VERSION})
+    for (const GLenum name :
+         std::initializer_list<GLenum>{GL_RENDERER, GL_VERSION, GL_SHADING_LANGUAGE_VERSION})
         std::puts(text(name).c_str());
 }
 

@@ -1,6 +1,7 @@
 /// The gears in a window, as a user sees and handles them.
 
 #include <chrono>
+#include <initializer_list>
 #include <thread>
 #include <utility>
 
@@ -80,7 +81,7 @@ TEST_F(GearsWindow, StopAndGoOn) {
 
 TEST_F(GearsWindow, AreSeenFromOtherSides) {
     stop();
-    for (const unsigned long key : {XK_Left, XK_Up, XK_Right, XK_Down}) {
+    for (const auto key : std::initializer_list<unsigned long>{XK_Left, XK_Up, XK_Right, XK_Down}) {
         const offscreen::Image before = capture();
         press(key);
         EXPECT_TRUE(eventuallyShows([&](const auto& image) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <initializer_list>
 
 #include <X11/keysym.h>
 #include <gmock/gmock.h>
@@ -226,7 +227,7 @@ TEST_F(WindowProgram, EndsWhenItsWindowIsClosed) {
 }
 
 TEST_F(WindowProgram, EndsAtAKey) {
-    for (const unsigned long key : {XK_Escape, XK_q}) {
+    for (const auto key : std::initializer_list<unsigned long>{XK_Escape, XK_q}) {
         start();
         press(key);
         expectToEnd();

@@ -70,13 +70,13 @@ template <>
 struct UniformType<float> : std::integral_constant<unsigned int, 0x1406> {};
 template <glm::length_t N>
 struct UniformType<glm::vec<N, float, glm::defaultp>>
-    : std::integral_constant<unsigned int, 0x8B50 - 2 + N> {};
+    : std::integral_constant<unsigned int, static_cast<unsigned int>(0x8B50 - 2 + N)> {};
 template <glm::length_t N>
 struct UniformType<glm::vec<N, int, glm::defaultp>>
-    : std::integral_constant<unsigned int, 0x8B53 - 2 + N> {};
+    : std::integral_constant<unsigned int, static_cast<unsigned int>(0x8B53 - 2 + N)> {};
 template <glm::length_t N>
 struct UniformType<glm::vec<N, unsigned int, glm::defaultp>>
-    : std::integral_constant<unsigned int, 0x8DC6 - 2 + N> {};
+    : std::integral_constant<unsigned int, static_cast<unsigned int>(0x8DC6 - 2 + N)> {};
 template <>
 struct UniformType<glm::mat3> : std::integral_constant<unsigned int, 0x8B5B> {};
 template <>
