@@ -37,6 +37,10 @@ file(WRITE "${PROJECT_BINARY_DIR}/package/triggers" "activate-noawait ldconfig\n
 set(CPACK_DEBIAN_VELLIS_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/package/triggers")
 # It opens the GL library of the context at run time, so no tool finds that.
 set(CPACK_DEBIAN_VELLIS_RUNTIME_PACKAGE_RECOMMENDS "libgl1 | libegl1")
+# What unpacks the relocations belongs to no symbol, so that no tool finds that, either.
+if(vellis_packs_relocations)
+    set(CPACK_DEBIAN_VELLIS_RUNTIME_PACKAGE_DEPENDS "libc6 (>= 2.36)")
+endif()
 
 set(CPACK_DEBIAN_VELLIS_DEVELOPMENT_PACKAGE_NAME ${development_package})
 set(CPACK_DEBIAN_VELLIS_DEVELOPMENT_PACKAGE_SECTION libdevel)

@@ -38,6 +38,18 @@ make_packages() {
     rm -rf "$debs/_CPack_Packages"
 }
 
+# A library with packed relocations needs a C library that unpacks them, which no symbol tells of.
+check_dependencies() {
+    local package library
+    package="$(printf '%s\n' "$debs"/libvellis[0-9]*.deb)"
+    dpkg-deb --extract "$package" "$scratch/runtime"
+    library="$(find "$scratch/runtime" -name 'libvellis.so.*' -type f)"
+    if readelf --dynamic "$library" | grep '(RELR)' >/dev/null; then
+        dpkg-deb --field "$package" Depends | grep 'libc6 (>= 2\.36)' >/dev/null ||
+            fail "$package does not depend on the C library that its library needs, libc6 (>= 2.36)."
+    fi
+}
+
 # Runs a command, which is quiet unless it fails.
 quietly() {
     "$@" >"$scratch/log" 2>&1 || { cat "$scratch/log"; fail "'$*' failed: see above."; }
@@ -120,6 +132,7 @@ say "Making the packages"
 make_packages
 say "Checking them with lintian"
 lintian --allow-root --fail-on error "$debs"/*.deb || fail "lintian has errors to report: see above."
+check_dependencies
 # The programs get their context from a library of the tests.
 build_preset default --target vellis_offscreen >/dev/null
 if [[ "${1:-}" == --install ]]; then
