@@ -25,7 +25,8 @@ extern "C" {
 namespace vellis::loader {
 namespace {
 
-// One table of each kind, in the order of the structure.
+// The addresses in the order of the structure: what is held by the offsets, which then need no room
+// in the library.
 
 #define VELLIS_LOADER_FLAG(name, member)
 #define VELLIS_ENTRY_POINT(name, member) &glad_##name,

@@ -167,6 +167,11 @@ TEST_F(Loader, EveryEntryPointIsTheOneOfItsName) {
     EXPECT_EQ(glad_glGetIntegerv, getIntegerv);
 }
 
+TEST_F(Loader, GetStringiIsTheContextsOwnAfterTheLoad) {
+    ASSERT_EQ(load("3.2"), 1); // from 3.0 on the load itself calls it, through a stand-in
+    EXPECT_EQ(glad_glGetStringi, getStringi);
+}
+
 TEST_F(Loader, ExtensionsThatAreListedBringTheirEntryPoints) {
     ASSERT_EQ(load("2.1", "GL_ARB_map_buffer_range GL_ARB_vertex_array_objects"), 1);
     EXPECT_EQ(GLAD_GL_ARB_map_buffer_range, 1);
