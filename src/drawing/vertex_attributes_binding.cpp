@@ -30,4 +30,8 @@ void VertexAttributesBinding::unbind() {
     Inlined::unbind();
 }
 
+const VertexAttributesBinding* VertexAttributesBinding::current() {
+    return current_;
+}
+
 } // namespace vellis

@@ -1,5 +1,6 @@
 #include <vellis/shading/program.hpp>
 
+#include <new>
 #include <utility>
 
 #include <vellis/gl.hpp>
@@ -27,6 +28,7 @@ public:
 
 Program::~Program() {
     dispose();
+    attributesBinding_.reset(); // before the shaders
 }
 
 void Program::dispose() {
@@ -43,8 +45,21 @@ void Program::bind() const {
 }
 
 void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
+    if (attributesBinding_.use_count() != 0) {
+        rebind(binding);
+        return;
+    }
+    // Empty, it has nothing to release, and the code for that is not in the way of each draw.
+    new (&attributesBinding_) std::shared_ptr<VertexAttributesBinding>(binding);
     bind();
-    std::shared_ptr<VertexAttributesBinding>(binding).swap(attributesBinding_);
+    if (attributesBinding_ != nullptr)
+        VertexAttributesBinding::Inlined::bind(*attributesBinding_);
+}
+
+[[gnu::noinline, gnu::cold]] void
+Program::rebind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
+    bind();
+    attributesBinding_ = binding;
     if (attributesBinding_ != nullptr)
         VertexAttributesBinding::Inlined::bind(*attributesBinding_);
 }

@@ -71,6 +71,13 @@ UniformVariable::~UniformVariable() = default;
 
 namespace detail {
 
+// What nearly every draw sends.
+
+template <>
+VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::vec4& value);
+template <>
+VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::mat4& value);
+
 #define VELLIS_UNIFORM_ELEMENT(glType, T, call)                                                    \
     template <>                                                                                    \
     VELLIS_EXPORT void sendUniform(int location, const T& value) {                                 \

@@ -198,6 +198,50 @@ TEST_F(ProgramTrace, BindWithoutABindingBindsTheProgramAlone) {
     EXPECT_GL_CALLS(gl, "glUseProgram(3)", "glUseProgram(0)");
 }
 
+TEST_F(ProgramTrace, BindWithAnotherBindingReleasesTheOneBefore) {
+    auto first = makeBinding();
+    auto second = makeBinding();
+    program->bind(first);
+    first.reset();
+    gl.forget();
+    program->bind(second);
+    EXPECT_GL_CALLS(gl, "glUseProgram(3)", "glDeleteVertexArrays(1, {4})", "glBindVertexArray(5)");
+    EXPECT_TRUE(program->isBound());
+    program->bind(second);
+    EXPECT_GL_CALLS(gl, "glUseProgram(3)", "glBindVertexArray(5)");
+    EXPECT_EQ(second.use_count(), 2);
+    program->bind(std::shared_ptr<VertexAttributesBinding>());
+    EXPECT_GL_CALLS(gl, "glUseProgram(3)");
+    EXPECT_EQ(second.use_count(), 1);
+    program->unbind();
+    EXPECT_GL_CALLS(gl, "glUseProgram(0)");
+    second.reset();
+    gl.forget();
+}
+
+TEST_F(ProgramTrace, BindReleasesWhatAnEmptyPointerOwned) {
+    auto owned = std::make_shared<int>(0);
+    auto binding = makeBinding();
+    program->bind(std::shared_ptr<VertexAttributesBinding>(owned, nullptr));
+    EXPECT_EQ(owned.use_count(), 2);
+    program->bind(binding);
+    EXPECT_EQ(owned.use_count(), 1);
+    EXPECT_GL_CALLS(gl, "glUseProgram(3)", "glUseProgram(3)", "glBindVertexArray(4)");
+    program->unbind();
+    binding.reset();
+    gl.forget();
+}
+
+TEST_F(ProgramTrace, BoundProgramReleasesItsBindingBeforeItsShaders) {
+    program->bind(makeBinding());
+    vertexShader.reset();
+    fragmentShader.reset();
+    gl.forget();
+    program.reset();
+    EXPECT_GL_CALLS(gl, "glDeleteProgram(3)", "glDeleteVertexArrays(1, {4})", "glDeleteShader(2)",
+                    "glDeleteShader(1)");
+}
+
 TEST_F(ProgramTrace, BindWithADrawableBindsItsBinding) {
     const Shape shape(3, makeBinding());
     program->bind(shape);

@@ -55,9 +55,9 @@ TEST(VertexAttributesBindingTrace, DestroyingTheLastHolderDeletesTheObjectThough
     const VertexAttributesBinding* const address = holder.get();
     holder.reset();
     EXPECT_GL_CALLS(gl, "glDeleteVertexArrays(1, {1})");
-    EXPECT_EQ(VertexAttributesBinding::current_, address); // only unbind clears it
+    EXPECT_EQ(VertexAttributesBinding::current(), address); // only unbind clears it
     VertexAttributesBinding::unbind();
-    EXPECT_EQ(VertexAttributesBinding::current_, nullptr);
+    EXPECT_EQ(VertexAttributesBinding::current(), nullptr);
     gl.forget();
 }
 

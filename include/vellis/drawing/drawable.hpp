@@ -3,6 +3,7 @@
 #include <memory>
 
 #include <vellis/buffers/index_buffer.hpp>
+#include <vellis/detail/hot.hpp>
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 #include <vellis/export.hpp>
 
@@ -77,7 +78,7 @@ public:
     /// remain. With \p first beyond the end, GL refuses the count that this gives. Any other count
     /// goes to GL as it is: one that reaches beyond the end makes GL read outside the buffers.
     /// Binds nothing: Program::draw does.
-    virtual void draw(unsigned int first, unsigned int count) const;
+    VELLIS_HOT virtual void draw(unsigned int first, unsigned int count) const;
 
     /// Draws \p count vertices that \p indices name, from index \p first on, with `glDrawElements`;
     /// a \p count of 0 means all that remain. Neither the count nor the indices are checked: what

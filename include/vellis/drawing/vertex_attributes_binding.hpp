@@ -31,7 +31,7 @@ public:
     static void unbind();
 
     /// True for the binding that was bound last, until unbind. GL is not asked.
-    bool isCurrent() const { return current_ == this; }
+    bool isCurrent() const { return current() == this; }
 
 protected:
     VertexAttributesBinding();
@@ -48,7 +48,9 @@ private:
 
     /// The binding that was bound last, or null. Only unbind clears it, so that it may outlive its
     /// object: it is compared, never followed.
-    static const VertexAttributesBinding* current_;
+    static const VertexAttributesBinding* current();
+
+    VELLIS_NO_EXPORT static const VertexAttributesBinding* current_;
 
     unsigned int id_ = 0;
 };

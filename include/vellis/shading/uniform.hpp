@@ -10,6 +10,7 @@
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
 
+#include <vellis/detail/hot.hpp>
 #include <vellis/export.hpp>
 
 namespace vellis {
@@ -133,7 +134,7 @@ T initialUniformValue() {
 /// `glUniform1i`, `glUniform4fv`, `glUniformMatrix4fv` … There is a definition for each of the 26
 /// types of value.
 template <class T>
-VELLIS_EXPORT void sendUniform(int location, const T& value);
+VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const T& value);
 
 } // namespace detail
 
