@@ -1,6 +1,5 @@
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 
-#include <vellis/detail/make_shared.hpp>
 #include <vellis/gl.hpp>
 
 #include "drawing/vertex_attributes_binding_inlined.hpp"
@@ -11,7 +10,7 @@ namespace vellis {
 const VertexAttributesBinding* VertexAttributesBinding::current_ = nullptr;
 
 std::shared_ptr<VertexAttributesBinding> VertexAttributesBinding::make() {
-    return detail::makeShared<VertexAttributesBinding>();
+    return Inlined::make();
 }
 
 VertexAttributesBinding::VertexAttributesBinding() {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include <vellis/detail/recycling_allocator.hpp>
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 #include <vellis/gl.hpp>
 
@@ -8,6 +11,11 @@ namespace vellis {
 /// What every draw does, free of the calls that functions of another source would take, and of what
 /// is to be undone when GL throws, which it does not.
 struct VertexAttributesBinding::Inlined {
+    static std::shared_ptr<VertexAttributesBinding> make() {
+        struct Constructible : VertexAttributesBinding {};
+        return std::allocate_shared<Constructible>(detail::RecyclingAllocator<Constructible>());
+    }
+
     static void bind(const VertexAttributesBinding& binding) {
         if (glBindVertexArray == nullptr)
             return;

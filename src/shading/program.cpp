@@ -84,7 +84,7 @@ void Program::draw(const Drawable& drawable, unsigned int first, unsigned int co
 }
 
 void Program::beginAttributesBinding() const {
-    attributesBinding_ = VertexAttributesBinding::make();
+    attributesBinding_ = VertexAttributesBinding::Inlined::make();
     VertexAttributesBinding::Inlined::bind(*attributesBinding_);
 }
 

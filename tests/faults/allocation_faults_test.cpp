@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include <gtest/gtest.h>
 #include <vellis/engine.hpp>
+#include <vellis/shading/program.hpp>
 
 #include "docs/operations.hpp"
 #include "docs/page.hpp"
@@ -86,6 +88,7 @@ private:
             failing.reset();
             use.calls = gl.takeCalls();
         };
+        occupySpareMemory();
         gl.forget();
         const Lines names = gl.liveNames();
         const std::ptrdiff_t numLive = test::numLiveAllocations();
@@ -107,7 +110,15 @@ private:
         return false;
     }
 
+    /// Takes the memory that is kept for the next binding, so that the operation needs some.
+    void occupySpareMemory() {
+        program_->beginAttributesBinding();
+        occupying_.push_back(program_->finishAttributesBinding());
+    }
+
     Pass pass_;
+    std::shared_ptr<Program> program_ = Program::make();
+    std::vector<std::shared_ptr<VertexAttributesBinding>> occupying_;
 };
 
 /// The tests share a GL, since the library keeps objects until its end.

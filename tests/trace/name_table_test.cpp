@@ -11,10 +11,10 @@ namespace {
 
 using vellis::NameTable;
 
-/// Names of 0 to 9 letters, which differ from one another in a letter anywhere, or in length.
+/// Names of 0 to 17 letters, which differ from one another in a letter anywhere, or in length.
 std::vector<std::string> names() {
     std::vector<std::string> all;
-    for (std::size_t length = 0; length < 10; ++length) {
+    for (std::size_t length = 0; length < 18; ++length) {
         const std::string same(length, 'm');
         all.push_back(same);
         for (std::size_t i = 0; i < length; ++i) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <vellis/detail/recycling_allocator.hpp>
 #include <vellis/gl.hpp>
 
 #include "support/allocation_count.hpp"
@@ -14,6 +15,7 @@
 namespace {
 
 using namespace vellis;
+using vellis::detail::recyclesMemory;
 using vellis::test::allocationCount;
 using vellis::test::FakeGl;
 
@@ -168,13 +170,21 @@ TYPED_TEST(EachPrimitiveTrace, MakeUsesOneAllocationForObjectAndCount) {
     const auto buffer = this->template makeBuffer<glm::vec3>(1);
     const VertexAttribute<glm::vec3> position("position", buffer);
     this->gl.setRecording(false);
-    const std::size_t first = allocationCount();
-    { const Shape onTheStack(this->program, position); }
+    { // What is kept from before is in use.
+        const Shape before(this->program, position);
+        const std::size_t first = allocationCount();
+        { const Shape onTheStack(this->program, position); }
+        EXPECT_EQ(allocationCount() - first, 1u); // the binding
+    }
+    const auto before = Shape::make(this->program, position);
+    const Shape another(this->program, position);
     const std::size_t second = allocationCount();
-    Shape::make(this->program, position);
+    auto shape = Shape::make(this->program, position);
+    EXPECT_EQ(allocationCount() - second, 2u);
+    shape.reset();
     const std::size_t third = allocationCount();
-    EXPECT_EQ(second - first, 1u); // the binding
-    EXPECT_EQ(third - second, 2u);
+    Shape::make(this->program, position);
+    EXPECT_EQ(allocationCount() - third, recyclesMemory ? 0u : 2u);
 }
 
 TYPED_TEST(EachPrimitiveTrace, IsDrawnThroughItsBase) {

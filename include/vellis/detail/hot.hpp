@@ -1,13 +1,19 @@
 #pragma once
 
-/// \def VELLIS_HOT
-/// Marks what every draw calls. The library keeps these functions side by side, where they take few
-/// lines of the processor's cache. A program calls them by their address, where the compiler knows
-/// how, and not by way of a stub in its procedure linkage table.
+/// \def VELLIS_DIRECT
+/// Marks what draws call: a program calls it by its address and not by way of a stub in its
+/// procedure linkage table, where the compiler knows how.
 #if defined(__ELF__) && defined(__GNUC__) && !defined(__clang__)
-#define VELLIS_HOT [[gnu::hot, gnu::noplt]]
-#elif defined(__GNUC__)
-#define VELLIS_HOT [[gnu::hot]]
+#define VELLIS_DIRECT [[gnu::noplt]]
 #else
-#define VELLIS_HOT
+#define VELLIS_DIRECT
+#endif
+
+/// \def VELLIS_HOT
+/// Marks what every draw calls. The library keeps these few functions side by side, too, where they
+/// take little of the processor's cache.
+#if defined(__GNUC__)
+#define VELLIS_HOT VELLIS_DIRECT [[gnu::hot]]
+#else
+#define VELLIS_HOT VELLIS_DIRECT
 #endif

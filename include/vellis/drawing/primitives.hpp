@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 
+#include <vellis/detail/recycling_allocator.hpp>
 #include <vellis/drawing/drawable.hpp>
 #include <vellis/drawing/vertex_attribute.hpp>
 #include <vellis/export.hpp>
@@ -42,9 +43,10 @@ AttributeSource source(const Program* program, const VertexAttribute<T>& attribu
 /// program it records nothing.
 ///
 /// \return the number of vertices.
-VELLIS_EXPORT unsigned int record(const Program* program, const AttributeSource* attributes,
-                                  std::size_t count,
-                                  std::shared_ptr<VertexAttributesBinding>& binding);
+VELLIS_DIRECT VELLIS_EXPORT unsigned int record(const Program* program,
+                                                const AttributeSource* attributes,
+                                                std::size_t count,
+                                                std::shared_ptr<VertexAttributesBinding>& binding);
 
 } // namespace detail
 
@@ -90,10 +92,12 @@ public:
             detail::record(program.get(), sources, sizeof...(Attributes), attributesBinding_);
     }
 
-    /// A drawable in a shared pointer, with one allocation for both.
+    /// A drawable in a shared pointer, with one allocation for both; the memory of one drawable
+    /// that was released serves again.
     static std::shared_ptr<Primitive> make(const std::shared_ptr<Program>& program,
                                            const Attributes&... attributes) {
-        return std::make_shared<Primitive>(program, attributes...);
+        return std::allocate_shared<Primitive>(detail::RecyclingAllocator<Primitive>(), program,
+                                               attributes...);
     }
 };
 

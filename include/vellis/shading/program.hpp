@@ -270,9 +270,9 @@ private:
     UniformVariable* findUniform(const char* name) const {
         return findUniform(name, lengthOf(name));
     }
-    UniformVariable* findUniform(const char* name, std::size_t length) const;
+    VELLIS_DIRECT UniformVariable* findUniform(const char* name, std::size_t length) const;
     const Attrib* findAttrib(const char* name) const { return findAttrib(name, lengthOf(name)); }
-    const Attrib* findAttrib(const char* name, std::size_t length) const;
+    VELLIS_DIRECT const Attrib* findAttrib(const char* name, std::size_t length) const;
     static std::size_t lengthOf(const char* name) {
         return name != nullptr ? std::strlen(name) : std::numeric_limits<std::size_t>::max();
     }

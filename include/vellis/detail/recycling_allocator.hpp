@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <utility>
+
+namespace vellis::detail {
+
+/// Whether RecyclingAllocator keeps anything: the address sanitizer is to see uses of what was
+/// released.
+#if defined(__SANITIZE_ADDRESS__)
+inline constexpr bool recyclesMemory = false;
+#elif defined(__has_feature)
+inline constexpr bool recyclesMemory = !__has_feature(address_sanitizer);
+#else
+inline constexpr bool recyclesMemory = true;
+#endif
+
+/// An allocator for `std::allocate_shared` that keeps the memory of one released object for the
+/// next of its type: drawables and their bindings come and go with each picture. It takes no lock,
+/// as nothing in the library does.
+template <class T>
+class RecyclingAllocator {
+public:
+    using value_type = T; ///< what the memory is for
+
+    RecyclingAllocator() = default;
+
+    /// All are equal.
+    template <class Other>
+    RecyclingAllocator(const RecyclingAllocator<Other>&) noexcept {}
+
+    /// The memory that is kept, or else some from the heap.
+    T* allocate(std::size_t count) {
+        if (count == 1 && spare_ != nullptr)
+            return std::exchange(spare_, nullptr);
+        static const AtExit release; // here, where the time does not matter
+        return std::allocator<T>().allocate(count);
+    }
+
+    /// Keeps the memory, unless some is kept already.
+    void deallocate(T* memory, std::size_t count) noexcept {
+        if (recyclesMemory && count == 1 && spare_ == nullptr)
+            spare_ = memory;
+        else
+            std::allocator<T>().deallocate(memory, count);
+    }
+
+    /// All are equal.
+    /// @{
+    friend bool operator==(const RecyclingAllocator&, const RecyclingAllocator&) { return true; }
+    friend bool operator!=(const RecyclingAllocator&, const RecyclingAllocator&) { return false; }
+    /// @}
+
+private:
+    /// Gives back what is kept, at the end of the program or when a plug-in is unloaded. What is
+    /// released after that is kept once more, for nobody: static objects may outlive this one.
+    struct AtExit {
+        ~AtExit() {
+            if (spare_ != nullptr)
+                std::allocator<T>().deallocate(std::exchange(spare_, nullptr), 1);
+        }
+    };
+
+    static inline T* spare_ = nullptr; ///< the memory for one object, or null
+};
+
+} // namespace vellis::detail

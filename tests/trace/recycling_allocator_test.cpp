@@ -1,0 +1,95 @@
+#include <vellis/detail/recycling_allocator.hpp>
+
+#include <memory>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/allocation_count.hpp"
+
+namespace {
+
+using vellis::detail::recyclesMemory;
+using vellis::detail::RecyclingAllocator;
+using vellis::test::allocationCount;
+
+/// An object of a size that no other test's has.
+struct Object {
+    unsigned char bytes[72];
+};
+
+/// Its allocations are counted from the start, where nothing is kept.
+class RecyclingAllocatorTest : public testing::Test {
+protected:
+    RecyclingAllocatorTest() : inUse_(allocator.allocate(1)), before_(allocationCount()) {}
+    ~RecyclingAllocatorTest() override { allocator.deallocate(inUse_, 1); }
+
+    std::size_t numAllocations() const { return allocationCount() - before_; }
+
+    RecyclingAllocator<Object> allocator;
+
+private:
+    Object* inUse_;
+    std::size_t before_;
+};
+
+TEST_F(RecyclingAllocatorTest, GivesTheMemoryOfTheLastObjectToTheNext) {
+    Object* const first = allocator.allocate(1);
+    EXPECT_EQ(numAllocations(), 1u);
+    allocator.deallocate(first, 1);
+    Object* const second = allocator.allocate(1);
+    EXPECT_EQ(numAllocations(), recyclesMemory ? 1u : 2u);
+    if (recyclesMemory) {
+        EXPECT_EQ(second, first);
+    }
+    allocator.deallocate(second, 1);
+}
+
+TEST_F(RecyclingAllocatorTest, KeepsTheMemoryOfOneObject) {
+    Object* const first = allocator.allocate(1);
+    Object* const second = allocator.allocate(1);
+    EXPECT_NE(first, second);
+    EXPECT_EQ(numAllocations(), 2u);
+    allocator.deallocate(first, 1);
+    allocator.deallocate(second, 1);
+    Object* const third = allocator.allocate(1);
+    Object* const fourth = allocator.allocate(1);
+    EXPECT_NE(third, fourth);
+    EXPECT_EQ(numAllocations(), recyclesMemory ? 3u : 4u);
+    allocator.deallocate(third, 1);
+    allocator.deallocate(fourth, 1);
+}
+
+TEST_F(RecyclingAllocatorTest, TakesArraysFromTheHeapAndGivesThemBack) {
+    Object* const one = allocator.allocate(1);
+    allocator.deallocate(one, 1);
+    Object* const array = allocator.allocate(2);
+    EXPECT_EQ(numAllocations(), 2u);
+    array[1] = Object{};
+    allocator.deallocate(array, 2);
+    Object* const next = allocator.allocate(1);
+    EXPECT_EQ(numAllocations(), recyclesMemory ? 2u : 3u);
+    allocator.deallocate(next, 1);
+}
+
+TEST_F(RecyclingAllocatorTest, ServesSharedPointers) {
+    const auto make = [] { return std::allocate_shared<Object>(RecyclingAllocator<Object>()); };
+    auto inUse = make();
+    const std::size_t before = numAllocations();
+    std::weak_ptr<Object> watcher = make();
+    EXPECT_EQ(numAllocations() - before, 1u);
+    EXPECT_TRUE(watcher.expired());
+    auto next = make(); // the memory of the first lives as long as who watches it
+    EXPECT_EQ(numAllocations() - before, 2u);
+    watcher.reset();
+    make();
+    EXPECT_EQ(numAllocations() - before, recyclesMemory ? 2u : 3u);
+}
+
+TEST_F(RecyclingAllocatorTest, AllAreEqual) {
+    const RecyclingAllocator<int> other(allocator);
+    EXPECT_TRUE(other == RecyclingAllocator<int>());
+    EXPECT_FALSE(other != RecyclingAllocator<int>());
+}
+
+} // namespace
