@@ -4,6 +4,8 @@
 #include <memory>
 #include <utility>
 
+#include <vellis/export.hpp>
+
 namespace vellis::detail {
 
 /// Whether RecyclingAllocator keeps anything: the address sanitizer is to see uses of what was
@@ -18,9 +20,9 @@ inline constexpr bool recyclesMemory = true;
 
 /// An allocator for `std::allocate_shared` that keeps the memory of one released object for the
 /// next of its type: drawables and their bindings come and go with each picture. It takes no lock,
-/// as nothing in the library does.
+/// as nothing in the library does. What it keeps is each shared library's own.
 template <class T>
-class RecyclingAllocator {
+class VELLIS_NO_EXPORT RecyclingAllocator {
 public:
     using value_type = T; ///< what the memory is for
 
