@@ -55,6 +55,9 @@ TEST_F(RecyclingAllocatorTest, KeepsTheMemoryOfOneObject) {
     Object* const third = allocator.allocate(1);
     Object* const fourth = allocator.allocate(1);
     EXPECT_NE(third, fourth);
+    if (recyclesMemory) {
+        EXPECT_EQ(third, first); // the second has gone back to the heap
+    }
     EXPECT_EQ(numAllocations(), recyclesMemory ? 3u : 4u);
     allocator.deallocate(third, 1);
     allocator.deallocate(fourth, 1);
@@ -66,10 +69,13 @@ TEST_F(RecyclingAllocatorTest, TakesArraysFromTheHeapAndGivesThemBack) {
     Object* const array = allocator.allocate(2);
     EXPECT_EQ(numAllocations(), 2u);
     array[1] = Object{};
-    allocator.deallocate(array, 2);
     Object* const next = allocator.allocate(1);
     EXPECT_EQ(numAllocations(), recyclesMemory ? 2u : 3u);
+    allocator.deallocate(array, 2); // not kept, though nothing else is
+    Object* const last = allocator.allocate(1);
+    EXPECT_EQ(numAllocations(), recyclesMemory ? 3u : 4u);
     allocator.deallocate(next, 1);
+    allocator.deallocate(last, 1);
 }
 
 TEST_F(RecyclingAllocatorTest, ServesSharedPointers) {
