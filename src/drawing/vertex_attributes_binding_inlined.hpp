@@ -8,8 +8,8 @@
 
 namespace vellis {
 
-/// What every draw does, free of the calls that functions of another source would take, and of what
-/// is to be undone when GL throws, which it does not.
+/// What every draw and every new drawable does, free of the calls that functions of another source
+/// would take, and of what is to be undone when GL throws, which it does not.
 struct VertexAttributesBinding::Inlined {
     static std::shared_ptr<VertexAttributesBinding> make() {
         struct Constructible : VertexAttributesBinding {};

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 
+#include <vellis/detail/hot.hpp>
 #include <vellis/detail/recycling_allocator.hpp>
 #include <vellis/drawing/drawable.hpp>
 #include <vellis/drawing/vertex_attribute.hpp>
