@@ -1,5 +1,7 @@
 #include <vellis/drawing/drawable.hpp>
 
+#include <cstddef>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <ostream>
@@ -134,6 +136,33 @@ TEST(DrawableTrace, EveryDrawCanBeOverridden) {
     EXPECT_GL_CALLS(gl);
     gl.ignoreTheRest();
 }
+
+// Where a pointer to a virtual member is known to be its place in the virtual table.
+#if defined(__GXX_ABI_VERSION) && !defined(_MSC_VER)
+
+using PlainDraw = void (Drawable::*)(unsigned int, unsigned int) const;
+template <class T>
+using IndexedDraw = void (Drawable::*)(const IndexBuffer<T>&, unsigned int, unsigned int) const;
+
+/// The place of a virtual member in the virtual table.
+template <class Member>
+std::size_t slotOf(Member member) {
+    std::size_t offset = 0; // in bytes; some processors set its lowest bit as a mark
+    static_assert(sizeof(member) >= sizeof(offset));
+    std::memcpy(&offset, &member, sizeof(offset));
+    return offset / sizeof(void*);
+}
+
+TEST(DrawableTrace, VirtualTableHasTheDestructorThenTheDrawsWithIndicesThenThePlainOne) {
+    const std::vector<std::size_t> slots = {slotOf<IndexedDraw<unsigned int>>(&Drawable::draw),
+                                            slotOf<IndexedDraw<unsigned short>>(&Drawable::draw),
+                                            slotOf<IndexedDraw<unsigned char>>(&Drawable::draw),
+                                            slotOf<PlainDraw>(&Drawable::draw)};
+    // A destructor has two: one for objects of their own, one for those made with new.
+    EXPECT_EQ(slots, (std::vector<std::size_t>{2, 3, 4, 5}));
+}
+
+#endif
 
 /// An enumerator and the GL name that draws carry.
 struct PrimitiveRow {

@@ -74,11 +74,7 @@ public:
 
     virtual ~Drawable() = default;
 
-    /// Draws \p count vertices from \p first on with `glDrawArrays`; a \p count of 0 means all that
-    /// remain. With \p first beyond the end, GL refuses the count that this gives. Any other count
-    /// goes to GL as it is: one that reaches beyond the end makes GL read outside the buffers.
-    /// Binds nothing: Program::draw does.
-    VELLIS_HOT virtual void draw(unsigned int first, unsigned int count) const;
+    // The order of the virtual functions is the order of the virtual table.
 
     /// Draws \p count vertices that \p indices name, from index \p first on, with `glDrawElements`;
     /// a \p count of 0 means all that remain. Neither the count nor the indices are checked: what
@@ -92,6 +88,12 @@ public:
     virtual void draw(const IndexBuffer<unsigned char>& indices, unsigned int first,
                       unsigned int count) const;
     /// @}
+
+    /// Draws \p count vertices from \p first on with `glDrawArrays`; a \p count of 0 means all that
+    /// remain. With \p first beyond the end, GL refuses the count that this gives. Any other count
+    /// goes to GL as it is: one that reaches beyond the end makes GL read outside the buffers.
+    /// Binds nothing: Program::draw does.
+    VELLIS_HOT virtual void draw(unsigned int first, unsigned int count) const;
 
     /// The number of vertices.
     unsigned int numVertices() const { return numVertices_; }
