@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 #include <memory>
 
@@ -13,6 +12,7 @@
 #include <vellis/gl.hpp>
 #include <vellis/shading/program_manager.hpp>
 
+#include "drawing/dash_distances.hpp"
 #include "state/state_guard.hpp"
 
 namespace vellis {
@@ -164,37 +164,23 @@ void drawRings(const glm::vec4& color, const glm::vec4& color2, float radius, un
               0, count, points, mvp);
 }
 
-/// The length of a step, in single precision throughout.
-float length(const glm::vec2& step) {
-    return std::sqrt(step.y * step.y + step.x * step.x);
-}
-
-float length(const glm::vec3& step) {
-    return std::sqrt((step.y * step.y + step.x * step.x) + step.z * step.z);
-}
-
-/// The points, each with the length of the line up to it as a further component; null for null.
-template <class WithDistance, class V>
-std::unique_ptr<WithDistance[]> withDistances(const V* points, unsigned int count) {
-    if (points == nullptr)
+/// The points, each with the length of the line up to it as a further number; null for null.
+std::unique_ptr<float[]> withDistances(const Points& points, unsigned int count) {
+    if (points.numbers == nullptr)
         return nullptr;
-    auto result = std::make_unique<WithDistance[]>(count);
-    float distance = 0.f;
-    for (unsigned int i = 0; i < count; ++i) {
-        if (i > 0)
-            distance += length(points[i] - points[i - 1]);
-        result[i] = WithDistance(points[i], distance);
-    }
+    auto result = std::make_unique<float[]>(std::size_t{count} * (points.dimensions + 1));
+    addDistances(points.numbers, points.dimensions, count, result.get());
     return result;
 }
 
-/// Draws a strip of \p count vertices of \p components numbers, the last of which is the distance.
 void drawDashes(const glm::vec4& color, float dash, float gap, unsigned int count,
-                const float* numbers, unsigned int components, const glm::mat4& mvp) {
-    const auto& dashed = program(components - 1, BuiltIn::DashLines2D, BuiltIn::DashLines3D);
+                const Points& points, const glm::mat4& mvp) {
+    const auto vertices = withDistances(points, count);
+    const auto& dashed = program(points.dimensions, BuiltIn::DashLines2D, BuiltIn::DashLines3D);
     if (dashed == nullptr)
         return;
-    const auto buffer = stream(numbers, components, count);
+    const unsigned int components = points.dimensions + 1;
+    const auto buffer = stream(vertices.get(), components, count);
     if (buffer == nullptr)
         return;
     const Shape shape(Drawable::PrimitiveType::LineStrip, *dashed, "position_t", *buffer,
@@ -204,14 +190,6 @@ void drawDashes(const glm::vec4& color, float dash, float gap, unsigned int coun
         dashed->setUniform("dash", glm::vec2(dash, gap));
         dashed->setUniform("mvp", mvp);
     });
-}
-
-template <class WithDistance, class V>
-void drawDashes(const glm::vec4& color, float dash, float gap, unsigned int count, const V* points,
-                const glm::mat4& mvp) {
-    const auto vertices = withDistances<WithDistance>(points, count);
-    drawDashes(color, dash, gap, count, reinterpret_cast<const float*>(vertices.get()),
-               WithDistance::length(), mvp);
 }
 
 /// Four corners: those of the list, and the origin for the missing ones.
@@ -265,7 +243,7 @@ VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec2)
 VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec3)
 #undef VELLIS_FLAT_FAMILY
 
-#define VELLIS_OTHER_FAMILIES(V, WithDistance)                                                     \
+#define VELLIS_OTHER_FAMILIES(V)                                                                   \
     void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first,               \
                              unsigned int count, const V* points, const glm::mat4& mvp) {          \
         drawDiscs({{color, size, 0.1f}}, first, count, points, mvp);                               \
@@ -276,11 +254,11 @@ VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec3)
     }                                                                                              \
     void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap,                 \
                                     unsigned int count, const V* points, const glm::mat4& mvp) {   \
-        drawDashes<WithDistance>(color, dash, gap, count, points, mvp);                            \
+        drawDashes(color, dash, gap, count, points, mvp);                                          \
     }
 
-VELLIS_OTHER_FAMILIES(glm::vec2, glm::vec3)
-VELLIS_OTHER_FAMILIES(glm::vec3, glm::vec4)
+VELLIS_OTHER_FAMILIES(glm::vec2)
+VELLIS_OTHER_FAMILIES(glm::vec3)
 #undef VELLIS_OTHER_FAMILIES
 
 void Toolbox::drawQuad(const glm::vec4& color, const glm::vec3* points, const glm::mat4& mvp) {
