@@ -168,6 +168,27 @@ TEST_F(PrimitivesRender, UnknownAttributeIsRefusedByGl) {
     }
 }
 
+TEST_F(PrimitivesRender, LocationZeroFeedsTheVertexOfGlItself) {
+    const auto own = Program::make("#version 120 \n"
+                                   "void main() { gl_Position = gl_Vertex; } \n",
+                                   "#version 120 \n"
+                                   "void main() { gl_FragColor = vec4(1.0, 0.0, 0.0, 1.0); } \n");
+    ASSERT_FALSE(own->hasLinkError());
+    const auto points = bufferOf<glm::vec2>({{-1.f, -1.f}, {0.f, -1.f}, {-1.f, 0.f}});
+    const drawable::Triangles<VertexAttribute<glm::vec2>> triangle(own, {0, points});
+    own->draw(triangle);
+    EXPECT_TRUE(isDrawn(-0.8f, -0.8f));
+    EXPECT_FALSE(isDrawn(0.2f, 0.2f));
+}
+
+TEST_F(PrimitivesRender, NegativeLocationWithoutANameIsRefusedByGl) {
+    const auto points = bufferOf<glm::vec2>({{0.f, 0.f}});
+    const drawable::Points<VertexAttribute<glm::vec2>> drawable(program, {-1, points});
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_VALUE));
+    while (glGetError() != GL_NO_ERROR) {
+    }
+}
+
 /// With colours of elements of type \p T.
 template <class T>
 class ColoredRender : public PrimitivesRender {

@@ -276,6 +276,37 @@ TEST_F(PrimitivesTrace, ExplicitLocationIsUsedAsItIs) {
     gl.ignoreTheRest();
 }
 
+TEST_F(PrimitivesTrace, AttributeOfALocationNeedsNoName) {
+    const auto buffer = makeBuffer<glm::vec3>(10);
+    const Positions first(0, buffer); // which is no null pointer to a name
+    EXPECT_EQ(first.location, 0);
+    EXPECT_EQ(first.name, nullptr);
+    EXPECT_EQ(first.offset, 0u);
+    EXPECT_FALSE(first.normalized);
+    EXPECT_EQ(Positions(0u, buffer).location, 0);
+    const Strip strip(program, Positions(program->getAttribLoc("color"), buffer, 2, true));
+    EXPECT_GL_CALLS(
+        gl, recording(buffer->id() + 1, attribute(*buffer, "3", "3, GL_FLOAT, GL_TRUE, 12, 24")));
+    EXPECT_EQ(strip.numVertices(), 8u);
+    gl.forget();
+    const auto made = Strip::make(program, {0, buffer});
+    EXPECT_EQ(pointerCall(), "glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, 12, 0)");
+    gl.ignoreTheRest();
+}
+
+TEST_F(PrimitivesTrace, NegativeLocationWithoutANameIsWhatGlRefuses) {
+    const auto buffer = makeBuffer<glm::vec3>(3);
+    unsigned int vertexArray = buffer->id();
+    for (const Positions& nothing :
+         {Positions(-1, buffer), Positions(-7, buffer), Positions(0xFFFFFFFFu, buffer)}) {
+        gl.forget(); // the end of the drawable before
+        const Strip strip(program, nothing);
+        EXPECT_GL_CALLS(gl, recording(++vertexArray, attribute(*buffer, "4294967295",
+                                                               "3, GL_FLOAT, GL_FALSE, 12, 0")));
+    }
+    gl.ignoreTheRest();
+}
+
 TEST_F(PrimitivesTrace, AnyNegativeLocationIsLookedUp) {
     const auto buffer = makeBuffer<glm::vec3>(3);
     Positions position("color", buffer);

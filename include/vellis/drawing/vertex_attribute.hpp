@@ -14,6 +14,7 @@ namespace vellis {
 /// \code
 /// vellis::VertexAttribute<glm::vec3> position("position", positions);
 /// vellis::VertexAttribute<glm::u8vec4> color("color", colors, 0, true); // 0 to 255 become 0 to 1
+/// vellis::VertexAttribute<glm::vec3> vertex(0, positions); // gl_Vertex, by its location
 /// \endcode
 ///
 /// \tparam T  `float`, an integer of 8, 16 or 32 bits, or a glm vector of 2 to 4 of them.
@@ -33,8 +34,25 @@ struct VertexAttribute {
           offset(firstElement),
           normalized(isNormalized) {}
 
-    const char* name;                                 ///< the name in the vertex shader
-    int location = -1;                                ///< the GL location; -1 to look it up by name
+    /// The same with a GL location in place of a name: 0 is that of `gl_Vertex`. A negative one, as
+    /// `0xFFFFFFFF` is, too, names nothing: GL refuses what is recorded of it with
+    /// `GL_INVALID_VALUE`.
+    /// @{
+    VertexAttribute(int attributeLocation,
+                    std::shared_ptr<VertexAttributeBuffer<T>> attributeBuffer,
+                    unsigned int firstElement = 0, bool isNormalized = false)
+        : VertexAttribute(nullptr, std::move(attributeBuffer), firstElement, isNormalized) {
+        location = attributeLocation;
+    }
+    VertexAttribute(unsigned int attributeLocation,
+                    std::shared_ptr<VertexAttributeBuffer<T>> attributeBuffer,
+                    unsigned int firstElement = 0, bool isNormalized = false)
+        : VertexAttribute(static_cast<int>(attributeLocation), std::move(attributeBuffer),
+                          firstElement, isNormalized) {}
+    /// @}
+
+    const char* name;  ///< the name in the vertex shader; null where the location says it
+    int location = -1; ///< the GL location; -1 to look it up by name
     std::shared_ptr<VertexAttributeBuffer<T>> buffer; ///< the values
     unsigned int offset;                              ///< the first element to use
     bool normalized;                                  ///< GL's flag of that name
