@@ -1,37 +1,57 @@
 #include <vellis/shading/program_manager.hpp>
 
+#include <vellis/detail/lasting.hpp>
+
 #include "shading/built_in_programs.hpp"
 
 namespace vellis {
 namespace {
 
+/// The end of the process empties the registry.
+struct Registry {
+    static void release() { ProgramManager::dispose(); }
+};
+
 /// What lookups that find nothing give.
 const std::shared_ptr<Program>& none() {
-    static const std::shared_ptr<Program> pointer;
-    return pointer;
+    static detail::Lasting pointer([] { return std::shared_ptr<Program>(); });
+    return *pointer;
 }
 
 } // namespace
 
 ProgramManager& ProgramManager::instance() {
-    static ProgramManager manager;
-    return manager;
+    static detail::Lasting manager([] { return ProgramManager(); });
+    detail::AtExit<Registry>::arm();
+    return *manager;
 }
 
 ProgramManager::ProgramManager() : builtIns_(builtInPrograms.size()) {}
 
+ProgramManager& ProgramManager::operator=(const ProgramManager& other) {
+    if (this != &other) {
+        auto builtIns = other.builtIns_;
+        auto programs = other.programs_;
+        builtIns_.swap(builtIns);
+        programs_.swap(programs);
+    }
+    return *this;
+}
+
 ProgramManager::~ProgramManager() {
     dispose();
+    clear();
 }
 
 Program* ProgramManager::add(const std::shared_ptr<Program>& program) {
     if (program == nullptr)
         return invalidId();
+    detail::AtExit<Registry>::arm();
     return programs_.try_emplace(program.get(), program).first->first;
 }
 
 void ProgramManager::remove(Program* program) {
-    programs_.erase(program);
+    const auto released = programs_.extract(program);
 }
 
 const std::shared_ptr<Program>& ProgramManager::get(Program* program) const {
@@ -50,8 +70,16 @@ const std::shared_ptr<Program>& ProgramManager::get(BuiltIn builtIn) const {
 }
 
 void ProgramManager::dispose() {
-    instance().programs_.clear();
-    instance().builtIns_.clear();
+    instance().clear();
+}
+
+void ProgramManager::clear() {
+    {
+        decltype(programs_) released;
+        released.swap(programs_);
+    }
+    decltype(builtIns_) released;
+    released.swap(builtIns_);
 }
 
 std::shared_ptr<Program> ProgramManager::makeBuiltIn(BuiltIn builtIn) {

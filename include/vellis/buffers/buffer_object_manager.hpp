@@ -21,7 +21,12 @@ struct ToolboxAccess;
 /// \endcode
 ///
 /// Releasing the last reference to a buffer deletes its GL buffer, so call what releases with the
-/// context current. The one instance is made on first use and destroyed at the end of the process.
+/// context current. A buffer is out of the registry before it ends: what ends with it may call the
+/// registry, and what is added then stays there.
+///
+/// The one instance is made on first use and emptied at the end of the process. The destructors of
+/// static objects may call it even after that: they meet an empty registry, which is emptied once
+/// more.
 class VELLIS_EXPORT BufferObjectManager {
 public:
     /// The registry.
@@ -45,10 +50,10 @@ public:
     /// their GL names.
     static void dispose();
 
-    /// Copies the entries: a copy owns the same buffers.
+    /// Copies the entries: a copy owns the same buffers. Assignment releases those of before.
     /// @{
     BufferObjectManager(const BufferObjectManager&) = default;
-    BufferObjectManager& operator=(const BufferObjectManager&) = default;
+    BufferObjectManager& operator=(const BufferObjectManager& other);
     /// @}
 
     /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the one
@@ -59,6 +64,9 @@ private:
     friend struct ToolboxAccess;
 
     BufferObjectManager() = default;
+
+    /// Releases all buffers, which are out of the registry before the first of them ends.
+    VELLIS_NO_EXPORT void clear();
 
     /// The buffer with that key, or an empty pointer.
     const std::shared_ptr<BufferObject>& internal_get(BufferObject* id) const;

@@ -22,8 +22,12 @@ namespace vellis {
 /// \endcode
 ///
 /// Releasing the last reference to a program deletes its GL program, so call what releases, and
-/// what makes a built-in, with the context current. The one instance is made on first use and
-/// destroyed at the end of the process.
+/// what makes a built-in, with the context current. A program is out of the registry before it
+/// ends: what ends with it may call the registry, and what is added then stays there.
+///
+/// The one instance is made on first use and emptied at the end of the process, as by dispose().
+/// The destructors of static objects may call it even after that: they meet an empty registry,
+/// which is emptied once more.
 class VELLIS_EXPORT ProgramManager {
 public:
     /// The built-in programs, in GLSL 1.20. All have the uniforms `mvp` (mat4) and `color` (vec4).
@@ -75,10 +79,10 @@ public:
     /// that somebody else owns live on.
     static void dispose();
 
-    /// Copies the entries: a copy owns the same programs.
+    /// Copies the entries: a copy owns the same programs. Assignment releases those of before.
     /// @{
     ProgramManager(const ProgramManager&) = default;
-    ProgramManager& operator=(const ProgramManager&) = default;
+    ProgramManager& operator=(const ProgramManager& other);
     /// @}
 
     /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the one
@@ -87,6 +91,10 @@ public:
 
 private:
     ProgramManager();
+
+    /// Releases all programs, those of the callers first. They are out of the registry before the
+    /// first of them ends.
+    VELLIS_NO_EXPORT void clear();
 
     static std::shared_ptr<Program> makeBuiltIn(BuiltIn builtIn);
 
