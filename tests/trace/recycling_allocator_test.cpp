@@ -1,6 +1,7 @@
 #include <vellis/detail/recycling_allocator.hpp>
 
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -96,6 +97,21 @@ TEST_F(RecyclingAllocatorTest, AllAreEqual) {
     const RecyclingAllocator<int> other(allocator);
     EXPECT_TRUE(other == RecyclingAllocator<int>());
     EXPECT_FALSE(other != RecyclingAllocator<int>());
+}
+
+/// As allocators are required to, that are made from those of other types.
+TEST_F(RecyclingAllocatorTest, AllAreEqualWhateverTheyAreFor) {
+    using Traits = std::allocator_traits<RecyclingAllocator<Object>>;
+    using Rebound = Traits::rebind_alloc<int>;
+    static_assert(std::is_same_v<Rebound, RecyclingAllocator<int>>);
+    static_assert(Traits::is_always_equal::value);
+    const Rebound rebound(allocator);
+    EXPECT_TRUE(allocator == rebound);
+    EXPECT_TRUE(rebound == allocator);
+    EXPECT_FALSE(allocator != rebound);
+    EXPECT_FALSE(rebound != allocator);
+    EXPECT_TRUE(allocator == RecyclingAllocator<Object>(rebound));
+    EXPECT_TRUE(noexcept(allocator == rebound)&& noexcept(allocator != rebound));
 }
 
 } // namespace

@@ -43,6 +43,9 @@ public:
             isArmed_ = std::atexit(&run) == 0;
     }
 
+    /// Whether that call is still to come.
+    static bool isArmed() noexcept { return isArmed_; }
+
 private:
     /// What is released may put something in its place as it ends. It gets as many rounds as POSIX
     /// gives the destructors of a thread's data: what goes on and on must not keep the process.

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include <vellis/detail/lasting.hpp>
 #include <vellis/export.hpp>
 
 namespace vellis::detail {
@@ -36,35 +37,41 @@ public:
     T* allocate(std::size_t count) {
         if (count == 1 && spare_ != nullptr)
             return std::exchange(spare_, nullptr);
-        static const AtExit release; // here, where the time does not matter
+        Release::arm(); // here, where the time does not matter
         return std::allocator<T>().allocate(count);
     }
 
-    /// Keeps the memory, unless some is kept already.
+    /// Keeps the memory, unless some is kept already, or the end of the process has released it.
     void deallocate(T* memory, std::size_t count) noexcept {
-        if (recyclesMemory && count == 1 && spare_ == nullptr)
+        if (recyclesMemory && count == 1 && spare_ == nullptr && Release::isArmed())
             spare_ = memory;
         else
             std::allocator<T>().deallocate(memory, count);
     }
 
-    /// All are equal.
-    /// @{
-    friend bool operator==(const RecyclingAllocator&, const RecyclingAllocator&) { return true; }
-    friend bool operator!=(const RecyclingAllocator&, const RecyclingAllocator&) { return false; }
-    /// @}
-
 private:
-    /// Gives back what is kept, at the end of the program or when a plug-in is unloaded. What is
-    /// released after that is kept once more, for nobody: static objects may outlive this one.
-    struct AtExit {
-        ~AtExit() {
+    /// What is kept goes at the end of the program, or when a plug-in is unloaded.
+    struct Kept {
+        static void release() {
             if (spare_ != nullptr)
                 std::allocator<T>().deallocate(std::exchange(spare_, nullptr), 1);
         }
     };
+    using Release = AtExit<Kept>;
 
     static inline T* spare_ = nullptr; ///< the memory for one object, or null
 };
+
+/// All are equal, whatever they are for: what one allocates any other can deallocate.
+/// @{
+template <class T, class Other>
+bool operator==(const RecyclingAllocator<T>&, const RecyclingAllocator<Other>&) noexcept {
+    return true;
+}
+template <class T, class Other>
+bool operator!=(const RecyclingAllocator<T>&, const RecyclingAllocator<Other>&) noexcept {
+    return false;
+}
+/// @}
 
 } // namespace vellis::detail
