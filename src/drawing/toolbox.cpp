@@ -13,6 +13,7 @@
 #include <vellis/shading/program_manager.hpp>
 
 #include "drawing/dash_distances.hpp"
+#include "engine/disposal.hpp"
 #include "state/state_guard.hpp"
 
 namespace vellis {
@@ -30,7 +31,17 @@ struct ToolboxAccess {
 
 namespace {
 
-constexpr unsigned int bufferSize = 1024;
+/// The buffer that the calls share. Once the registry has let go of it, it is not made again.
+struct SharedBuffer : Bytes {
+    SharedBuffer()
+        : VertexAttributeBuffer(nullptr, 1024, BufferUsage::Static, BufferAccess::Draw) {}
+    /// Its address may be another buffer's next.
+    ~SharedBuffer() override { key = BufferObjectManager::invalidId(); }
+    SharedBuffer(const SharedBuffer&) = delete;
+    SharedBuffer& operator=(const SharedBuffer&) = delete;
+
+    static inline BufferObject* key = BufferObjectManager::invalidId(); ///< while it lives
+};
 
 /// Points as plain numbers, two or three each. Null stands for what the shared buffer holds.
 struct Points {
@@ -207,14 +218,13 @@ Toolbox& Toolbox::instance() {
 }
 
 std::shared_ptr<Bytes> Toolbox::getVertexBuffer() {
-    // Once the registry has let go of the buffer it is not made again. A plain pointer could then
-    // be the address of another buffer, which a weak one keeps from happening.
-    static const std::weak_ptr<Bytes> made = [] {
-        auto buffer = Bytes::make(bufferSize, BufferUsage::Static, BufferAccess::Draw);
-        BufferObjectManager::instance().add(buffer);
-        return buffer;
-    }();
-    return std::static_pointer_cast<Bytes>(ToolboxAccess::find(made.lock().get()));
+    static bool hasBeenMade = false;
+    if (!hasBeenMade && !engine::isDisposed()) {
+        const auto buffer = std::make_shared<SharedBuffer>();
+        SharedBuffer::key = BufferObjectManager::instance().add(buffer);
+        hasBeenMade = true;
+    }
+    return std::static_pointer_cast<Bytes>(ToolboxAccess::find(SharedBuffer::key));
 }
 
 // The forms of each family, which differ only in the type of the points.

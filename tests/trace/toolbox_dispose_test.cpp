@@ -21,6 +21,7 @@
 #include <vellis/gl.hpp>
 #include <vellis/shading/program_manager.hpp>
 
+#include "support/ending_objects.hpp"
 #include "support/fake_gl.hpp"
 
 namespace {
@@ -232,6 +233,11 @@ TEST_F(ToolboxDisposedTrace, BufferRegisteredLaterIsNotTakenForTheSharedOne) {
     EXPECT_FALSE(story().isAnotherTaken);
 }
 
+/// Ends the process: well where \p isTrue.
+[[noreturn]] void exitIf(bool isTrue) {
+    std::_Exit(isTrue ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
 [[noreturn]] void disposeThenCallEverything() {
     FakeGl gl;
     const auto buffer2D = makeBuffer<glm::vec2>(2);
@@ -239,7 +245,7 @@ TEST_F(ToolboxDisposedTrace, BufferRegisteredLaterIsNotTakenForTheSharedOne) {
     gl.forget();
     engine::dispose();
     callEverything(buffer2D, buffer3D);
-    std::_Exit(gl.takeCalls().empty() ? EXIT_SUCCESS : EXIT_FAILURE);
+    exitIf(gl.takeCalls().empty());
 }
 
 /// The programs are there, and the registry has let go of the shared buffer.
@@ -250,7 +256,45 @@ TEST_F(ToolboxDisposedTrace, BufferRegisteredLaterIsNotTakenForTheSharedOne) {
     BufferObjectManager::dispose();
     gl.forget();
     callEverything(nullptr, nullptr);
-    std::_Exit(hasDrawn && gl.takeCalls().empty() ? EXIT_SUCCESS : EXIT_FAILURE);
+    exitIf(hasDrawn && gl.takeCalls().empty());
+}
+
+[[noreturn]] void disposeThenAskForTheBuffer() {
+    FakeGl gl;
+    engine::dispose();
+    const bool isThere =
+        Toolbox::getVertexBuffer() != nullptr || Toolbox::getVertexBuffer() != nullptr;
+    exitIf(!isThere && gl.takeCalls().empty());
+}
+
+/// A buffer that ends with the registry asks for the shared one.
+[[noreturn]] void askForTheBufferDuringDispose() {
+    FakeGl gl;
+    bool isAsked = false;
+    bool isThere = false;
+    BufferObjectManager::instance().add(test::Buffers::make([&] {
+        isAsked = true;
+        isThere = Toolbox::getVertexBuffer() != nullptr;
+    }));
+    engine::dispose();
+    exitIf(isAsked && !isThere && gl.liveNames().empty());
+}
+
+[[noreturn]] void emptyTheRegistriesThenAskForTheBuffer() {
+    FakeGl gl;
+    BufferObjectManager::dispose();
+    ProgramManager::dispose();
+    exitIf(Toolbox::getVertexBuffer() != nullptr && gl.countOf("glGenBuffers") == 1);
+}
+
+/// A buffer that somebody keeps is the shared one again when it is registered again.
+[[noreturn]] void disposeThenRegisterTheBufferAgain() {
+    FakeGl gl;
+    const auto buffer = Toolbox::getVertexBuffer();
+    engine::dispose();
+    const bool isLost = Toolbox::getVertexBuffer() == nullptr;
+    BufferObjectManager::instance().add(buffer);
+    exitIf(isLost && Toolbox::getVertexBuffer() == buffer);
 }
 
 /// Processes that start anew, so that they have no story.
@@ -265,6 +309,22 @@ TEST_F(ToolboxOfItsOwnDeathTest, CallsAfterDisposeDoNothing) {
 
 TEST_F(ToolboxOfItsOwnDeathTest, CallsWithoutTheSharedBufferDoNothing) {
     EXPECT_EXIT(loseTheBufferThenCallEverything(), testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+TEST_F(ToolboxOfItsOwnDeathTest, SharedBufferIsNotMadeAfterDispose) {
+    EXPECT_EXIT(disposeThenAskForTheBuffer(), testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+TEST_F(ToolboxOfItsOwnDeathTest, SharedBufferIsNotMadeDuringDispose) {
+    EXPECT_EXIT(askForTheBufferDuringDispose(), testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+TEST_F(ToolboxOfItsOwnDeathTest, SharedBufferIsMadeAfterTheRegistriesWereEmptied) {
+    EXPECT_EXIT(emptyTheRegistriesThenAskForTheBuffer(), testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+TEST_F(ToolboxOfItsOwnDeathTest, SharedBufferIsFoundWhereItIsRegisteredAgain) {
+    EXPECT_EXIT(disposeThenRegisterTheBufferAgain(), testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 
 } // namespace

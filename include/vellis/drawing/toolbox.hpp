@@ -56,8 +56,8 @@ public:
     static Toolbox& instance();
 
     /// The shared buffer, which the first call makes and BufferObjectManager owns. Empty once the
-    /// registry has let go of it: it is not made again. Do not call this for the first time after
-    /// engine::dispose.
+    /// registry has let go of it, and where engine::dispose comes before the first call: it is not
+    /// made again, and then not at all.
     static std::shared_ptr<VertexAttributeBuffer<unsigned char>> getVertexBuffer();
 
     /// \name Lines
