@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include <vellis/detail/lasting.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/texture/texture.hpp>
 
@@ -10,21 +11,29 @@
 #include "shading/program_variables.hpp"
 
 namespace vellis {
-namespace {
 
-/// Stands for a GL program that somebody else owns.
-class ProgramProxy : public Program {
+/// Stands for a GL program that somebody else owns, to the very end of the process.
+class VELLIS_NO_EXPORT Program::Proxy : public Program {
 public:
-    // The name that the base class made is left behind: GL may give it a meaning elsewhere.
-    ProgramProxy() { id_ = 0; }
-    ~ProgramProxy() override { id_ = 0; }
-    ProgramProxy(const ProgramProxy&) = delete;
-    ProgramProxy& operator=(const ProgramProxy&) = delete;
+    /// The programs that have one.
+    enum class Of { Current, Null };
+
+    template <Of program>
+    static Proxy& instance() {
+        static detail::Lasting proxy([] { return Proxy(); });
+        struct Kept {
+            static void release() { (*proxy).attributesBinding_.reset(); }
+        };
+        detail::AtExit<Kept>::arm();
+        return *proxy;
+    }
 
     void setId(unsigned int id) { id_ = id; }
-};
 
-} // namespace
+private:
+    // The name that the base class made is left behind: GL may give it a meaning elsewhere.
+    Proxy() { id_ = 0; }
+};
 
 Program::~Program() {
     dispose();
@@ -95,16 +104,15 @@ std::shared_ptr<VertexAttributesBinding> Program::finishAttributesBinding() cons
 }
 
 const Program& Program::current() {
-    static ProgramProxy proxy;
+    Proxy& program = Proxy::instance<Proxy::Of::Current>();
     int id = 0;
     glGetIntegerv(GL_CURRENT_PROGRAM, &id);
-    proxy.setId(static_cast<unsigned int>(id));
-    return proxy;
+    program.setId(static_cast<unsigned int>(id));
+    return program;
 }
 
 const Program& Program::null() {
-    static const ProgramProxy proxy;
-    return proxy;
+    return Proxy::instance<Proxy::Of::Null>();
 }
 
 UniformVariable* Program::findUniform(const char* name, std::size_t length) const {
@@ -116,9 +124,9 @@ const Attrib* Program::findAttrib(const char* name, std::size_t length) const {
 }
 
 const Attrib& Program::getAttrib(const char* name) const {
-    static const Attrib none(-1);
+    static detail::Lasting none([] { return Attrib(-1); });
     const Attrib* const attribute = findAttrib(name);
-    return attribute != nullptr ? *attribute : none;
+    return attribute != nullptr ? *attribute : *none;
 }
 
 void Program::setUniform(const char* name, const Texture& texture) {

@@ -1,61 +1,51 @@
 #include <vellis/shading/shader.hpp>
 
 #include <string>
+#include <string_view>
 
 #include <vellis/gl.hpp>
 
 namespace vellis {
 namespace {
 
-/// The texts that are put in front of portable sources.
-struct Preambles {
-    const std::string version120 = "#version 120 \n";
-    const std::string version330 = "#version 330 \n";
-    const std::string version410 = "#version 410 \n";
-    const std::string vertexMacros = "#if __VERSION__ >= 130 \n"
-                                     "#define IN in \n"
-                                     "#define OUT out \n"
-                                     "#else \n"
-                                     "#define IN attribute \n"
-                                     "#define OUT varying \n"
-                                     "#endif \n";
-    // DECL_OUT0; must compile as a declaration before GLSL 1.30, too.
-    const std::string fragmentMacros =
-        "#if __VERSION__ >= 130 \n"
-        "#define IN in \n"
-        "#define DECL_OUT0 layout(location = 0) out vec4 OUT0; \n"
-        "#else \n"
-        "#define IN varying \n"
-        "#define DECL_OUT0 float null_var_to_avoid_compilation_error \n"
-        "#define OUT0 gl_FragColor \n"
-        "#endif \n";
+// The texts that are put in front of portable sources.
 
-    static const Preambles& instance() {
-        static const Preambles preambles;
-        return preambles;
+constexpr std::string_view version120 = "#version 120 \n";
+constexpr std::string_view version330 = "#version 330 \n";
+constexpr std::string_view version410 = "#version 410 \n";
+constexpr std::string_view vertexMacros = "#if __VERSION__ >= 130 \n"
+                                          "#define IN in \n"
+                                          "#define OUT out \n"
+                                          "#else \n"
+                                          "#define IN attribute \n"
+                                          "#define OUT varying \n"
+                                          "#endif \n";
+// DECL_OUT0; must compile as a declaration before GLSL 1.30, too.
+constexpr std::string_view fragmentMacros =
+    "#if __VERSION__ >= 130 \n"
+    "#define IN in \n"
+    "#define DECL_OUT0 layout(location = 0) out vec4 OUT0; \n"
+    "#else \n"
+    "#define IN varying \n"
+    "#define DECL_OUT0 float null_var_to_avoid_compilation_error \n"
+    "#define OUT0 gl_FragColor \n"
+    "#endif \n";
+
+std::string_view versionLine(Shader::Version version) {
+    switch (version) {
+    case Shader::Version::V210:
+        return version120;
+    case Shader::Version::V330:
+        return version330;
+    case Shader::Version::V410:
+        break;
     }
-
-    const std::string& versionLine(Shader::Version version) const {
-        switch (version) {
-        case Shader::Version::V210:
-            return version120;
-        case Shader::Version::V330:
-            return version330;
-        case Shader::Version::V410:
-            break;
-        }
-        return version410;
-    }
-};
-
-std::string portableVertexSource(std::string_view source, Shader::Version version) {
-    const Preambles& preambles = Preambles::instance();
-    return (preambles.versionLine(version) + preambles.vertexMacros).append(source);
+    return version410;
 }
 
-std::string portableFragmentSource(std::string_view source, Shader::Version version) {
-    const Preambles& preambles = Preambles::instance();
-    return (preambles.versionLine(version) + preambles.fragmentMacros).append(source);
+std::string portableSource(Shader::Version version, std::string_view macros,
+                           std::string_view source) {
+    return std::string(versionLine(version)).append(macros).append(source);
 }
 
 } // namespace
@@ -92,7 +82,7 @@ VertexShader::VertexShader(std::string_view source) : Shader(GL_VERTEX_SHADER) {
 }
 
 VertexShader::VertexShader(std::string_view source, Version version) : Shader(GL_VERTEX_SHADER) {
-    compile(portableVertexSource(source, version).c_str());
+    compile(portableSource(version, vertexMacros, source).c_str());
 }
 
 VertexShader::~VertexShader() = default;
@@ -111,7 +101,7 @@ FragmentShader::FragmentShader(std::string_view source) : Shader(GL_FRAGMENT_SHA
 
 FragmentShader::FragmentShader(std::string_view source, Version version)
     : Shader(GL_FRAGMENT_SHADER) {
-    compile(portableFragmentSource(source, version).c_str());
+    compile(portableSource(version, fragmentMacros, source).c_str());
 }
 
 FragmentShader::~FragmentShader() = default;

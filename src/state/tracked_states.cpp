@@ -27,12 +27,12 @@ struct Remembered {
 Remembered remembered[std::size(trackedStates)];
 
 void diff(const StateRow& state, Remembered& previous) {
-    static const std::string title = std::string(logTitle) + " DIFF ";
     StateValues current = query(state);
     if (!previous.isFirstCall && !equal(state, previous.values, current)) {
         StateValues old = previous.values; // which stay where memory for a text runs out
         const std::string before = text(state, old);
         const std::string after = text(state, current);
+        const std::string title = std::string(logTitle) + " DIFF ";
         log(title.c_str(), "%s = %s -> %s", state.label, before.c_str(), after.c_str());
     }
     previous.values = current;

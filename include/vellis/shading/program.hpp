@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <vellis/detail/hot.hpp>
+#include <vellis/detail/lasting.hpp>
 #include <vellis/drawing/drawable.hpp>
 #include <vellis/export.hpp>
 #include <vellis/shading/attrib.hpp>
@@ -253,6 +254,7 @@ protected:
 private:
     friend struct ToolboxAccess;
     struct Variables;
+    class Proxy;
 
     // Beside the name: what bind and unbind touch is then one line of the processor's cache.
     mutable bool bound_ = false;
@@ -298,8 +300,12 @@ private:
     /// A handle with location -1 and its first value.
     template <class T>
     static Uniform<T>& inert() {
-        static Uniform<T> uniform(-1);
-        return uniform = Uniform<T>(-1);
+        static detail::Lasting uniform([] { return Uniform<T>(-1); });
+        struct Kept {
+            static void release() { *uniform = Uniform<T>(-1); }
+        };
+        detail::AtExit<Kept>::arm(); // for what callers store in it
+        return *uniform = Uniform<T>(-1);
     }
 
     VELLIS_NO_EXPORT void gl_link();
