@@ -15,10 +15,6 @@
 namespace vellis {
 namespace {
 
-const char* textOrEmpty(const char* text) {
-    return text != nullptr ? text : "";
-}
-
 /// How many active variables of a kind a program has, and room for the longest of their names.
 struct ActiveVariables {
     ActiveVariables(unsigned int program, unsigned int countName, unsigned int lengthName) {
@@ -67,14 +63,14 @@ std::shared_ptr<Program> Program::make(const std::shared_ptr<VertexShader>& vert
 }
 
 std::shared_ptr<Program> Program::make(const char* vertexSource, const char* fragmentSource) {
-    const auto fragmentShader = FragmentShader::make(textOrEmpty(fragmentSource));
-    return make(VertexShader::make(textOrEmpty(vertexSource)), fragmentShader);
+    const auto fragmentShader = FragmentShader::make(fragmentSource);
+    return make(VertexShader::make(vertexSource), fragmentShader);
 }
 
 std::shared_ptr<Program> Program::make(const char* vertexSource, const char* fragmentSource,
                                        std::initializer_list<unsigned int> outputs) {
-    const auto fragmentShader = FragmentShader::make(textOrEmpty(fragmentSource));
-    return make(VertexShader::make(textOrEmpty(vertexSource)), fragmentShader, outputs);
+    const auto fragmentShader = FragmentShader::make(fragmentSource);
+    return make(VertexShader::make(vertexSource), fragmentShader, outputs);
 }
 
 Program::Program() : id_(glCreateProgram()) {}

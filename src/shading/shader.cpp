@@ -43,9 +43,9 @@ std::string_view versionLine(Shader::Version version) {
     return version410;
 }
 
-std::string portableSource(Shader::Version version, std::string_view macros,
-                           std::string_view source) {
-    return std::string(versionLine(version)).append(macros).append(source);
+/// What is put in front of a source of that version.
+std::string preamble(Shader::Version version, std::string_view macros) {
+    return std::string(versionLine(version)).append(macros);
 }
 
 } // namespace
@@ -69,6 +69,10 @@ void Shader::compile(const char* source) const {
     glCompileShader(id_);
 }
 
+void Shader::compileBehind(std::string preamble, std::string_view source) const {
+    compile(preamble.append(source).c_str());
+}
+
 std::shared_ptr<VertexShader> VertexShader::make(std::string_view source) {
     return std::shared_ptr<VertexShader>(new VertexShader(source));
 }
@@ -78,11 +82,11 @@ std::shared_ptr<VertexShader> VertexShader::make(std::string_view source, Versio
 }
 
 VertexShader::VertexShader(std::string_view source) : Shader(GL_VERTEX_SHADER) {
-    compile(std::string(source).c_str());
+    compileBehind({}, source);
 }
 
 VertexShader::VertexShader(std::string_view source, Version version) : Shader(GL_VERTEX_SHADER) {
-    compile(portableSource(version, vertexMacros, source).c_str());
+    compileBehind(preamble(version, vertexMacros), source);
 }
 
 VertexShader::~VertexShader() = default;
@@ -96,12 +100,12 @@ std::shared_ptr<FragmentShader> FragmentShader::make(std::string_view source, Ve
 }
 
 FragmentShader::FragmentShader(std::string_view source) : Shader(GL_FRAGMENT_SHADER) {
-    compile(std::string(source).c_str());
+    compileBehind({}, source);
 }
 
 FragmentShader::FragmentShader(std::string_view source, Version version)
     : Shader(GL_FRAGMENT_SHADER) {
-    compile(portableSource(version, fragmentMacros, source).c_str());
+    compileBehind(preamble(version, fragmentMacros), source);
 }
 
 FragmentShader::~FragmentShader() = default;

@@ -1,7 +1,9 @@
 #include <vellis/shading/shader.hpp>
 
+#include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -153,6 +155,84 @@ TEST(ShaderTrace, EmptySourceIsCompiledAsItStands) {
     FakeGl gl;
     const auto shader = VertexShader::make(std::string());
     EXPECT_EQ(gl.shaderSource(shader->id()), "");
+    gl.ignoreTheRest();
+}
+
+/// A text of an application's own class, which converts to nothing but a T.
+template <class T>
+struct ConvertsTo {
+    operator T() const { return "text"; }
+};
+
+/// Makes shaders from every form that a source can have, all of the same text.
+template <class Made, class... Version>
+void expectEveryFormToBeTaken(const FakeGl& gl, const std::string& expected, Version... version) {
+    const std::string text = "text";
+    std::string changeable = "text";
+    char array[] = "text";
+    char* const characters = array;
+    const char* const constants = array;
+    const auto expectTaken = [&](const auto& form) {
+        EXPECT_EQ(gl.shaderSource(Made::make(form, version...)->id()), expected);
+        // The constructors are those of make, for classes that derive from it.
+        struct Derived : Made {
+            using Made::Made;
+        };
+        EXPECT_EQ(gl.shaderSource(Derived(form, version...).id()), expected);
+    };
+    expectTaken(text);
+    expectTaken("text");
+    expectTaken(array);
+    expectTaken(characters);
+    expectTaken(constants);
+    expectTaken(std::string_view("text and more", 4));
+    expectTaken(ConvertsTo<std::string>());
+    expectTaken(ConvertsTo<const char*>());
+    expectTaken(ConvertsTo<std::string_view>());
+    EXPECT_EQ(gl.shaderSource(Made::make(changeable, version...)->id()), expected);
+    EXPECT_EQ(gl.shaderSource(Made::make(std::string("text"), version...)->id()), expected);
+    std::shared_ptr<Made> (*const documented)(const std::string&, Version...) = &Made::make;
+    EXPECT_EQ(gl.shaderSource(documented(text, version...)->id()), expected);
+}
+
+TEST(ShaderTrace, SourceMayBeAStringCharactersAViewOrWhatConvertsToOneOfThem) {
+    FakeGl gl;
+    expectEveryFormToBeTaken<VertexShader>(gl, "text");
+    expectEveryFormToBeTaken<FragmentShader>(gl, "text");
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, SourceOfAVersionMayBeAStringCharactersAViewOrWhatConvertsToOneOfThem) {
+    FakeGl gl;
+    expectEveryFormToBeTaken<VertexShader>(gl, "#version 120 \n" + vertexMacros + "text",
+                                           Shader::Version::V210);
+    expectEveryFormToBeTaken<FragmentShader>(gl, "#version 120 \n" + fragmentMacros + "text",
+                                             Shader::Version::V210);
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, NullCharactersCountAsAnEmptySource) {
+    FakeGl gl;
+    const char* const null = nullptr;
+    EXPECT_EQ(gl.shaderSource(VertexShader::make(null)->id()), "");
+    EXPECT_EQ(gl.shaderSource(FragmentShader::make(nullptr)->id()), "");
+    EXPECT_EQ(gl.shaderSource(VertexShader::make(null, Shader::Version::V330)->id()),
+              "#version 330 \n" + vertexMacros);
+    EXPECT_EQ(gl.shaderSource(FragmentShader::make(null, Shader::Version::V330)->id()),
+              "#version 330 \n" + fragmentMacros);
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, SourceEndsAtItsFirstNul) {
+    FakeGl gl;
+    const std::string withNul("one\0two", 7);
+    const auto vertex = VertexShader::make(withNul);
+    const auto fragment = FragmentShader::make(std::string_view(withNul));
+    EXPECT_GL_CALLS(gl, "glCreateShader(GL_VERTEX_SHADER)", "glShaderSource(1, 1, {\"one\"}, null)",
+                    "glCompileShader(1)", "glCreateShader(GL_FRAGMENT_SHADER)",
+                    "glShaderSource(2, 1, {\"one\"}, null)", "glCompileShader(2)");
+    const auto portable = VertexShader::make(withNul, Shader::Version::V410);
+    EXPECT_EQ(gl.shaderSource(portable->id()), "#version 410 \n" + vertexMacros + "one");
     gl.ignoreTheRest();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include <vellis/export.hpp>
@@ -34,8 +35,13 @@ namespace vellis {
 /// | `DECL_OUT0;` | fragment | a float that nobody uses | `layout(location = 0) out vec4 OUT0;` |
 /// | `OUT0` | fragment | `gl_FragColor` | the output that `DECL_OUT0` declares |
 ///
-/// Nothing is printed or thrown where the source does not compile: ask hasCompilationError, and GL
-/// for the log. GL keeps a deleted shader for as long as a program has it attached.
+/// A source may be a string, characters up to a NUL, a view, or what converts to one of these. GL
+/// gets it as one text that a NUL ends, so that what follows a NUL within a source is left out;
+/// null characters count as an empty source.
+///
+/// Nothing is printed or thrown where the source does not compile: ask hasCompilationError, and
+/// compilationLog for the reason. GL keeps a deleted shader for as long as a program has it
+/// attached.
 ///
 /// Copies copy the GL name, and each destructor deletes it: hold a shader through the shared
 /// pointer that made it.
@@ -72,6 +78,14 @@ protected:
     /// \p source counts as empty.
     void compile(const char* source) const;
 
+    /// compile of a copy, which a NUL ends, behind \p preamble.
+    VELLIS_NO_EXPORT void compileBehind(std::string preamble, std::string_view source) const;
+
+    /// Characters up to a NUL; none where they are null.
+    static std::string_view textOf(const char* characters) {
+        return characters != nullptr ? std::string_view(characters) : std::string_view();
+    }
+
 private:
     unsigned int id_;
 };
@@ -80,10 +94,24 @@ private:
 class VELLIS_EXPORT VertexShader : public Shader {
 public:
     /// Compiles \p source as it stands.
+    /// @{
+    static std::shared_ptr<VertexShader> make(const std::string& source) {
+        return make(std::string_view(source));
+    }
+    static std::shared_ptr<VertexShader> make(const char* source) { return make(textOf(source)); }
     static std::shared_ptr<VertexShader> make(std::string_view source);
+    /// @}
 
     /// Compiles \p source behind the line of that version and the vertex macros.
+    /// @{
+    static std::shared_ptr<VertexShader> make(const std::string& source, Version version) {
+        return make(std::string_view(source), version);
+    }
+    static std::shared_ptr<VertexShader> make(const char* source, Version version) {
+        return make(textOf(source), version);
+    }
     static std::shared_ptr<VertexShader> make(std::string_view source, Version version);
+    /// @}
 
     /// Copies the GL name: see Shader.
     /// @{
@@ -95,7 +123,12 @@ public:
 protected:
     /// What make() makes.
     /// @{
+    explicit VertexShader(const std::string& source) : VertexShader(std::string_view(source)) {}
+    explicit VertexShader(const char* source) : VertexShader(textOf(source)) {}
     explicit VertexShader(std::string_view source);
+    VertexShader(const std::string& source, Version version)
+        : VertexShader(std::string_view(source), version) {}
+    VertexShader(const char* source, Version version) : VertexShader(textOf(source), version) {}
     VertexShader(std::string_view source, Version version);
     /// @}
 };
@@ -104,10 +137,24 @@ protected:
 class VELLIS_EXPORT FragmentShader : public Shader {
 public:
     /// Compiles \p source as it stands.
+    /// @{
+    static std::shared_ptr<FragmentShader> make(const std::string& source) {
+        return make(std::string_view(source));
+    }
+    static std::shared_ptr<FragmentShader> make(const char* source) { return make(textOf(source)); }
     static std::shared_ptr<FragmentShader> make(std::string_view source);
+    /// @}
 
     /// Compiles \p source behind the line of that version and the fragment macros.
+    /// @{
+    static std::shared_ptr<FragmentShader> make(const std::string& source, Version version) {
+        return make(std::string_view(source), version);
+    }
+    static std::shared_ptr<FragmentShader> make(const char* source, Version version) {
+        return make(textOf(source), version);
+    }
     static std::shared_ptr<FragmentShader> make(std::string_view source, Version version);
+    /// @}
 
     /// Copies the GL name: see Shader.
     /// @{
@@ -119,7 +166,12 @@ public:
 protected:
     /// What make() makes.
     /// @{
+    explicit FragmentShader(const std::string& source) : FragmentShader(std::string_view(source)) {}
+    explicit FragmentShader(const char* source) : FragmentShader(textOf(source)) {}
     explicit FragmentShader(std::string_view source);
+    FragmentShader(const std::string& source, Version version)
+        : FragmentShader(std::string_view(source), version) {}
+    FragmentShader(const char* source, Version version) : FragmentShader(textOf(source), version) {}
     FragmentShader(std::string_view source, Version version);
     /// @}
 };
