@@ -48,6 +48,15 @@ static_assert(!std::is_constructible_v<UniformVariable, int>);
 static_assert(!std::is_constructible_v<Attrib, int>);
 static_assert(std::is_copy_constructible_v<Uniform<mat4>> && std::is_copy_constructible_v<Attrib>);
 static_assert(std::has_virtual_destructor_v<UniformVariable>);
+
+// A handle takes another's place and value only where both are of one type.
+static_assert(std::is_copy_assignable_v<Uniform<float>> &&
+              std::is_copy_assignable_v<Uniform<Texture>>);
+static_assert(std::is_nothrow_move_assignable_v<Uniform<List<float>>>);
+static_assert(!std::is_assignable_v<Uniform<float>&, const Uniform<mat4>&>);
+static_assert(!std::is_copy_assignable_v<UniformVariable>);
+static_assert(!std::is_move_assignable_v<UniformVariable>);
+static_assert(!std::is_assignable_v<UniformVariable&, const Uniform<float>&>);
 static_assert(std::has_virtual_destructor_v<Attrib>);
 
 const char* const vertexSource = "attribute vec2 position; \n"

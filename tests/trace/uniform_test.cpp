@@ -720,6 +720,21 @@ TEST_F(UniformTrace, HandleOfANameStartsWithZerosOrTheIdentity) {
     EXPECT_TRUE(Uniform<List<float>>("w").value.empty());
 }
 
+TEST_F(UniformTrace, AssignedHandleTakesPlaceAndValueAndKeepsItsType) {
+    link({{"radius", GL_FLOAT, 1, 3}, {"mvp", GL_FLOAT_MAT4, 1, 7}});
+    Uniform<float>& radius = program->getUniform<float>("radius");
+    radius = Uniform<float>("other", 2.f);
+    EXPECT_EQ(radius.loc, -1);
+    EXPECT_STREQ(radius.name, "other");
+    EXPECT_EQ(radius.value, 2.f);
+    EXPECT_EQ(&program->getUniform<float>("radius"), &radius);
+    // Only this test reaches the assignment of the base: it would make a float's room a matrix's.
+    static_cast<UniformVariable&>(radius) = program->getUniform<mat4>("mvp");
+    EXPECT_EQ(radius.loc, 7);
+    EXPECT_EQ(&program->getUniform<float>("radius"), &radius);
+    EXPECT_EQ(program->findUniform<mat4>("radius"), nullptr);
+}
+
 TEST_F(UniformTrace, HandleWithALocationGoesThereWhateverTheProgram) {
     link({{"other", GL_FLOAT}, {"radius", GL_FLOAT, 1, 12}});
     const auto other = program;

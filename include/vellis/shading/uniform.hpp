@@ -21,10 +21,7 @@ class Texture;
 class VELLIS_EXPORT UniformVariable {
 public:
     /// Copies the location and the pointer to the name.
-    /// @{
     UniformVariable(const UniformVariable&) = default;
-    UniformVariable& operator=(const UniformVariable&) = default;
-    /// @}
     virtual ~UniformVariable();
 
     /// The GL location; -1 where it is not known.
@@ -33,7 +30,8 @@ public:
 private:
     friend class Program;
 
-    unsigned int type_; // UniformType of the class that this is; here it takes no room of its own
+    // UniformType of the class that this is; here it takes no room of its own.
+    const unsigned int type_;
 
 public:
     /// The name under which a handle without a location is looked up in the program that it is set
@@ -49,6 +47,14 @@ protected:
         : loc(-1),
           type_(type),
           name(uniformName) {}
+
+    /// Takes the location and the pointer to the name. A handle is assigned as a whole, where both
+    /// are of one type: see Uniform.
+    UniformVariable& operator=(const UniformVariable& other) noexcept {
+        loc = other.loc;
+        name = other.name;
+        return *this;
+    }
 
     /// Whether the location is known.
     bool isLocValid() const { return loc >= 0; }
@@ -148,6 +154,9 @@ VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const T& value);
 /// program->bind();
 /// program->setUniform(radius);
 /// \endcode
+///
+/// Copies copy the value as well. A handle can be assigned one of the same type: it is the same
+/// uniform's then.
 ///
 /// \tparam T  One of the 26 types of IsUniformValue, or `Texture`.
 template <class T>
