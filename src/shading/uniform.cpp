@@ -65,42 +65,64 @@ void sendAll(Call call, int location, const std::vector<T>& values) {
     send(call, location, static_cast<int>(values.size()), firstNumber(values.data()));
 }
 
+// The call for arrays of each type of element.
+#define VELLIS_UNIFORM_ELEMENT(glType, T, call)                                                    \
+    auto callFor(const T*) {                                                                       \
+        return call;                                                                               \
+    }
+#include "shading/uniform_elements.inc"
+#undef VELLIS_UNIFORM_ELEMENT
+
+template <class T>
+void sendValue(int location, const T& value) {
+    sendOne(callFor(&value), location, value);
+}
+
+template <class T>
+void sendValue(int location, const std::vector<T>& values) {
+    sendAll(callFor(values.data()), location, values);
+}
+
+// glm stores its matrices by column, as GL does.
+
+void sendValue(int location, const glm::mat3& value) {
+    glUniformMatrix3fv(location, 1, GL_FALSE, &value[0][0]);
+}
+
+void sendValue(int location, const glm::mat4& value) {
+    glUniformMatrix4fv(location, 1, GL_FALSE, &value[0][0]);
+}
+
 } // namespace
 
 UniformVariable::~UniformVariable() = default;
 
 namespace detail {
 
-// What nearly every draw sends.
+template <class T>
+void sendUniform(int location, const T& value) {
+    sendValue(location, value);
+}
 
 template <>
-VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::vec4& value);
-template <>
-VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::mat4& value);
+void sendUniform(int location, const glm::vec4& value) {
+    sendValue(location, value);
+}
 
+template <>
+void sendUniform(int location, const glm::mat4& value) {
+    sendValue(location, value);
+}
+
+#if defined(__clang__) // a vec4 has its function above: the row of the table then adds none
+#pragma clang diagnostic ignored "-Winstantiation-after-specialization"
+#endif
 #define VELLIS_UNIFORM_ELEMENT(glType, T, call)                                                    \
-    template <>                                                                                    \
-    VELLIS_EXPORT void sendUniform(int location, const T& value) {                                 \
-        sendOne(call, location, value);                                                            \
-    }                                                                                              \
-    template <>                                                                                    \
-    VELLIS_EXPORT void sendUniform(int location, const std::vector<T>& values) {                   \
-        sendAll(call, location, values);                                                           \
-    }
+    template VELLIS_EXPORT void sendUniform(int location, const T& value);                         \
+    template VELLIS_EXPORT void sendUniform(int location, const std::vector<T>& value);
 #include "shading/uniform_elements.inc"
 #undef VELLIS_UNIFORM_ELEMENT
-
-// glm stores its matrices by column, as GL does.
-
-template <>
-VELLIS_EXPORT void sendUniform(int location, const glm::mat3& value) {
-    glUniformMatrix3fv(location, 1, GL_FALSE, &value[0][0]);
-}
-
-template <>
-VELLIS_EXPORT void sendUniform(int location, const glm::mat4& value) {
-    glUniformMatrix4fv(location, 1, GL_FALSE, &value[0][0]);
-}
+template VELLIS_EXPORT void sendUniform(int location, const glm::mat3& value);
 
 } // namespace detail
 

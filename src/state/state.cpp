@@ -55,21 +55,37 @@ void bindFramebuffers(unsigned int draw, unsigned int read) {
     }
 }
 
-} // namespace
+/// The queries and the command of a record; there are none for what is no record of the table.
+template <class T, unsigned int N, unsigned int pname>
+struct Access;
 
 #define VELLIS_QUERIES(...) __VA_ARGS__
 #define VELLIS_STATE(T, N, pname, queries, command)                                                \
     template <>                                                                                    \
-    VELLIS_EXPORT void get(State<T, N, pname>& record) {                                           \
-        read<VELLIS_QUERIES queries>(record.value);                                                \
-    }                                                                                              \
-    template <>                                                                                    \
-    VELLIS_EXPORT void set(const State<T, N, pname>& record) {                                     \
-        const T(&v)[N] = record.value;                                                             \
-        command;                                                                                   \
-    }
+    struct Access<T, N, pname> {                                                                   \
+        static void get(T (&values)[N]) { read<VELLIS_QUERIES queries>(values); }                  \
+        static void set(const T (&v)[N]) { command; }                                              \
+    };
 #include "state/state_records.inc"
 #undef VELLIS_STATE
 #undef VELLIS_QUERIES
+
+} // namespace
+
+template <class T, unsigned int N, unsigned int pname>
+void get(State<T, N, pname>& record) {
+    Access<T, N, pname>::get(record.value);
+}
+
+template <class T, unsigned int N, unsigned int pname>
+void set(const State<T, N, pname>& record) {
+    Access<T, N, pname>::set(record.value);
+}
+
+#define VELLIS_STATE(T, N, pname, queries, command)                                                \
+    template VELLIS_EXPORT void get(State<T, N, pname>& record);                                   \
+    template VELLIS_EXPORT void set(const State<T, N, pname>& record);
+#include "state/state_records.inc"
+#undef VELLIS_STATE
 
 } // namespace vellis::state

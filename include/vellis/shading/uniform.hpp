@@ -137,10 +137,16 @@ T initialUniformValue() {
 }
 
 /// Sends a value to a location of the program in use with the one GL call of its type:
-/// `glUniform1i`, `glUniform4fv`, `glUniformMatrix4fv` … There is a definition for each of the 26
-/// types of value.
+/// `glUniform1i`, `glUniform4fv`, `glUniformMatrix4fv` … The library has an instance for each of the
+/// 26 types of value.
 template <class T>
-VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const T& value);
+VELLIS_DIRECT VELLIS_EXPORT void sendUniform(int location, const T& value);
+
+// What nearly every draw sends.
+template <>
+VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::vec4& value);
+template <>
+VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::mat4& value);
 
 } // namespace detail
 
