@@ -1,6 +1,5 @@
 #include <vellis/shading/program.hpp>
 
-#include <new>
 #include <utility>
 
 #include <vellis/detail/lasting.hpp>
@@ -35,6 +34,16 @@ private:
     Proxy() { id_ = 0; }
 };
 
+namespace {
+
+/// Whether a pointer shares in owning anything. Unlike a count, the compiler sees through this
+/// comparison: behind it, it knows whether there is anything to release.
+bool ownsAnything(const std::shared_ptr<VertexAttributesBinding>& pointer) {
+    return std::shared_ptr<VertexAttributesBinding>().owner_before(pointer);
+}
+
+} // namespace
+
 Program::~Program() {
     dispose();
     attributesBinding_.reset(); // before the shaders
@@ -54,12 +63,12 @@ void Program::bind() const {
 }
 
 void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
-    if (attributesBinding_.use_count() != 0) {
+    if (ownsAnything(attributesBinding_)) {
         rebind(binding);
         return;
     }
     // Empty, it has nothing to release, and the code for that is not in the way of each draw.
-    new (&attributesBinding_) std::shared_ptr<VertexAttributesBinding>(binding);
+    attributesBinding_ = binding;
     bind();
     if (attributesBinding_ != nullptr)
         VertexAttributesBinding::Inlined::bind(*attributesBinding_);
