@@ -125,9 +125,10 @@ TEST_F(BufferObjectTrace, LoadOfAPartKeepsStoreAndSize) {
     EXPECT_EQ(gl.bufferBytes(1)[6], 8);
 }
 
-TEST_F(BufferObjectTrace, LoadOfANullPartDoesNothing) {
+TEST_F(BufferObjectTrace, LoadOfANullPartOnlyUnbinds) {
     buffer->load(nullptr, 5, 2);
-    EXPECT_GL_CALLS(gl);
+    EXPECT_GL_CALLS(gl, "glBindBuffer(GL_ARRAY_BUFFER, 0)");
+    EXPECT_EQ(buffer->numBytes(), 16u);
 }
 
 TEST_F(BufferObjectTrace, MapMapsTheWholeStoreAndUnbinds) {
@@ -286,10 +287,13 @@ TEST_F(BufferObjectTrace, EveryDataOperationEndsUnbound) {
     };
     endsUnbound("load", [&] { buffer->load(data, 4); });
     endsUnbound("load part", [&] { buffer->load(data, 0, 4); });
+    endsUnbound("load null part", [&] { buffer->load(nullptr, 0, 4); });
     endsUnbound("alloc", [&] { buffer->alloc(16); });
     endsUnbound("map", [&] { buffer->map(MapAccess::WriteOnly); });
     endsUnbound("flush", [&] { buffer->flush(0, 1); });
     endsUnbound("unmap", [&] { buffer->unmap(false); });
+    gl.remove(glad_glMapBufferRange);
+    endsUnbound("map without map_buffer_range", [&] { buffer->map(MapAccess::WriteOnly); });
 }
 
 TEST_F(BufferObjectTrace, DisposeTwiceDeletesOnce) {
@@ -335,10 +339,21 @@ TEST_F(BufferObjectTrace, NameThatGlRefusedToMakeIsNeverDeleted) {
     EXPECT_GL_CALLS(gl);
 }
 
-TEST_F(BufferObjectTrace, WithoutMapBufferRangeMappingDoesNothing) {
+TEST_F(BufferObjectTrace, FlushAndUnmapOfAnUnmappedBufferLeaveItBound) {
+    buffer->bind();
+    gl.forget();
+    buffer->flush(0, 1);
+    buffer->unmap(true);
+    buffer->flushAndUnmap(0, 1);
+    EXPECT_TRUE(buffer->isBound());
+    EXPECT_GL_CALLS(gl);
+}
+
+TEST_F(BufferObjectTrace, WithoutMapBufferRangeMappingOnlyUnbinds) {
     gl.remove(glad_glMapBufferRange);
     gl.remove(glad_glFlushMappedBufferRange);
     EXPECT_EQ(buffer->map(MapAccess::ReadWrite), nullptr);
+    EXPECT_GL_CALLS(gl, "glBindBuffer(GL_ARRAY_BUFFER, 0)");
     buffer->flush(0, 4);
     buffer->flushAndUnmap(0, 4);
     buffer->unmap(true);

@@ -24,11 +24,12 @@ namespace {
 using namespace vellis;
 using namespace vellis::test;
 using Lines = std::vector<std::string>;
+using testing::Contains;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 static_assert(!std::is_polymorphic_v<Framebuffer>);
-static_assert(!std::is_copy_constructible_v<Framebuffer> &&
-              !std::is_copy_assignable_v<Framebuffer>);
+static_assert(std::is_copy_constructible_v<Framebuffer> && std::is_copy_assignable_v<Framebuffer>);
 static_assert(Framebuffer::MAX_NUM_DRAW_MAPPINGS == 4);
 
 // What attaches: the format decides, and nothing but images is one.
@@ -196,6 +197,53 @@ TEST_F(FramebufferTrace, NullMakesNoCallAndDeletesNothing) {
 
 TEST_F(FramebufferTrace, NameOfSomebodyElseIsNotDeleted) {
     { EXPECT_EQ(Framebuffer(7).id(), 7u); }
+    EXPECT_GL_CALLS(gl);
+}
+
+TEST_F(FramebufferTrace, CopySharesTheNameAndDeletesItAgain) {
+    {
+        const Framebuffer copy = *framebuffer;
+        EXPECT_EQ(copy.id(), framebuffer->id());
+        EXPECT_GL_CALLS(gl);
+    }
+    EXPECT_GL_CALLS(gl, "glDeleteFramebuffers(1, {1})");
+    framebuffer.reset();
+    EXPECT_GL_CALLS(gl, "glDeleteFramebuffers(1, {1})");
+    EXPECT_THAT(gl.doubleDeletes(), ElementsAre("framebuffer 1"));
+    gl.forgetDeletedNames();
+}
+
+TEST_F(FramebufferTrace, CopyKnowsWhatTheOriginalSavedAndMapped) {
+    bindOthers(5, 6);
+    framebuffer->bindToRead();
+    framebuffer->bind();
+    framebuffer->resetDrawMappings();
+    framebuffer->addDrawMapping(2);
+    framebuffer->bindToDraw();
+    gl.forget();
+    Framebuffer copy = *framebuffer;
+    EXPECT_EQ(copy.target_, unsigned(GL_DRAW_FRAMEBUFFER));
+    EXPECT_EQ(copy.getDrawMapping(2), 2u);
+    copy.unbind();
+    EXPECT_EQ(bound(), Names(5, 1)); // what was bound when the original was bound
+    copy.external_ = true;           // the original deletes the name
+}
+
+TEST_F(FramebufferTrace, AssignedCopyNamesTheSameAndForgetsItsOwnName) {
+    auto other = Framebuffer::make();
+    gl.forget();
+    *other = *framebuffer;
+    EXPECT_EQ(other->id(), framebuffer->id());
+    other.reset();
+    EXPECT_GL_CALLS(gl, "glDeleteFramebuffers(1, {1})");
+    EXPECT_THAT(gl.liveNames(), Contains("framebuffer 20"));
+    const GLuint own = 20;
+    glDeleteFramebuffers(1, &own);
+    framebuffer->external_ = true; // its name has gone
+}
+
+TEST_F(FramebufferTrace, CopyOfTheNullFramebufferDeletesNothing) {
+    { const Framebuffer copy = *Framebuffer::makeNull(); }
     EXPECT_GL_CALLS(gl);
 }
 

@@ -13,7 +13,8 @@ using vellis::VertexAttributesBinding;
 using vellis::test::FakeGl;
 
 static_assert(!std::is_polymorphic_v<VertexAttributesBinding>);
-static_assert(std::is_copy_assignable_v<VertexAttributesBinding>);
+static_assert(std::is_copy_constructible_v<VertexAttributesBinding> &&
+              std::is_copy_assignable_v<VertexAttributesBinding>);
 
 TEST(VertexAttributesBindingTrace, IsMadeBoundUnboundAndDeleted) {
     FakeGl gl;
@@ -59,6 +60,26 @@ TEST(VertexAttributesBindingTrace, DestroyingTheLastHolderDeletesTheObjectThough
     VertexAttributesBinding::unbind();
     EXPECT_EQ(VertexAttributesBinding::current(), nullptr);
     gl.forget();
+}
+
+TEST(VertexAttributesBindingTrace, CopySharesTheNameAndDeletesItAgain) {
+    FakeGl gl;
+    {
+        const auto binding = VertexAttributesBinding::make();
+        gl.forget();
+        {
+            const VertexAttributesBinding copy = *binding;
+            EXPECT_GL_CALLS(gl);
+            EXPECT_EQ(copy.id(), binding->id());
+            copy.bind();
+            EXPECT_TRUE(copy.isCurrent());
+            EXPECT_FALSE(binding->isCurrent());
+            VertexAttributesBinding::unbind();
+            EXPECT_GL_CALLS(gl, "glBindVertexArray(1)", "glBindVertexArray(0)");
+        }
+        EXPECT_GL_CALLS(gl, "glDeleteVertexArrays(1, {1})");
+    }
+    EXPECT_GL_CALLS(gl, "glDeleteVertexArrays(1, {1})");
 }
 
 TEST(VertexAttributesBindingTrace, AssignmentCopiesTheNameWithoutAGlCall) {

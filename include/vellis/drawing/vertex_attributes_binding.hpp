@@ -13,12 +13,17 @@ class Program;
 /// a Drawable keeps it.
 ///
 /// Where the context has no vertex array objects, the GL name is 0 and no operation does anything.
+///
+/// Copies copy the GL name, and each destructor deletes that name. Hold a binding through the shared
+/// pointer that a program gave, and copy the pointer.
 class VELLIS_EXPORT VertexAttributesBinding {
 public:
-    VertexAttributesBinding(const VertexAttributesBinding&) = delete;
-
-    /// Copies the GL name; the destructors of both then delete it.
+    /// Copies the GL name: no GL call is made, and isCurrent() holds for neither but the one that
+    /// was bound itself.
+    /// @{
+    VertexAttributesBinding(const VertexAttributesBinding&) = default;
     VertexAttributesBinding& operator=(const VertexAttributesBinding&) = default;
+    /// @}
 
     /// Deletes the vertex array object with `glDeleteVertexArrays`, whatever its name. GL binds 0
     /// instead where it was bound.

@@ -58,6 +58,10 @@ struct IsColorImage<MultiSampleRenderbuffer<F>> : IsColorFormat<F> {};
 /// Images are a Texture2D, Renderbuffer or MultiSampleRenderbuffer of a colour format; the
 /// framebuffer does not own them. GL detaches one that is destroyed from the framebuffer that is
 /// bound then, not from any other.
+///
+/// Copies copy the GL name, what bind() saved and the mappings of fragment outputs, and each
+/// destructor deletes that name. Hold a framebuffer through the shared pointer that made it, and
+/// copy the pointer.
 class VELLIS_EXPORT Framebuffer {
 public:
     /// \name Enumerations
@@ -176,8 +180,11 @@ public:
     /// What make() makes, as a plain object.
     Framebuffer();
 
-    Framebuffer(const Framebuffer&) = delete;
-    Framebuffer& operator=(const Framebuffer&) = delete;
+    /// Copies the GL name, not the attachments: no GL call is made.
+    /// @{
+    Framebuffer(const Framebuffer&) = default;
+    Framebuffer& operator=(const Framebuffer&) = default;
+    /// @}
 
     /// Deletes the framebuffer object with `glDeleteFramebuffers`, but for the default one.
     /// Bindings are not restored: GL binds 0 where it was bound.

@@ -50,6 +50,19 @@ void unbindBinding(World& world, Bytes&) {
     }
 }
 
+void copyBinding(World& world, Bytes& bytes) {
+    const auto& drawable = pick(world.shapes, bytes).drawable;
+    if (drawable == nullptr || drawable->getAttributesBinding() == nullptr || !world.canCopyOwners)
+        return;
+    const VertexAttributesBinding& binding = *drawable->getAttributesBinding();
+    binding.bind();
+    if (glBindVertexArray != nullptr)
+        world.copiedNames.insert("vertex array " +
+                                 std::to_string(observedName(GL_VERTEX_ARRAY_BINDING)));
+    const VertexAttributesBinding copied(binding);
+    world.require(!copied.isCurrent(), "a copy of a binding is current");
+}
+
 /// The points of a call of the Toolbox: any number, and sometimes none at all.
 template <class V>
 struct Points {
@@ -160,6 +173,7 @@ std::vector<Operation> drawingOperations() {
         {"Drawable: draw", drawBound, {}},
         {"VertexAttributesBinding: bind", bindBinding, {{}, {vertexArray}}},
         {"VertexAttributesBinding: unbind", unbindBinding, {{vertexArray}, {}}},
+        {"VertexAttributesBinding: copy", copyBinding, {{}, {vertexArray}}},
         {"Toolbox: flat families, 2D", drawFlat<glm::vec2>, drawn},
         {"Toolbox: flat families, 3D", drawFlat<glm::vec3>, drawn},
         {"Toolbox: dashes, 2D", drawDashes<glm::vec2>, drawn},

@@ -23,6 +23,18 @@ void release(World& world, Bytes& bytes) {
     pick(world.framebuffers, bytes) = {};
 }
 
+void copy(World& world, Bytes& bytes) {
+    onOne(world, bytes, [&](Target& target) {
+        if (!world.canCopyOwners)
+            return;
+        world.copiedNames.insert("framebuffer " + std::to_string(target.object->id()));
+        const Framebuffer copied(*target.object);
+        world.require(copied.id() == target.object->id(), "a copy has another name");
+        world.require(copied.isBound() == target.object->isBound(),
+                      "a copy is bound elsewhere than its original");
+    });
+}
+
 void bind(World& world, Bytes& bytes) {
     onOne(world, bytes, [](Target& target) {
         target.object->bind();
@@ -260,6 +272,7 @@ std::vector<Operation> framebufferOperations() {
     return {
         {"Framebuffer: make", make, {both, {}}},
         {"Framebuffer: release", release, {both, {}}},
+        {"Framebuffer: copy", copy, {both, {}}},
         {"Framebuffer: bind", bind, {{}, both}},
         {"Framebuffer: bindToDraw", bindToDraw, {{}, {drawing}}},
         {"Framebuffer: bindToRead", bindToRead, {{}, {reading}}},
