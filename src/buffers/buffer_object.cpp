@@ -97,15 +97,17 @@ void BufferObject::load(const void* data, unsigned int numBytes) {
 
 void BufferObject::load(const void* data, unsigned int offset, unsigned int numBytes) {
     if (data == nullptr)
-        return;
+        return unbind();
     bind();
     glBufferSubData(target_, offset, numBytes, data);
     unbind();
 }
 
 void* BufferObject::map(MapAccess access) {
-    if (glMapBufferRange == nullptr)
+    if (glMapBufferRange == nullptr) {
+        unbind();
         return nullptr;
+    }
     mapAccess_ = accessBits(access, mapAccess_);
     mapOffset_ = 0;
     mapLength_ = numBytes_;

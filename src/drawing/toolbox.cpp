@@ -72,9 +72,9 @@ const std::shared_ptr<Program>& flatProgram(unsigned int dimensions) {
 /// never made, must not be made now.
 std::shared_ptr<Bytes> stream(const float* numbers, unsigned int components, std::size_t count) {
     std::shared_ptr<Bytes> buffer = Toolbox::getVertexBuffer();
-    if (buffer != nullptr) {
+    if (buffer != nullptr && numbers != nullptr) {
         constexpr std::size_t most = std::numeric_limits<unsigned int>::max();
-        // Null is no load at all. What does not fit is left to GL to refuse.
+        // What does not fit is left to GL to refuse.
         buffer->load(reinterpret_cast<const unsigned char*>(numbers), 0,
                      static_cast<unsigned int>(std::min(count * components * sizeof(float), most)));
     }

@@ -57,6 +57,18 @@ TEST_F(BuffersRender, LoadReplacesTheStoreOrAPart) {
     EXPECT_EQ(buffer->count(), 3u);
 }
 
+TEST_F(BuffersRender, LoadOfANullPartEndsUnboundAndKeepsTheStore) {
+    const auto buffer =
+        VertexAttributeBuffer<float>::make({1.f, 2.f}, BufferUsage::Static, BufferAccess::Draw);
+    buffer->bind();
+    buffer->load(nullptr, 0, 2);
+    EXPECT_FALSE(buffer->isBound());
+    GLint bound = -1;
+    glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &bound);
+    EXPECT_EQ(bound, 0);
+    EXPECT_EQ(contents<float>(GL_ARRAY_BUFFER, *buffer), (std::vector<float>{1.f, 2.f}));
+}
+
 TEST_F(BuffersRender, PartBeyondTheStoreIsRefusedByGl) {
     const auto buffer =
         VertexAttributeBuffer<unsigned char>::make(4, BufferUsage::Static, BufferAccess::Draw);

@@ -231,6 +231,10 @@ TEST_F(WithoutMappedRanges, NothingIsMapped) {
                                                            BufferAccess::Draw);
     for (const MapAccess access : {MapAccess::ReadOnly, MapAccess::WriteOnly, MapAccess::ReadWrite})
         EXPECT_EQ(buffer->map(access), nullptr);
+    buffer->bind();
+    EXPECT_EQ(buffer->map(MapAccess::ReadOnly), nullptr);
+    EXPECT_FALSE(buffer->isBound());
+    EXPECT_EQ(stateOf(GL_ARRAY_BUFFER_BINDING), 0);
     buffer->flush(0, 1);
     buffer->flushAndUnmap();
     buffer->flushAndUnmap(0, 1);

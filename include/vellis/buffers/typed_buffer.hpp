@@ -63,7 +63,7 @@ public:
     void load(const std::vector<T>& elements) { load(elements.data(), cut(elements.size())); }
 
     /// Replaces \p count elements from element \p first on. GL checks the range; count() stays as
-    /// it is. Does nothing where \p data is null.
+    /// it is. Only binds 0 where \p data is null.
     void load(const T* data, unsigned int first, unsigned int count) {
         Base::load(data, bytes(first), bytes(fitting(count)));
     }

@@ -40,8 +40,6 @@ struct Of {
     }
 
     static void map(World& world, Bytes& bytes) {
-        if (glMapBufferRange == nullptr)
-            return;
         onOne(world, bytes, [&](auto& buffer) {
             const auto access = bytes.enumerator<MapAccess>(3);
             auto* const store = static_cast<unsigned char*>(static_cast<void*>(buffer.map(access)));
@@ -135,9 +133,11 @@ struct OfTyped : Of<places> {
     static void loadPart(World& world, Bytes& bytes) {
         const unsigned int first = bytes.anyNumber();
         const unsigned int count = bytes.anyNumber();
+        const bool isFilled = bytes.below(4) != 3;
         Of<places>::onOne(world, bytes, [&](auto& buffer) {
             // GL is to see the range beyond the end of the store before it reads.
-            buffer.load(elements<std::decay_t<decltype(buffer)>>(world), first, count);
+            auto* const data = elements<std::decay_t<decltype(buffer)>>(world);
+            buffer.load(isFilled ? data : nullptr, first, count);
         });
     }
 
@@ -162,9 +162,10 @@ void loadPixelBuffer(World& world, Bytes& bytes) {
     const unsigned int numBytes = 16 * bytes.number();
     const unsigned int offset = bytes.anyNumber();
     const bool isPart = bytes.flag();
+    const bool isFilled = bytes.below(4) != 3;
     Of<&World::pixels>::onOne(world, bytes, [&](PixelBuffer& buffer) {
         if (isPart)
-            buffer.load(world.memory.data(), offset, numBytes);
+            buffer.load(isFilled ? world.memory.data() : nullptr, offset, numBytes);
         else
             buffer.load(world.memory.data(), numBytes);
     });
