@@ -71,6 +71,7 @@ void Framebuffer::disableBlending() {
 void Framebuffer::blend(unsigned int sourceRgb, unsigned int destinationRgb,
                         unsigned int sourceAlpha, unsigned int destinationAlpha,
                         const glm::vec3& rgb, float alpha) {
+    static_assert(constantColor == GL_CONSTANT_COLOR && constantAlpha == GL_CONSTANT_ALPHA);
     glEnable(GL_BLEND);
     glBlendColor(rgb.r, rgb.g, rgb.b, alpha);
     glBlendFuncSeparate(sourceRgb, destinationRgb, sourceAlpha, destinationAlpha);

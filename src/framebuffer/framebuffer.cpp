@@ -29,6 +29,7 @@ std::shared_ptr<Framebuffer> Framebuffer::makeNull() {
 
 Framebuffer::Framebuffer() : external_(false), target_(both) {
     static_assert(drawFramebufferBinding == GL_DRAW_FRAMEBUFFER_BINDING);
+    static_assert(GL_COLOR_ATTACHMENT0 + numColorPoints == GL_DEPTH_ATTACHMENT);
     callIfLoaded(glGenFramebuffers, 1, &id_);
 }
 
@@ -76,7 +77,7 @@ void Framebuffer::unbindToRead() const {
 bool Framebuffer::isBound() const {
     int bound = 0;
     if (glBindFramebuffer == nullptr)
-        return id_ == 0;
+        return external_ && id_ == 0; // one that could not be made has name 0, too
     if (target_ == reading)
         glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &bound);
     else if (target_ == drawing || target_ == both)

@@ -425,11 +425,29 @@ TEST_F(FramebufferRender, ColourIndexThatGlDoesNotHaveIsRefused) {
     const auto refused = AnyOf("GL_INVALID_OPERATION", "GL_INVALID_ENUM");
     framebuffer->attachFragmentOut(index, *texture);
     EXPECT_THAT(takeError(), refused);
-    framebuffer->attachFragmentOut(0x10000, *texture);
+    framebuffer->attachFragmentOut(31, *texture);
     EXPECT_THAT(takeError(), refused);
     framebuffer->detachFragmentOut(index);
     EXPECT_THAT(takeError(), refused);
     EXPECT_EQ(problem(), "GL_FRAMEBUFFER_INCOMPLETE_MISSING_ATTACHMENT");
+}
+
+TEST_F(FramebufferRender, ColourIndexBeyondGlsEnumeratorsReachesNoOtherPoint) {
+    const auto texture = blackTexture();
+    const auto renderbuffer = Renderbuffer<U8vec4>::make(width, height);
+    framebuffer->bind();
+    for (const unsigned int index : {32u, 64u, 0x10000u, 0xFFFFFFFFu}) {
+        framebuffer->attachFragmentOut(index, *texture);
+        framebuffer->attachFragmentOut(index, *renderbuffer);
+        EXPECT_EQ(takeError(), "");
+    }
+    for (const GLenum point : {GLenum(GL_COLOR_ATTACHMENT0), GLenum(GL_DEPTH_ATTACHMENT),
+                               GLenum(GL_STENCIL_ATTACHMENT)}) {
+        GLint type = -1;
+        glGetFramebufferAttachmentParameteriv(GL_FRAMEBUFFER, point,
+                                              GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE, &type);
+        EXPECT_EQ(type, GL_NONE) << point;
+    }
 }
 
 TEST_F(FramebufferRender, LevelThatGlDoesNotHaveIsRefused) {

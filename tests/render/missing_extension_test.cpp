@@ -186,7 +186,8 @@ TEST_F(WithoutFramebuffers, DrawingGoesToTheDefaultOne) {
     framebuffer->attachFragmentOut(*target);
     framebuffer->attachFragmentOuts(*target, *texture());
     framebuffer->attachDepthbuffer(*Renderbuffer<depth32>::make(4, 4));
-    EXPECT_TRUE(framebuffer->isBound());
+    EXPECT_FALSE(framebuffer->isBound());
+    EXPECT_TRUE(Framebuffer::makeNull()->isBound());
     EXPECT_EQ(problem(), "UNKNOWN ERROR");
     EXPECT_EQ(boundFramebuffers(), std::pair(0, 0));
     EXPECT_EQ(stateOf(GL_DRAW_BUFFER), drawBuffer);

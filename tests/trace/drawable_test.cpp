@@ -12,6 +12,7 @@
 #include <vellis/gl.hpp>
 
 #include "support/fake_gl.hpp"
+#include "support/switch_arguments.hpp"
 
 namespace {
 
@@ -20,6 +21,11 @@ using vellis::BufferUsage;
 using vellis::Drawable;
 using vellis::IndexBuffer;
 using vellis::test::FakeGl;
+
+VELLIS_TAKES_SWITCHES_ALONE(Drawable::enableFaceCulling);
+VELLIS_TAKES_SWITCHES_ALONE(Drawable::enableLineSmooth);
+VELLIS_TAKES_SWITCHES_ALONE(Drawable::enablePolygonSmooth);
+VELLIS_TAKES_SWITCHES_ALONE(Drawable::enablePointSprite);
 
 /// A drawable of a given size, without a binding.
 class Shape : public Drawable {

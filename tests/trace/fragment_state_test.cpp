@@ -15,6 +15,7 @@
 #include <vellis/gl.hpp>
 
 #include "support/fake_gl.hpp"
+#include "support/switch_arguments.hpp"
 
 namespace {
 
@@ -28,6 +29,15 @@ using Comparator = Framebuffer::FragmentComparator;
 using Action = Framebuffer::StencilAction;
 using Operator = Framebuffer::LogicOperator;
 using Buffer = Framebuffer::BufferID;
+
+// Switches take what is true or false, and nothing that would only become so.
+
+VELLIS_TAKES_SWITCHES_ALONE(Framebuffer::enableBlending);
+VELLIS_TAKES_SWITCHES_ALONE(Framebuffer::enableDepthTest);
+VELLIS_TAKES_SWITCHES_ALONE(Framebuffer::enableStencilTest);
+VELLIS_TAKES_SWITCHES_ALONE(Framebuffer::enableScissorTest);
+VELLIS_TAKES_SWITCHES_ALONE(Framebuffer::enableLogicOp);
+VELLIS_TAKES_SWITCHES_ALONE(Framebuffer::enableMultiSampling);
 
 // The operations that take an enumerator, with GL's calls, `@` standing for it.
 

@@ -95,6 +95,23 @@ static_assert(AttachesOnlyTo<int, false, false, false, true>::value);
 static_assert(attachesAsNoColor<Texture1D<U8vec4>> && attachesAsNoColor<Texture3D<U8vec4>>);
 static_assert(attachesAsNoColor<RBO> && attachesAsNoColor<Texture> && attachesAsNoColor<glm::vec4>);
 
+// What would attach an image that is deleted at once: a size in braces is no image.
+
+#define BRACES(Name, expression)                                                                   \
+    template <class AnyFramebuffer, class = void>                                                  \
+    struct Name : std::false_type {};                                                              \
+    template <class AnyFramebuffer>                                                                \
+    struct Name<AnyFramebuffer, std::void_t<decltype(std::declval<AnyFramebuffer&>().expression)>> \
+        : std::true_type {};                                                                       \
+    static_assert(!Name<Framebuffer>::value)
+BRACES(AttachesSizeAsDepth, attachDepthbuffer({640, 480}));
+BRACES(AttachesSizeAsStencil, attachStencilbuffer({640, 480}));
+BRACES(AttachesSizeAsDepthStencil, attachDepthStencilbuffer({640, 480}));
+BRACES(AttachesSamplesAsDepth, attachDepthbuffer({640, 480, 4}));
+BRACES(AttachesSamplesAsStencil, attachStencilbuffer({640, 480, 4}));
+BRACES(AttachesSamplesAsDepthStencil, attachDepthStencilbuffer({640, 480, 4}));
+#undef BRACES
+
 /// One image of each class and format that the tests attach. The names follow one another.
 struct Images {
     Texture2D<U8vec4> texture;                                        // 2
@@ -532,6 +549,13 @@ INSTANTIATE_TEST_SUITE_P(Attachments, FramebufferEditTrace, testing::Values(
     EditRow{"SamplesAt", [](Fb& f, const Im& i) { f.attachFragmentOut(3, i.samples, 9); }, {renderbuffer("COLOR_ATTACHMENT3", 4)}},
     EditRow{"ColorIndexBeyondAll", [](Fb& f, const Im& i) { f.attachFragmentOut(16, i.texture); f.attachFragmentOut(31, i.renderbuffer); },
             {texture("COLOR_ATTACHMENT16", 2), renderbuffer("COLOR_ATTACHMENT31", 3)}},
+    EditRow{"IndexBeyondGlsEnumerators", [](Fb& f, const Im& i) {
+                for (const unsigned int index : {32u, 33u, 64u, 0xFFFFFFFFu}) {
+                    f.attachFragmentOut(index, i.texture);
+                    f.attachFragmentOut(index, i.renderbuffer, 1);
+                    f.attachFragmentOut(index, i.samples);
+                }
+            }, {}},
     EditRow{"Depth16Renderbuffer", [](Fb& f, const Im& i) { f.attachDepthbuffer(i.depth16Buffer); }, {renderbuffer("DEPTH_ATTACHMENT", 5)}},
     EditRow{"Depth32Renderbuffer", [](Fb& f, const Im& i) { f.attachDepthbuffer(i.depth32Buffer); }, {renderbuffer("DEPTH_ATTACHMENT", 6)}},
     EditRow{"Depth16Samples", [](Fb& f, const Im& i) { f.attachDepthbuffer(i.depth16Samples); }, {renderbuffer("DEPTH_ATTACHMENT", 7)}},
@@ -697,8 +721,10 @@ TEST(FramebufferTraceWithoutFramebufferObjects, NoOperationDoesAnything) {
     framebuffer->attachDepthStencilbuffer(images->packedSamples);
     framebuffer->detachAll();
     framebuffer->unbind();
-    EXPECT_TRUE(framebuffer->isBound());
+    EXPECT_FALSE(framebuffer->isBound());
     EXPECT_FALSE(Framebuffer(7).isBound());
+    EXPECT_TRUE(Framebuffer::makeNull()->isBound());
+    EXPECT_TRUE(Framebuffer(*Framebuffer::makeNull()).isBound());
     Framebuffer::bind(1);
     Framebuffer::bindToDraw(1);
     Framebuffer::bindToRead(1);

@@ -4,6 +4,7 @@
 
 #include <vellis/buffers/index_buffer.hpp>
 #include <vellis/detail/hot.hpp>
+#include <vellis/detail/mistaken_for_bool.hpp>
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 #include <vellis/export.hpp>
 
@@ -137,6 +138,20 @@ public:
 
     /// enablePointSprite(false).
     static void disablePointSprite();
+
+    /// \name No switches
+    /// Numbers, pointers and GL's own enumerators do not switch anything:
+    /// `enableFaceCulling(GL_BACK)` does not compile.
+    /// @{
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enableFaceCulling(T) = delete;
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enableLineSmooth(T) = delete;
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enablePolygonSmooth(T) = delete;
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enablePointSprite(T) = delete;
+    /// @}
 
     /// The width of lines in pixels; the driver rounds it and limits it to
     /// `GL_ALIASED_LINE_WIDTH_RANGE` or `GL_SMOOTH_LINE_WIDTH_RANGE`.

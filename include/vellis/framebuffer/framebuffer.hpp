@@ -8,6 +8,7 @@
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
 
+#include <vellis/detail/mistaken_for_bool.hpp>
 #include <vellis/export.hpp>
 #include <vellis/state.hpp>
 #include <vellis/texture/multi_sample_renderbuffer.hpp>
@@ -164,6 +165,9 @@ private:
     static constexpr bool isAlphaFactor =
         std::is_same<T, BlendingFactor>::value || isConstantAlpha<T>;
 
+    /// Behind the points for colours follow those for depth and stencil.
+    static constexpr unsigned int numColorPoints = 32;
+
 public:
     /// How many fragment outputs can be mapped to colour attachments.
     static constexpr unsigned int MAX_NUM_DRAW_MAPPINGS = 4;
@@ -217,7 +221,8 @@ public:
     void unbindToRead() const;
 
     /// Asks GL whether this is bound to the point that it was last bound to; after bind(), whether
-    /// it is bound for drawing.
+    /// it is bound for drawing. Where the context has no framebuffer objects, only the default
+    /// framebuffer is bound, and always.
     bool isBound() const;
 
     /// Binds a framebuffer by its name for drawing and reading.
@@ -242,10 +247,12 @@ public:
     }
 
     /// Attaches \p image as colour attachment \p index. Draw and read buffers stay as they are. GL
-    /// refuses an index of `GL_MAX_COLOR_ATTACHMENTS` and more.
+    /// refuses an index of `GL_MAX_COLOR_ATTACHMENTS` and more; of 32 and more, for which it has no
+    /// attachment points, nothing happens.
     template <class Image, class = std::enable_if_t<IsColorImage<Image>::value>>
     void attachFragmentOut(unsigned int index, const Image& image, unsigned int level = 0) {
-        attachColor(index, image, level);
+        if (index < numColorPoints)
+            attachColor(index, image, level);
     }
 
     /// Attaches the images in their order as colour attachments 0, 1 …, and makes fragment output i
@@ -469,6 +476,24 @@ public:
     /// enableMultiSampling(false).
     static void disableMultiSampling();
 
+    /// \name No switches
+    /// Numbers, pointers and GL's own enumerators do not switch anything:
+    /// `enableDepthTest(GL_LESS)` does not compile.
+    /// @{
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enableBlending(T) = delete;
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enableDepthTest(T) = delete;
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enableStencilTest(T) = delete;
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enableScissorTest(T) = delete;
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enableLogicOp(T) = delete;
+    template <class T, detail::MistakenForBool<T> = 0>
+    static void enableMultiSampling(T) = delete;
+    /// @}
+
     /// \name Viewport, masks and buffers
     /// One GL call each.
     /// @{
@@ -608,8 +633,8 @@ private:
     void applyDrawMappings() const;
 
     static BlendingFactor factor(BlendingFactor factor) { return factor; }
-    static unsigned int factor(const glm::vec3&) { return 0x8001; } // GL_CONSTANT_COLOR
-    static unsigned int factor(float) { return 0x8003; }            // GL_CONSTANT_ALPHA
+    static unsigned int factor(const glm::vec3&) { return constantColor; }
+    static unsigned int factor(float) { return constantAlpha; }
     static glm::vec3 const_rgb(BlendingFactor) { return glm::vec3(0.f); }
     static glm::vec3 const_rgb(const glm::vec3& color) { return color; }
     static float const_a(BlendingFactor) { return 0.f; }
@@ -657,6 +682,8 @@ private:
                                unsigned int alignment);
 
     static constexpr unsigned int drawFramebufferBinding = 0x8CA6; // GL_DRAW_FRAMEBUFFER_BINDING
+    static constexpr unsigned int constantColor = 0x8001;          // GL_CONSTANT_COLOR
+    static constexpr unsigned int constantAlpha = 0x8003;          // GL_CONSTANT_ALPHA
 
     unsigned int id_ = 0;
     bool external_;

@@ -21,9 +21,11 @@ template <class F>
 class MultiSampleRenderbuffer : public RBO {
 public:
     /// Storage of that size with undefined contents. With 0 samples or 1 it has one sample. GL
-    /// refuses more than `GL_MAX_SAMPLES`.
+    /// refuses more than `GL_MAX_SAMPLES`. Numbers in braces are no renderbuffer, as with
+    /// Renderbuffer.
     template <class Texel = F, std::enable_if_t<IsStorageFormat<Texel>::value, int> = 0>
-    MultiSampleRenderbuffer(unsigned int width, unsigned int height, unsigned int samples) {
+    explicit MultiSampleRenderbuffer(unsigned int width, unsigned int height,
+                                     unsigned int samples) {
         alloc(TexelFormat<Texel>::internalFormat, width, height, samples);
     }
 

@@ -21,9 +21,10 @@ template <class F>
 class Renderbuffer : public RBO {
 public:
     /// Storage of that size with undefined contents. GL refuses more than
-    /// `GL_MAX_RENDERBUFFER_SIZE`.
+    /// `GL_MAX_RENDERBUFFER_SIZE`. A size in braces is no renderbuffer: where one is attached, it
+    /// would be gone at once.
     template <class Texel = F, std::enable_if_t<IsStorageFormat<Texel>::value, int> = 0>
-    Renderbuffer(unsigned int width, unsigned int height) {
+    explicit Renderbuffer(unsigned int width, unsigned int height) {
         alloc(TexelFormat<Texel>::internalFormat, width, height, 1);
     }
 

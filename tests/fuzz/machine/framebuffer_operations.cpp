@@ -16,7 +16,8 @@ void onOne(World& world, Bytes& bytes, Function function) {
 
 void make(World& world, Bytes& bytes) {
     Target& target = pick(world.framebuffers, bytes);
-    target = {bytes.below(4) != 3 ? Framebuffer::make() : Framebuffer::makeNull()};
+    const bool isDefault = bytes.below(4) == 3;
+    target = {isDefault ? Framebuffer::makeNull() : Framebuffer::make(), isDefault};
 }
 
 void release(World& world, Bytes& bytes) {
@@ -94,7 +95,7 @@ void attachColor(Framebuffer& framebuffer, const Image& image, Bytes& bytes) {
     case 0:
         return framebuffer.attachFragmentOut(image, bytes.below(3));
     case 1:
-        return framebuffer.attachFragmentOut(bytes.below(10), image);
+        return framebuffer.attachFragmentOut(bytes.below(70), image);
     case 2:
         return framebuffer.attachFragmentOuts(image, image);
     default:

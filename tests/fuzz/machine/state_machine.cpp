@@ -36,8 +36,10 @@ void requireTruth(World& world) {
     for (const Target& target : world.framebuffers) {
         if (target.object == nullptr)
             continue;
-        const GLuint bound = glBindFramebuffer != nullptr ? observedName(target.binding) : 0;
-        world.require(target.object->isBound() == (bound == target.object->id()),
+        const bool isBound = glBindFramebuffer != nullptr
+                                 ? observedName(target.binding) == target.object->id()
+                                 : target.isDefault;
+        world.require(target.object->isBound() == isBound,
                       "isBound() of a framebuffer is not true");
     }
     world.require(Program::current().id() == observedName(GL_CURRENT_PROGRAM),

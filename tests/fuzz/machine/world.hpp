@@ -25,9 +25,10 @@ struct Bindable {
     bool isBound = false;
 };
 
-/// A framebuffer, and the binding that its isBound() asks for.
+/// A framebuffer, whether it is the default one, and the binding that its isBound() asks for.
 struct Target {
     std::shared_ptr<Framebuffer> object;
+    bool isDefault = false;
     unsigned int binding = 0x8CA6; // GL_DRAW_FRAMEBUFFER_BINDING
 };
 
