@@ -2,11 +2,25 @@
 
 #include <vellis/framebuffer/framebuffer.hpp>
 
+#include <algorithm>
+
 #include <vellis/gl.hpp>
 
+#include "engine/size_limits.hpp"
 #include "state/pixel_alignment.hpp"
+#include "state/pixel_memory.hpp"
 
 namespace vellis {
+namespace {
+
+/// A coordinate that GL can add a size to. Those beyond, on either side, are as far from any
+/// framebuffer as the last one that is not.
+unsigned int within(unsigned int coordinate) {
+    constexpr int most = largestAddable;
+    return static_cast<unsigned int>(std::clamp(static_cast<int>(coordinate), -most, most));
+}
+
+} // namespace
 
 /// Copies between two framebuffers that live for the time of the call; the arguments are functions
 /// that attach what is copied to each, once it is bound for reading and for drawing.
@@ -71,12 +85,18 @@ void Framebuffer::blitMultiSampleRenderbuffersToTexture2Ds(
         width, height, GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
 }
 
-bool Framebuffer::canWriteTo(const void* data) {
-    if (data != nullptr)
-        return true;
-    int buffer = 0;
-    glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING, &buffer);
-    return buffer != 0;
+void Framebuffer::readPixels(void* data, unsigned int x, unsigned int y, unsigned int width,
+                             unsigned int height, const PixelLayout& layout) {
+    if (state::isNowhere(data, GL_PIXEL_PACK_BUFFER_BINDING))
+        return;
+    downloadPixels(data, within(x), within(y), atMost(largestAddable, width),
+                   atMost(largestAddable, height), layout.format, layout.type, layout.alignment);
+}
+
+void Framebuffer::readPixelsToMemory(void* data, unsigned int x, unsigned int y, unsigned int width,
+                                     unsigned int height, const PixelLayout& layout) {
+    const state::PackingToMemory packing;
+    readPixels(data, x, y, width, height, layout);
 }
 
 void Framebuffer::downloadPixels(void* data, unsigned int x, unsigned int y, unsigned int width,

@@ -1,29 +1,19 @@
 #include <vellis/texture/sized_texture.hpp>
 
+#include <vellis/detail/vector_of.hpp>
 #include <vellis/gl.hpp>
+
+#include "engine/size_limits.hpp"
+#include "state/pixel_memory.hpp"
 
 namespace vellis {
 namespace {
 
-/// Whether a transfer from or to \p data has no memory to work on: null is an offset into the pixel
-/// buffer of the query \p binding, if one is bound.
-bool isNowhere(const void* data, unsigned int binding) {
-    if (data != nullptr)
-        return false;
-    int buffer = 0;
-    glGetIntegerv(binding, &buffer);
-    return buffer == 0;
-}
+using state::isNowhere;
 
-/// An offset or size that GL can add another to. What is too large becomes one that GL refuses.
-unsigned int addable(unsigned int value) {
-    constexpr unsigned int largest = 0x3FFFFFFF;
-    constexpr unsigned int refused = 0xFFFFFFFF; // -1 to GL
-    return value <= largest ? value : refused;
-}
-
-glm::uvec3 addable(const glm::uvec3& value) {
-    return {addable(value.x), addable(value.y), addable(value.z)};
+glm::uvec3 atMost(unsigned int largest, const glm::uvec3& value) {
+    return {vellis::atMost(largest, value.x), vellis::atMost(largest, value.y),
+            vellis::atMost(largest, value.z)};
 }
 
 std::size_t levelSize(unsigned int target, unsigned int pname) {
@@ -62,19 +52,20 @@ void SizedTexture::uploadAll(const void* data, const glm::uvec3& size) {
     if (id() == 0)
         return;
     const auto [format, pixelType, alignment] = layout_;
+    const glm::uvec3 s = atMost(largestSide, size);
     bind();
     switch (type()) {
     case GL_TEXTURE_1D:
         extent_ = {size.x, 1, 1};
-        upload1d(data, size.x, format, pixelType, alignment);
+        upload1d(data, s.x, format, pixelType, alignment);
         break;
     case GL_TEXTURE_2D:
         extent_ = {size.x, size.y, 1};
-        upload2d(data, size.x, size.y, format, pixelType, alignment);
+        upload2d(data, s.x, s.y, format, pixelType, alignment);
         break;
     default:
         extent_ = size;
-        upload3d(data, size.x, size.y, size.z, format, pixelType, alignment);
+        upload3d(data, s.x, s.y, s.z, format, pixelType, alignment);
     }
     unbind();
 }
@@ -83,8 +74,8 @@ void SizedTexture::uploadPart(const void* data, const glm::uvec3& offset, const 
     if (id() == 0 || isNowhere(data, GL_PIXEL_UNPACK_BUFFER_BINDING))
         return;
     const auto [format, pixelType, alignment] = layout_;
-    const glm::uvec3 o = addable(offset);
-    const glm::uvec3 s = addable(size);
+    const glm::uvec3 o = atMost(largestAddable, offset);
+    const glm::uvec3 s = atMost(largestAddable, size);
     bind();
     switch (type()) {
     case GL_TEXTURE_1D:
@@ -107,15 +98,20 @@ void SizedTexture::downloadAll(void* data) const {
     unbind();
 }
 
+void SizedTexture::downloadToMemory(void* data) const {
+    const state::PackingToMemory packing;
+    downloadAll(data);
+}
+
 std::size_t SizedTexture::numStoredTexels() const {
     if (id() == 0)
         return 0;
     bind();
     std::size_t count = levelSize(type(), GL_TEXTURE_WIDTH);
     if (type() != GL_TEXTURE_1D)
-        count *= levelSize(type(), GL_TEXTURE_HEIGHT);
+        count = detail::product(count, levelSize(type(), GL_TEXTURE_HEIGHT));
     if (type() == GL_TEXTURE_3D)
-        count *= levelSize(type(), GL_TEXTURE_DEPTH);
+        count = detail::product(count, levelSize(type(), GL_TEXTURE_DEPTH));
     unbind();
     return count;
 }

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -16,11 +17,13 @@
 #include "render/offered_texels.hpp"
 #include "render/pixels.hpp"
 #include "render/render_test.hpp"
+#include "support/packing.hpp"
 
 namespace {
 
 using namespace vellis;
 using namespace vellis::test;
+using testing::AnyOf;
 using testing::Each;
 using testing::ElementsAreArray;
 using BufferID = Framebuffer::BufferID;
@@ -249,6 +252,18 @@ TEST_F(BlitRender, LargerThanTheImagesCopiesWhatThereIs) {
     EXPECT_EQ(destination->download(), pattern());
 }
 
+TEST_F(BlitRender, SizesThatNoImageHasChangeNothingElse) {
+    const auto source = textureOf(pattern());
+    const auto destination = blackTexture();
+    for (const unsigned int side : {0x2000000u, 0x40000000u, 0x7FFFFFFFu, 0x80000000u}) {
+        Framebuffer::blit(*source, *destination, side, side);
+        EXPECT_EQ(takeError(), "") << side;
+        EXPECT_THAT(destination->download(), AnyOf(pattern(), Each(nothing))) << side;
+    }
+    EXPECT_EQ(source->download(), pattern());
+    EXPECT_EQ(boundFramebuffers(), std::pair(0, 0));
+}
+
 TEST_F(BlitRender, ScissorRectangleConfinesTheCopy) {
     const auto source = textureOf(pattern());
     const auto destination = blackTexture();
@@ -447,16 +462,71 @@ TEST_F(BlitRender, ReadsIntoABoundPixelBuffer) {
     buffer->unmap(true);
 }
 
-TEST_F(BlitRender, VectorWhileAPixelBufferIsBoundIsRefusedAndAllZero) {
+TEST_F(BlitRender, VectorHasThePixelsWhileAPixelBufferIsBound) {
     const auto texture = textureOf(pattern());
     const Shown framebuffer(*texture);
     const auto buffer = PixelBuffer::make(PixelBuffer::DataFlow::Download, 16, BufferUsage::Stream,
                                           BufferAccess::Read);
     buffer->bind();
-    EXPECT_THAT(Framebuffer::download<U8vec4>(0, 0, 2, 2), Each(nothing));
-    buffer->unbind();
-    EXPECT_EQ(takeError(), "GL_INVALID_OPERATION");
-    EXPECT_EQ(stateOf(GL_PACK_ALIGNMENT), 4);
+    EXPECT_EQ(Framebuffer::download<U8vec4>(0, 0, width, height), pattern());
+    EXPECT_EQ(stateOf(GL_PIXEL_PACK_BUFFER_BINDING), static_cast<int>(buffer->id()));
+    EXPECT_TRUE(buffer->isBound());
+    EXPECT_EQ(takeError(), "");
+}
+
+TEST_F(BlitRender, VectorHasThePixelsWhateverTheApplicationAskedOfPacking) {
+    const auto texture = textureOf(pattern());
+    const Shown framebuffer(*texture);
+    const auto read = [] { return Framebuffer::download<U16vec4>(0, 0, width, height); };
+    const auto expected = read(); // two bytes a component, which can be swapped
+    EXPECT_EQ(expected[1].g, 257 * pattern()[1].g);
+    for (const PackParameter& parameter : packParameters) {
+        SCOPED_TRACE(parameter.name);
+        glPixelStorei(parameter.pname, parameter.value);
+        EXPECT_EQ(read(), expected);
+        EXPECT_EQ(stateOf(parameter.pname), parameter.value);
+        glPixelStorei(parameter.pname, 0);
+    }
+    EXPECT_EQ(takeError(), "");
+}
+
+TEST_F(BlitRender, MemoryOfTheCallerHasThePixelsWhereItAskedForThem) {
+    const auto texture = textureOf(pattern());
+    const Shown framebuffer(*texture);
+    glPixelStorei(GL_PACK_ROW_LENGTH, width + 2);
+    glPixelStorei(GL_PACK_SKIP_PIXELS, 1);
+    Pixels room((width + 2) * height);
+    Framebuffer::download(room.data(), 0, 0, width, height);
+    EXPECT_EQ(room[0], nothing);
+    EXPECT_EQ(room[1], pattern()[0]);
+    EXPECT_EQ(room[width + 3], pattern()[width]);
+    EXPECT_EQ(takeError(), "");
+}
+
+TEST_F(BlitRender, PlacesAndSizesThatNoFramebufferHasEndNothing) {
+    const auto texture = textureOf(pattern());
+    const Shown framebuffer(*texture);
+    Pixels room(4);
+    constexpr unsigned int places[] = {0x3FFFFFFF, 0x40000000, 0x7FFFFFFF, 0x80000000, 0xC0000000};
+    for (const unsigned int place : places) {
+        Framebuffer::download(room.data(), place, 0, 2, 2);
+        Framebuffer::download(room.data(), 0, place, 2, 2);
+        EXPECT_EQ(takeError(), "") << place;
+        EXPECT_THAT(room, Each(nothing)) << place;
+        Framebuffer::download(room.data(), place, place, 0x40000000, 1);
+        Framebuffer::download(room.data(), place, 0, place, 1);
+        while (!takeError().empty()) {
+        }
+        EXPECT_THAT(room, Each(nothing)) << place;
+    }
+    for (const unsigned int side : {0x40000000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+        Framebuffer::download(room.data(), 0, 0, side, 1);
+        EXPECT_EQ(takeError(), "GL_INVALID_VALUE") << side;
+        Framebuffer::download(room.data(), 0, 0, 1, side);
+        EXPECT_EQ(takeError(), "GL_INVALID_VALUE") << side;
+        EXPECT_TRUE(Framebuffer::download<glm::vec4>(0, 0, side, side).empty());
+        EXPECT_EQ(takeError(), "") << side;
+    }
 }
 
 TEST_F(BlitRender, NullAndSizesOfZeroReadNothing) {

@@ -88,7 +88,7 @@ TEST_F(RenderbufferRender, MoreSamplesThanTheDriverHasAreRefusedAndStayOnRecord)
 
 TEST_F(RenderbufferRender, SizeThatGlDoesNotHaveIsRefusedAndStaysOnRecord) {
     const auto most = static_cast<unsigned int>(stateOf(GL_MAX_RENDERBUFFER_SIZE));
-    for (const unsigned int width : {most + 1, 0xFFFFFFFFu}) {
+    for (const unsigned int width : {most + 1, 0x2000000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         const Renderbuffer<U8vec4> renderbuffer(width, 1);
         EXPECT_EQ(takeError(), "GL_INVALID_VALUE");
         EXPECT_EQ(renderbuffer.width(), width);

@@ -13,6 +13,7 @@
 
 #include "render/offered_texels.hpp"
 #include "render/render_test.hpp"
+#include "support/packing.hpp"
 #include "support/texel_formats.hpp"
 
 namespace {
@@ -265,12 +266,32 @@ TEST_F(TextureRender, RefusedSizeLeavesTheStorage) {
     const std::vector<U8vec4> texels = pattern<U8vec4>(4 * 4);
     const auto texture = Texture2D<U8vec4>::make(4, 4, texels.data());
     const auto tooMuch = static_cast<unsigned int>(state(GL_MAX_TEXTURE_SIZE)) + 1;
-    for (const glm::uvec3 asked : {glm::uvec3(tooMuch, 0, 1), glm::uvec3(0, 0xFFFFFFFF, 1)}) {
+    for (const glm::uvec3 asked :
+         {glm::uvec3(tooMuch, 0, 1), glm::uvec3(0, 0xFFFFFFFF, 1), glm::uvec3(0x1000000, 1, 1),
+          glm::uvec3(0x2000000, 0x2000000, 1), glm::uvec3(1, 0x7FFFFFFF, 1)}) {
         texture->resize(asked); // of which there would be no texels to read
         EXPECT_EQ(takeError(), GLenum(GL_INVALID_VALUE));
         EXPECT_EQ(texture->extent(), asked);
         EXPECT_EQ(texture->download(), texels);
     }
+}
+
+TEST_F(TextureRender, SizeThatNoTextureHasIsRefusedInEveryDimension) {
+    const auto one = Texture1D<U8vec4>::make();
+    const auto three = Texture3D<U8vec4>::make();
+    const auto depth = Texture2D<depth24_stencil8>::make();
+    for (const unsigned int side : {0x1000000u, 0x2000000u, 0x40000000u, 0x7FFFFFFFu}) {
+        one->upload(nullptr, side);
+        EXPECT_EQ(takeError(), GLenum(GL_INVALID_VALUE)) << side;
+        depth->upload(nullptr, 1, side);
+        EXPECT_EQ(takeError(), GLenum(GL_INVALID_VALUE)) << side;
+        for (const glm::uvec3 asked :
+             {glm::uvec3(side, 1, 1), glm::uvec3(1, side, 1), glm::uvec3(1, 1, side)}) {
+            three->resize(asked);
+            EXPECT_EQ(takeError(), GLenum(GL_INVALID_VALUE)) << side;
+        }
+    }
+    EXPECT_TRUE(three->download().empty());
 }
 
 TEST_F(TextureRender, PixelBuffersTakePartInTransfers) {
@@ -291,14 +312,35 @@ TEST_F(TextureRender, PixelBuffersTakePartInTransfers) {
                                         BufferUsage::Stream, BufferAccess::Read);
     sink->bind();
     texture->download(nullptr);
+    EXPECT_EQ(texture->download(), expected); // the vector is no place in the buffer
+    EXPECT_EQ(state(GL_PIXEL_PACK_BUFFER_BINDING), static_cast<int>(sink->id()));
+    EXPECT_TRUE(sink->isBound());
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
-    EXPECT_EQ(texture->download(), std::vector<U16vec4>(6)); // the vector is no place in the buffer
-    EXPECT_EQ(takeError(), GLenum(GL_INVALID_OPERATION));
     sink->unbind();
     std::vector<U16vec4> read(6);
     std::memcpy(read.data(), sink->map(MapAccess::ReadOnly), 6 * sizeof(U16vec4));
     sink->unmap(false);
     EXPECT_EQ(read, expected);
+}
+
+TEST_F(TextureRender, VectorHasTheTexelsWhateverTheApplicationAskedOfPacking) {
+    const std::vector<U16vec4> texels = pattern<U16vec4>(5 * 4 * 3);
+    const auto one = Texture1D<U16vec4>::make(5, texels.data());
+    const auto two = Texture2D<U16vec4>::make(5, 4, texels.data());
+    const auto three = Texture3D<U16vec4>::make(5, 4, 3, texels.data());
+    const auto first = [&](std::ptrdiff_t count) {
+        return std::vector<U16vec4>(texels.begin(), texels.begin() + count);
+    };
+    for (const PackParameter& parameter : packParameters) {
+        SCOPED_TRACE(parameter.name);
+        glPixelStorei(parameter.pname, parameter.value);
+        EXPECT_EQ(one->download(), first(5));
+        EXPECT_EQ(two->download(), first(5 * 4));
+        EXPECT_EQ(three->download(), texels);
+        EXPECT_EQ(state(parameter.pname), parameter.value);
+        glPixelStorei(parameter.pname, 0);
+    }
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
 TEST_F(TextureRender, MipmapsAverageTheirTexels) {

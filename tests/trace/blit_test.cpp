@@ -3,6 +3,7 @@
 #include <vellis/framebuffer/framebuffer.hpp>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -18,6 +19,7 @@
 #include <vellis/texture.hpp>
 
 #include "support/fake_gl.hpp"
+#include "support/packing.hpp"
 #include "support/texel_formats.hpp"
 
 namespace {
@@ -354,7 +356,77 @@ TEST_F(DownloadTrace, AlignmentComesBackWhenAnExceptionLeavesTheCall) {
         throw std::runtime_error("interrupted");
     });
     EXPECT_THROW(Framebuffer::download<U8vec4>(0, 0, 1, 1), std::runtime_error);
+    EXPECT_GL_CALLS(gl, packingQueries(),
+                    reading("4", "0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, out"));
+}
+
+TEST_F(DownloadTrace, VectorPutsEachPackParameterAsideAndBack) {
+    for (const PackParameter& parameter : packParameters) {
+        gl.setState(parameter.pname, {parameter.value});
+        Framebuffer::download<U8vec4>(0, 0, 1, 1);
+        EXPECT_GL_CALLS(gl, packingQueries(), setting(parameter, 0),
+                        reading("4", "0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, out"),
+                        setting(parameter, parameter.value));
+        gl.setState(parameter.pname, {0});
+    }
+}
+
+TEST_F(DownloadTrace, VectorPutsAPixelBufferAsideAndBack) {
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, 33);
+    gl.forget();
+    Framebuffer::download<U8vec4>(0, 0, 1, 1);
+    EXPECT_GL_CALLS(gl, packingQueries(), "glBindBuffer(GL_PIXEL_PACK_BUFFER, 0)",
+                    reading("4", "0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, out"),
+                    "glBindBuffer(GL_PIXEL_PACK_BUFFER, 33)");
+}
+
+TEST_F(DownloadTrace, PackingComesBackWhenAnExceptionLeavesADownloadToAVector) {
+    gl.answer(glad_glReadPixels, [](GLint, GLint, GLsizei, GLsizei, GLenum, GLenum, void*) {
+        throw std::runtime_error("interrupted");
+    });
+    gl.setState(GL_PACK_SKIP_ROWS, {7});
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, 33);
+    EXPECT_THROW(Framebuffer::download<U8vec4>(0, 0, 1, 1), std::runtime_error);
+    Lines calls = gl.takeCalls();
+    calls.erase(calls.begin(), calls.end() - 2);
+    EXPECT_EQ(calls, (Lines{"glPixelStorei(GL_PACK_SKIP_ROWS, 7)",
+                            "glBindBuffer(GL_PIXEL_PACK_BUFFER, 33)"}));
+}
+
+TEST_F(DownloadTrace, MemoryOfTheCallerGoesByItsPacking) {
+    for (const PackParameter& parameter : packParameters)
+        gl.setState(parameter.pname, {parameter.value});
+    U8vec4 room[64];
+    Framebuffer::download(room, 0, 0, 1, 1);
     EXPECT_GL_CALLS(gl, reading("4", "0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, out"));
+}
+
+TEST_F(DownloadTrace, VectorThatCannotBeIsEmptyAndReadsNothing) {
+    constexpr unsigned int most = std::numeric_limits<unsigned int>::max();
+    EXPECT_TRUE(Framebuffer::download<unsigned char>(0, 0, most, most).empty());
+    EXPECT_TRUE(Framebuffer::download<glm::vec4>(0, 0, 0x7FFFFFFF, 0x7FFFFFFF).empty());
+    EXPECT_GL_CALLS(gl);
+}
+
+TEST_F(DownloadTrace, PlacesTooFarToAddUpAreAsFarFromAnyFramebuffer) {
+    unsigned char room[4];
+    const auto read = [&](unsigned int x, unsigned int y) {
+        Framebuffer::download(room, x, y, 2, 2);
+        return gl.takeCalls().at(2);
+    };
+    const std::string end = ", 2, 2, GL_RED, GL_UNSIGNED_BYTE, out)";
+    EXPECT_EQ(read(0x3FFFFFFF, 0x40000000), "glReadPixels(1073741823, 1073741823" + end);
+    EXPECT_EQ(read(0x7FFFFFFF, 0x80000000), "glReadPixels(1073741823, -1073741823" + end);
+    EXPECT_EQ(read(0xC0000000, 0xFFFFFFFF), "glReadPixels(-1073741823, -1" + end);
+}
+
+TEST_F(DownloadTrace, SizesTooLargeToAddUpBecomeOnesThatGlRefuses) {
+    unsigned char room[4];
+    Framebuffer::download(room, 0, 0, 0x3FFFFFFF, 0x40000000);
+    EXPECT_EQ(gl.takeCalls().at(2),
+              "glReadPixels(0, 0, 1073741823, -1, GL_RED, GL_UNSIGNED_BYTE, out)");
+    Framebuffer::download(room, 0, 0, 0x7FFFFFFF, 0xFFFFFFFF);
+    EXPECT_EQ(gl.takeCalls().at(2), "glReadPixels(0, 0, -1, -1, GL_RED, GL_UNSIGNED_BYTE, out)");
 }
 
 TEST_F(DownloadTrace, EveryFormatIsReadAsItLiesInMemory) {
@@ -368,7 +440,7 @@ TEST_F(DownloadTrace, EveryFormatIsReadAsItLiesInMemory) {
         Framebuffer::download(data, 1, 2, 3, 4);
         EXPECT_GL_CALLS(gl, expected);
         EXPECT_EQ(Framebuffer::download<F>(1, 2, 3, 4).size(), 12u);
-        EXPECT_GL_CALLS(gl, expected);
+        EXPECT_GL_CALLS(gl, packingQueries(), expected);
     };
     ColorTexels::each(check);
     DepthTexels::each(check);
@@ -419,11 +491,6 @@ TEST_F(DownloadTrace, OfNothingIsAnEmptyVectorAndReadsNothing) {
     U8vec4 pixel;
     Framebuffer::download(&pixel, 0, 0, 0, 4);
     EXPECT_GL_CALLS(gl, reading("4", "0, 0, 0, 4, GL_RGBA, GL_UNSIGNED_BYTE, out"));
-}
-
-TEST_F(DownloadTrace, SizeOfTheVectorDoesNotWrapAround) {
-    EXPECT_THROW(Framebuffer::download<glm::vec4>(0, 0, 0xFFFFFFFF, 0xFFFFFFFF), std::length_error);
-    EXPECT_GL_CALLS(gl);
 }
 
 } // namespace

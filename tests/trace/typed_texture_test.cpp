@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -13,6 +14,7 @@
 
 #include "support/allocation_count.hpp"
 #include "support/fake_gl.hpp"
+#include "support/packing.hpp"
 #include "support/texel_formats.hpp"
 
 namespace {
@@ -321,6 +323,27 @@ TEST_F(TypedTextureTrace, PartialUploadTooLargeToAddUpBecomesOneThatGlRefuses) {
               "glTexSubImage2D(GL_TEXTURE_2D, 0, -1, 0, 1, 1, GL_RED, GL_FLOAT, data)");
 }
 
+TEST_F(TypedTextureTrace, SizeBeyondAllTexturesBecomesOneThatGlRefuses) {
+    const float data[1] = {};
+    const auto one = Texture1D<float>::make();
+    const auto two = Texture2D<float>::make();
+    const auto three = Texture3D<float>::make();
+    gl.forget();
+    one->upload(data, 0x1000000);
+    EXPECT_EQ(gl.takeCalls().at(3),
+              "glTexImage1D(GL_TEXTURE_1D, 0, GL_R32F, -1, 0, GL_RED, GL_FLOAT, data)");
+    two->upload(data, 0xFFFFFF, 0x7FFFFFFF);
+    EXPECT_EQ(gl.takeCalls().at(3),
+              "glTexImage2D(GL_TEXTURE_2D, 0, GL_R32F, 16777215, -1, 0, GL_RED, GL_FLOAT, data)");
+    two->resize({0x2000000, 0xFFFFFFFF, 1});
+    EXPECT_EQ(gl.takeCalls().at(3),
+              "glTexImage2D(GL_TEXTURE_2D, 0, GL_R32F, -1, -1, 0, GL_RED, GL_FLOAT, null)");
+    EXPECT_EQ(two->extent(), glm::uvec3(0x2000000, 0xFFFFFFFF, 1)); // what was asked for
+    three->upload(data, 4, 0x40000000, 0x1000000);
+    EXPECT_EQ(gl.takeCalls().at(3),
+              "glTexImage3D(GL_TEXTURE_3D, 0, GL_R32F, 4, -1, -1, 0, GL_RED, GL_FLOAT, data)");
+}
+
 TEST_F(TypedTextureTrace, PartialUploadOfNullOnlyAsksForAPixelBuffer) {
     const auto one = Texture1D<float>::make(4);
     const auto two = Texture2D<float>::make(4, 4);
@@ -370,13 +393,84 @@ TEST_F(TypedTextureTrace, DownloadToAVectorIsAsLargeAsWhatGlHas) {
     EXPECT_EQ(one->download(), (std::vector<unsigned char>{0, 0, 0, 0, 77}));
     EXPECT_GL_CALLS(gl, "glBindTexture(GL_TEXTURE_1D, 1)",
                     "glGetTexLevelParameteriv(GL_TEXTURE_1D, 0, GL_TEXTURE_WIDTH, out)",
-                    "glBindTexture(GL_TEXTURE_1D, 0)", download<unsigned char>("GL_TEXTURE_1D", 1));
+                    "glBindTexture(GL_TEXTURE_1D, 0)", packingQueries(),
+                    download<unsigned char>("GL_TEXTURE_1D", 1));
     EXPECT_EQ(two->download().size(), 15u);
     EXPECT_EQ(gl.countOf("glGetTexLevelParameteriv"), 2u);
     gl.forget();
     EXPECT_EQ(three->download().size(), 30u);
     EXPECT_EQ(gl.countOf("glGetTexLevelParameteriv"), 3u);
     EXPECT_EQ(gl.countOf("glGetTexImage"), 1u);
+}
+
+TEST_F(TypedTextureTrace, DownloadToAVectorPutsEachPackParameterAsideAndBack) {
+    const auto texture = Texture1D<U8vec4>::make(4);
+    storeLevel(4, 1, 1);
+    for (const PackParameter& parameter : packParameters) {
+        gl.setState(parameter.pname, {parameter.value});
+        gl.forget();
+        texture->download();
+        EXPECT_GL_CALLS(gl, "glBindTexture(GL_TEXTURE_1D, 1)",
+                        "glGetTexLevelParameteriv(GL_TEXTURE_1D, 0, GL_TEXTURE_WIDTH, out)",
+                        "glBindTexture(GL_TEXTURE_1D, 0)", packingQueries(), setting(parameter, 0),
+                        download<U8vec4>("GL_TEXTURE_1D", 1), setting(parameter, parameter.value));
+        gl.setState(parameter.pname, {0});
+    }
+}
+
+TEST_F(TypedTextureTrace, DownloadToAVectorPutsAPixelBufferAsideAndBack) {
+    const auto texture = Texture1D<U8vec4>::make(4);
+    storeLevel(4, 1, 1);
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, 33);
+    gl.forget();
+    EXPECT_EQ(texture->download().size(), 4u);
+    EXPECT_GL_CALLS(gl, "glBindTexture(GL_TEXTURE_1D, 1)",
+                    "glGetTexLevelParameteriv(GL_TEXTURE_1D, 0, GL_TEXTURE_WIDTH, out)",
+                    "glBindTexture(GL_TEXTURE_1D, 0)", packingQueries(),
+                    "glBindBuffer(GL_PIXEL_PACK_BUFFER, 0)", download<U8vec4>("GL_TEXTURE_1D", 1),
+                    "glBindBuffer(GL_PIXEL_PACK_BUFFER, 33)");
+}
+
+TEST_F(TypedTextureTrace, PackingComesBackWhenAnExceptionLeavesADownloadToAVector) {
+    const auto texture = Texture1D<U8vec4>::make(4);
+    storeLevel(4, 1, 1);
+    gl.answer(glad_glGetTexImage, [](GLenum, GLint, GLenum, GLenum, void*) {
+        throw std::runtime_error("interrupted");
+    });
+    gl.setState(GL_PACK_ROW_LENGTH, {7});
+    gl.setState(GL_PACK_SWAP_BYTES, {1});
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, 33);
+    EXPECT_THROW(texture->download(), std::runtime_error);
+    Lines calls = gl.takeCalls();
+    calls.erase(calls.begin(), calls.end() - 3);
+    EXPECT_EQ(calls, (Lines{"glPixelStorei(GL_PACK_ROW_LENGTH, 7)",
+                            "glPixelStorei(GL_PACK_SWAP_BYTES, GL_TRUE)",
+                            "glBindBuffer(GL_PIXEL_PACK_BUFFER, 33)"}));
+}
+
+TEST_F(TypedTextureTrace, DownloadToMemoryOfTheCallerGoesByItsPacking) {
+    const auto texture = Texture1D<U8vec4>::make(4);
+    for (const PackParameter& parameter : packParameters)
+        gl.setState(parameter.pname, {parameter.value});
+    gl.forget();
+    U8vec4 room[64];
+    texture->download(room);
+    EXPECT_GL_CALLS(gl, download<U8vec4>("GL_TEXTURE_1D", 1));
+}
+
+TEST_F(TypedTextureTrace, DownloadOfMoreThanAVectorHoldsIsAnEmptyOneAndReadsNothing) {
+    const auto two = Texture2D<glm::vec4>::make(4, 4);
+    const auto three = Texture3D<unsigned char>::make(4, 4, 4);
+    constexpr int most = std::numeric_limits<int>::max();
+    storeLevel(most, most, most);
+    gl.forget();
+    EXPECT_TRUE(two->download().empty());   // fewer than can be counted, but more than fit
+    EXPECT_TRUE(three->download().empty()); // more than can be counted
+    EXPECT_EQ(gl.countOf("glGetTexLevelParameteriv"), 5u);
+    EXPECT_EQ(gl.countOf("glGetTexImage"), 0u);
+    storeLevel(most, most, 4); // 2^64 less 2^34 and a few
+    EXPECT_TRUE(three->download().empty());
+    EXPECT_EQ(gl.countOf("glGetTexImage"), 0u);
 }
 
 TEST_F(TypedTextureTrace, DownloadOfOneTexelIsAVectorOfOne) {

@@ -9,6 +9,7 @@
 #include <glm/vec4.hpp>
 
 #include <vellis/detail/mistaken_for_bool.hpp>
+#include <vellis/detail/vector_of.hpp>
 #include <vellis/export.hpp>
 #include <vellis/state.hpp>
 #include <vellis/texture/multi_sample_renderbuffer.hpp>
@@ -557,33 +558,33 @@ public:
 
     /// \name Reading back
     /// Reads a rectangle of pixels, the lower row first and without gaps, from the read buffer of
-    /// the framebuffer that is bound for reading. `GL_PACK_ALIGNMENT` is put back; other settings
-    /// of `glPixelStorei` are the caller's and hold. Pixels outside the framebuffer are undefined.
+    /// the framebuffer that is bound for reading. `GL_PACK_ALIGNMENT` is put back. Pixels outside
+    /// the framebuffer are undefined, and GL refuses a width or height of 2^30 and more.
     /// GL refuses to read several samples a pixel (blit() them into a texture first), and depth or
     /// stencil that is not there.
     ///
     /// \tparam F  The type of the pixels: any that is stored, see TexelFormat. GL converts colours.
     /// @{
 
-    /// Into \p data, which must have room for \p width times \p height pixels. While a PixelBuffer
+    /// Into \p data, which must have room for \p width times \p height pixels, and for what the
+    /// other settings of `glPixelStorei`, such as row lengths, add: they hold. While a PixelBuffer
     /// is bound for download, it is a byte offset into that. Does nothing where it is null and none
     /// is bound.
     template <class F, class = std::enable_if_t<IsStorageFormat<F>::value>>
     static void download(F* data, unsigned int x, unsigned int y, unsigned int width,
                          unsigned int height) {
-        using Format = TexelFormat<F>;
-        if (canWriteTo(data))
-            downloadPixels(data, x, y, width, height, Format::pixelFormat, Format::pixelType,
-                           Format::alignment);
+        readPixels(data, x, y, width, height, pixelLayout<F>);
     }
 
-    /// Into a vector. No PixelBuffer may be bound for download: GL refuses the transfer then, and
-    /// all pixels are 0.
+    /// Into a vector: an empty one where it would be larger than vectors can be. What
+    /// `glPixelStorei` was told of packing, and a PixelBuffer that is bound for download, do not
+    /// matter: they are put aside for the transfer and put back.
     template <class F, class = std::enable_if_t<IsStorageFormat<F>::value>>
     static std::vector<F> download(unsigned int x, unsigned int y, unsigned int width,
                                    unsigned int height) {
-        std::vector<F> pixels(std::size_t{width} * height);
-        download(pixels.data(), x, y, width, height);
+        std::vector<F> pixels = detail::vectorOf<F>(detail::product(width, height));
+        if (!pixels.empty())
+            readPixelsToMemory(pixels.data(), x, y, width, height, pixelLayout<F>);
         return pixels;
     }
     /// @}
@@ -675,8 +676,10 @@ private:
     static void blit(AttachSource attachSource, AttachDestination attachDestination,
                      unsigned int width, unsigned int height, unsigned int mask);
 
-    /// Whether \p data is memory, or an offset into a pixel buffer that is bound.
-    static bool canWriteTo(const void* data);
+    static void readPixels(void* data, unsigned int x, unsigned int y, unsigned int width,
+                           unsigned int height, const PixelLayout& layout);
+    static void readPixelsToMemory(void* data, unsigned int x, unsigned int y, unsigned int width,
+                                   unsigned int height, const PixelLayout& layout);
     static void downloadPixels(void* data, unsigned int x, unsigned int y, unsigned int width,
                                unsigned int height, unsigned int format, unsigned int type,
                                unsigned int alignment);

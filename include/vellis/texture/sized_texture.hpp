@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include <vellis/texture/texel_format.hpp>
 #include <vellis/texture/texture.hpp>
 
 namespace vellis {
@@ -12,6 +13,11 @@ struct PixelLayout {
     unsigned int type;      ///< pixel type, such as `GL_UNSIGNED_BYTE`
     unsigned int alignment; ///< of a row, in bytes: 1, 2, 4 or 8
 };
+
+/// The layout of texels of type \p F, one that is stored: see TexelFormat.
+template <class F>
+constexpr PixelLayout pixelLayout = {TexelFormat<F>::pixelFormat, TexelFormat<F>::pixelType,
+                                     TexelFormat<F>::alignment};
 
 /// The part of Texture1D, Texture2D and Texture3D that does not depend on the type of the texels:
 /// the size, and transfers that bind the texture, do their work and bind 0 to its target.
@@ -62,8 +68,13 @@ protected:
     /// Reads all texels. Does nothing where \p data is null and no pixel pack buffer is bound.
     void downloadAll(void* data) const;
 
-    /// How many texels GL has in level 0, which is what downloadAll reads: asked of GL, as extent()
-    /// does not know whether GL took the size.
+    /// Reads all texels into memory for exactly them. What `glPixelStorei` was told of packing, and
+    /// a pixel pack buffer that is bound, are put aside for the transfer and put back.
+    void downloadToMemory(void* data) const;
+
+    /// How many texels GL has in level 0, which is what the downloads read: asked of GL, as
+    /// extent() does not know whether GL took the size. The largest number stands for all larger
+    /// ones.
     std::size_t numStoredTexels() const;
 
 private:

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include <vellis/detail/vector_of.hpp>
 #include <vellis/texture/sized_texture.hpp>
 #include <vellis/texture/texel_format.hpp>
 
@@ -13,7 +14,8 @@ namespace vellis {
 /// **Transfers.** Texels lie in memory row after row, from the first row of the texture (the lower
 /// one in GL's pictures) on, without gaps. Each transfer binds the texture to its target on the
 /// active unit, works on level 0 and binds 0 there; the alignments of `glPixelStorei` are put back
-/// as they were. Its other settings, such as row lengths, are the caller's and hold.
+/// as they were. Its other settings, such as row lengths, are the caller's and hold, but for a
+/// download to a vector.
 ///
 /// While a PixelBuffer is bound, the pointer of a transfer is a byte offset into it, null being 0.
 ///
@@ -27,22 +29,20 @@ public:
     /// storage or \p data is null.
     void download(F* data) const { downloadAll(data); }
 
-    /// All texels, as many as GL has: none where there is no storage. No pixel pack buffer may be
-    /// bound; GL refuses the transfer then, and all texels are 0.
+    /// All texels, as many as GL has: none where there is no storage, or more of them than a vector
+    /// holds. What `glPixelStorei` was told of packing, and a pixel pack buffer that is bound, do
+    /// not matter: they are put aside for the transfer and put back.
     std::vector<F> download() const {
-        std::vector<F> texels(numStoredTexels());
+        std::vector<F> texels = detail::vectorOf<F>(numStoredTexels());
         if (!texels.empty())
-            download(texels.data());
+            downloadToMemory(texels.data());
         return texels;
     }
 
 protected:
     /// A texture without storage.
     TypedTexture(Type type, const Sampler& sampler)
-        : SizedTexture(
-              type, TexelFormat<F>::internalFormat,
-              {TexelFormat<F>::pixelFormat, TexelFormat<F>::pixelType, TexelFormat<F>::alignment},
-              sampler) {}
+        : SizedTexture(type, TexelFormat<F>::internalFormat, pixelLayout<F>, sampler) {}
 };
 
 } // namespace vellis

@@ -37,6 +37,13 @@ public:
         return below(4) != 3 ? number() : oneOf(numbers);
     }
 
+    /// The side of an image: GL allocates that much, or refuses it.
+    unsigned int side() {
+        static constexpr unsigned int refused[] = {0x01000000, 0x02000000, 0x40000000,
+                                                   0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
+        return below(8) != 7 ? number() : oneOf(refused);
+    }
+
     /// An enumerator of an enumeration that counts from 0, or the value behind its last.
     template <class Enumeration>
     Enumeration enumerator(std::size_t count) {

@@ -4,6 +4,8 @@
 
 #include <vellis/vellis.hpp>
 
+#include "fuzz/machine/pixel_stores.hpp"
+
 namespace vellis::test {
 namespace {
 
@@ -113,7 +115,8 @@ void FakeSurroundings::modelState() {
     gl_.answer(glad_glEnable, switchTo(1));
     gl_.answer(glad_glDisable, switchTo(0));
     gl_.answer(glad_glPixelStorei, [this](GLenum pname, GLint value) {
-        if (value == 1 || value == 2 || value == 4 || value == 8)
+        const bool isAlignment = pname == GL_PACK_ALIGNMENT || pname == GL_UNPACK_ALIGNMENT;
+        if (isAlignment ? value == 1 || value == 2 || value == 4 || value == 8 : value >= 0)
             gl_.setState(pname, {value});
     });
     gl_.answer(glad_glBlendFuncSeparate, [this](GLenum sourceRgb, GLenum destinationRgb,
@@ -134,6 +137,8 @@ void FakeSurroundings::modelState() {
 void FakeSurroundings::resetGl() {
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    for (const GLenum pixelStore : pixelStores)
+        glPixelStorei(pixelStore, 0);
     glBlendFuncSeparate(GL_ONE, GL_ZERO, GL_ONE, GL_ZERO);
     glBlendEquation(GL_FUNC_ADD);
     for (const int capability : {GL_BLEND, GL_DEPTH_TEST, GL_STENCIL_TEST, GL_SCISSOR_TEST,

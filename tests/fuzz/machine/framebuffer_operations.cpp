@@ -150,8 +150,8 @@ void detach(World& world, Bytes& bytes) {
 
 void blit(World& world, Bytes& bytes) {
     const auto& destination = pick(world.pictures, bytes);
-    const unsigned int width = bytes.number();
-    const unsigned int height = bytes.number();
+    const unsigned int width = bytes.side();
+    const unsigned int height = bytes.side();
     if (destination == nullptr)
         return;
     const auto& source = pick(world.pictures, bytes);
@@ -172,12 +172,15 @@ void blit(World& world, Bytes& bytes) {
 void download(World& world, Bytes& bytes) {
     const unsigned int x = bytes.anyNumber();
     const unsigned int y = bytes.anyNumber();
-    const unsigned int width = bytes.number();
-    const unsigned int height = bytes.number();
+    // What GL refuses, and what no vector holds.
+    const bool isTooLarge = bytes.below(8) == 7;
+    const unsigned int width = isTooLarge ? 0x80000000 : bytes.number();
+    const unsigned int height = isTooLarge ? 0xFFFFFFFF : bytes.number();
     if (bytes.flag())
-        Framebuffer::download(world.memoryOf<Texel>(), x, y, width, height);
-    else
-        Framebuffer::download<depth24_stencil8>(x, y, width, height);
+        return Framebuffer::download(world.memoryOf<Texel>(), x, y, width, height);
+    const auto pixels = Framebuffer::download<depth24_stencil8>(x, y, width, height);
+    world.require(pixels.size() == (isTooLarge ? 0 : width * height),
+                  "a download has another size than was asked for");
 }
 
 void clear(World&, Bytes& bytes) {

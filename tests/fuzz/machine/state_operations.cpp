@@ -1,8 +1,11 @@
 /// The operations of state records and of diagnostics, and what a program does with GL itself.
 
+#include <iterator>
+
 #include <vellis/gl.hpp>
 
 #include "fuzz/machine/operations.hpp"
+#include "fuzz/machine/pixel_stores.hpp"
 
 namespace vellis::test {
 namespace {
@@ -34,6 +37,15 @@ void setAlignment(World&, Bytes& bytes) {
         state::set(state::State<int, 1, GL_UNPACK_ALIGNMENT>{{alignment}});
 }
 
+void setPixelStore(World&, Bytes& bytes) {
+    // Small ones: the memory of the world must do for all transfers.
+    static constexpr int values[] = {0, 1, 2, 3, -1};
+    static constexpr int lengths[] = {0, 1, 17, 20, -1};
+    const std::size_t parameter = bytes.below(std::size(pixelStores));
+    const bool isLength = parameter % pixelStoresPerDirection < 2;
+    glPixelStorei(pixelStores[parameter], bytes.oneOf(isLength ? lengths : values));
+}
+
 void setUnit(World&, Bytes& bytes) {
     const int unit = static_cast<int>(bytes.below(4) != 3 ? bytes.below(4) : bytes.next());
     state::set(state::State<int, 1, GL_ACTIVE_TEXTURE>{{GL_TEXTURE0 + unit}});
@@ -50,6 +62,9 @@ std::vector<Operation> stateOperations() {
     return {
         {"state: get and set", getAndSetRecord, {}},
         {"state: set an alignment", setAlignment, {{}, {GL_PACK_ALIGNMENT, GL_UNPACK_ALIGNMENT}}},
+        {"state: set a pixel store",
+         setPixelStore,
+         {{}, {std::begin(pixelStores), std::end(pixelStores)}}},
         {"state: set the texture unit", setUnit, {{}, {GL_ACTIVE_TEXTURE}}},
         {"internal: checks", check, {}},
     };

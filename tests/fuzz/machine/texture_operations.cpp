@@ -20,13 +20,6 @@ Sampler anySampler(Bytes& bytes) {
     }
 }
 
-/// A size: GL allocates that much, or refuses it as negative. One beyond its limit is left out:
-/// Mesa 22.3's software driver overruns its stack by some of them before it refuses.
-unsigned int anySize(Bytes& bytes) {
-    static constexpr unsigned int refused[] = {0x80000000, 0xFFFFFFFF};
-    return bytes.below(8) != 7 ? bytes.number() : bytes.oneOf(refused);
-}
-
 /// The operations that textures have in common; \p places are where they are.
 template <auto places>
 struct Of {
@@ -44,7 +37,7 @@ struct Of {
         onOne(world, bytes, [](auto& texture) { texture.unbind(); });
     }
     static void resize(World& world, Bytes& bytes) {
-        const glm::uvec3 size(anySize(bytes), anySize(bytes), anySize(bytes));
+        const glm::uvec3 size(bytes.side(), bytes.side(), bytes.side());
         onOne(world, bytes, [&](auto& texture) {
             texture.resize(size);
             world.require(texture.id() == 0 || texture.width() == size.x,
@@ -89,29 +82,29 @@ struct Of {
 
 void makeLine(World& world, Bytes& bytes) {
     auto& place = pick(world.lines, bytes);
-    place = Texture1D<Texel>::make(anySize(bytes), world.memoryOf<Texel>(), anySampler(bytes));
+    place = Texture1D<Texel>::make(bytes.side(), world.memoryOf<Texel>(), anySampler(bytes));
 }
 
 void makePicture(World& world, Bytes& bytes) {
     auto& place = pick(world.pictures, bytes);
-    const unsigned int width = anySize(bytes);
-    place = Texture2D<Texel>::make(width, anySize(bytes), world.memoryOf<Texel>());
+    const unsigned int width = bytes.side();
+    place = Texture2D<Texel>::make(width, bytes.side(), world.memoryOf<Texel>());
 }
 
 void makeVolume(World& world, Bytes& bytes) {
-    const glm::uvec3 size(anySize(bytes), anySize(bytes), anySize(bytes));
+    const glm::uvec3 size(bytes.side(), bytes.side(), bytes.side());
     pick(world.volumes, bytes) =
         Texture3D<Texel>::make(size.x, size.y, size.z, world.memoryOf<Texel>());
 }
 
 void makeDepth(World& world, Bytes& bytes) {
-    const unsigned int width = anySize(bytes);
-    pick(world.depthTextures, bytes) = Texture2D<depth24_stencil8>::make(width, anySize(bytes));
+    const unsigned int width = bytes.side();
+    pick(world.depthTextures, bytes) = Texture2D<depth24_stencil8>::make(width, bytes.side());
 }
 
 void uploadParts(World& world, Bytes& bytes) {
     const glm::uvec3 offset(bytes.anyNumber(), bytes.anyNumber(), bytes.anyNumber());
-    const glm::uvec3 size(anySize(bytes), anySize(bytes), anySize(bytes));
+    const glm::uvec3 size(bytes.side(), bytes.side(), bytes.side());
     const Texel* const texels = bytes.below(4) != 3 ? world.memoryOf<Texel>() : nullptr;
     const auto& line = pick(world.lines, bytes);
     if (line != nullptr)
@@ -148,8 +141,8 @@ void addTexture(std::vector<Operation>& table, void (*make)(World&, Bytes&), GLe
 }
 
 void makeRenderbuffers(World& world, Bytes& bytes) {
-    const unsigned int width = anySize(bytes);
-    const unsigned int height = anySize(bytes);
+    const unsigned int width = bytes.side();
+    const unsigned int height = bytes.side();
     const unsigned int numSamples = bytes.anyNumber();
     switch (bytes.below(4)) {
     case 0:
