@@ -22,7 +22,7 @@ void useTexture(UseRecorder& use, const char* scope, Sizes... sizes) {
     use("upload (a part)", [&] { texture->upload(nullptr, (sizes - sizes)..., sizes...); });
     use("resize", [&] { texture->resize(glm::uvec3(2)); });
     use("download", [&] { texture->download(room); });
-    use("download", [&] { return texture->download(); });
+    use("download (a vector)", [&] { return texture->download(); });
     use("generateMipmap", [&] { texture->generateMipmap(); });
     use("setSampler", [&] { texture->setSampler(Sampler::linear_repeat()); });
     use("bind", [&] { texture->bind(); });
@@ -93,7 +93,7 @@ void useCopies(UseRecorder& use) {
     use("blit", [&] { Framebuffer::blit(texture, texture, 4, 4); });
     use("blit", [&] { Framebuffer::blit(samples, depthSamples, texture, depth, 4, 4); });
     use("download", [&] { Framebuffer::download(room, 0, 0, 2, 2); });
-    use("download", [&] { Framebuffer::download<Texel>(0, 0, 2, 2); });
+    use("download (a vector)", [&] { Framebuffer::download<Texel>(0, 0, 2, 2); });
     use("download", [&] { Framebuffer::download<Texel>(nullptr, 0, 0, 2, 2); });
 }
 
