@@ -15,7 +15,7 @@ packages=(
 
 # What the programs with a window and their tests need beyond: a library for windows, and an X server
 # without a screen. On a bare Debian 12 that is 9 MB more to download, 20 MB installed.
-window_packages=(libglfw3-dev libx11-dev xvfb)
+window_packages=(libglfw3-dev libx11-dev libxrandr-dev xvfb)
 
 # Other libraries, for those scripts that compare.
 # shellcheck disable=SC2034 # used by the scripts that source this one

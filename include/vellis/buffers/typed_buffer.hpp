@@ -93,7 +93,7 @@ protected:
           count_(fitting(count)) {}
 
 private:
-    static constexpr unsigned int maxCount = std::numeric_limits<unsigned int>::max() / sizeof(T);
+    static constexpr unsigned int maxCount = (std::numeric_limits<unsigned int>::max)() / sizeof(T);
 
     static constexpr unsigned int fitting(unsigned int count) {
         return count < maxCount ? count : maxCount;
@@ -101,14 +101,14 @@ private:
 
     /// A number of elements in 32 bits.
     static constexpr unsigned int cut(std::size_t count) {
-        constexpr std::size_t most = std::numeric_limits<unsigned int>::max();
+        constexpr std::size_t most = (std::numeric_limits<unsigned int>::max)();
         return static_cast<unsigned int>(count < most ? count : most);
     }
 
     /// Sizes and offsets that 32 bits cannot hold become ones that GL refuses for any store.
     static constexpr unsigned int bytes(unsigned int count) {
         return count <= maxCount ? count * static_cast<unsigned int>(sizeof(T))
-                                 : std::numeric_limits<unsigned int>::max();
+                                 : (std::numeric_limits<unsigned int>::max)();
     }
 
     unsigned int count_;

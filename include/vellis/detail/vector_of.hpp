@@ -8,7 +8,7 @@ namespace vellis::detail {
 
 /// The product, or the largest number where it would be larger.
 constexpr std::size_t product(std::size_t a, std::size_t b) {
-    constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
+    constexpr std::size_t most = (std::numeric_limits<std::size_t>::max)();
     return b != 0 && a > most / b ? most : a * b;
 }
 

@@ -276,7 +276,7 @@ private:
     const Attrib* findAttrib(const char* name) const { return findAttrib(name, lengthOf(name)); }
     VELLIS_DIRECT const Attrib* findAttrib(const char* name, std::size_t length) const;
     static std::size_t lengthOf(const char* name) {
-        return name != nullptr ? std::strlen(name) : std::numeric_limits<std::size_t>::max();
+        return name != nullptr ? std::strlen(name) : (std::numeric_limits<std::size_t>::max)();
     }
     /// @}
 

@@ -70,7 +70,7 @@ struct samplercube {
 
 /// What a texel type is good for.
 enum class TexelKind : unsigned int {
-    None,         ///< nothing: it is not a texel
+    NotATexel,    ///< nothing
     Color,        ///< textures of one to three dimensions, colour renderbuffers
     Depth,        ///< textures of one and two dimensions, depth renderbuffers
     DepthStencil, ///< the same for depth and stencil together
@@ -143,7 +143,7 @@ struct StoredTexel {
 /// \endcode
 template <class F>
 struct TexelFormat {
-    static constexpr TexelKind kind = TexelKind::None; ///< what the type is good for
+    static constexpr TexelKind kind = TexelKind::NotATexel; ///< what the type is good for
 };
 
 namespace detail {
@@ -194,7 +194,7 @@ constexpr unsigned int maxTextureDimensions(TexelKind kind) {
     case TexelKind::Depth:
     case TexelKind::DepthStencil:
         return 2;
-    case TexelKind::None:
+    case TexelKind::NotATexel:
     case TexelKind::Stencil:
     case TexelKind::Sampler:
         break;
@@ -214,7 +214,7 @@ struct IsColorFormat : std::integral_constant<bool, TexelFormat<F>::kind == Texe
 /// True where texels of type \p F can be stored, in a texture or at least in a renderbuffer.
 template <class F>
 struct IsStorageFormat
-    : std::integral_constant<bool, TexelFormat<F>::kind != TexelKind::None &&
+    : std::integral_constant<bool, TexelFormat<F>::kind != TexelKind::NotATexel &&
                                        TexelFormat<F>::kind != TexelKind::Sampler> {};
 
 /// `int` where IsTextureFormat holds, else no type: takes a function away from formats that GL does
