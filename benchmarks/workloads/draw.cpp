@@ -113,6 +113,16 @@ public:
     }
 };
 
+/// The values lie in the handles, and one call draws with them.
+class DrawWithValues : SceneWithHandles {
+public:
+    DrawWithValues() {
+        mvp_.value = mvp;
+        color_.value = color;
+    }
+    void operator()() const { program_.draw(triangle_, mvp_, color_); }
+};
+
 class DrawByName {
 public:
     void operator()() const {
@@ -121,6 +131,19 @@ public:
         program_.setUniform("color", color);
         triangle_.draw(0, 3);
         program_.unbind();
+    }
+
+private:
+    Scene scene_;
+    Program& program_ = *scene_.program;
+    const Drawable& triangle_ = *scene_.triangle;
+};
+
+/// The same by one call with the names and the values.
+class DrawWithNamedValues {
+public:
+    void operator()() const {
+        program_.draw(triangle_, Uniform("mvp", mvp), Uniform("color", color));
     }
 
 private:
@@ -145,6 +168,17 @@ std::vector<Workload> drawWorkloads() {
         {"draw/names_asked",
          "the same by name; raw GL asks for the locations",
          {{"raw", makeSide<RawDrawAskingForLocations>}, {"vellis", makeSide<DrawByName>}},
+         Where::Both,
+         Calls::Different},
+        {"draw/values",
+         "draw/handles in one call",
+         {{"raw", makeSide<RawDraw>}, {"vellis", makeSide<DrawWithValues>}}},
+        {"draw/values_by_name",
+         "draw/names in one call",
+         {{"raw", makeSide<RawDraw>}, {"vellis", makeSide<DrawWithNamedValues>}}},
+        {"draw/values_by_name_asked",
+         "draw/names_asked in one call",
+         {{"raw", makeSide<RawDrawAskingForLocations>}, {"vellis", makeSide<DrawWithNamedValues>}},
          Where::Both,
          Calls::Different},
         {"draw/alternating",

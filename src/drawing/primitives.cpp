@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include <vellis/detail/use.hpp>
 #include <vellis/gl.hpp>
-
-#include "shading/program_use.hpp"
 
 namespace vellis {
 
@@ -57,7 +56,7 @@ unsigned int record(const Program* program, const AttributeSource* attributes, s
                     std::shared_ptr<VertexAttributesBinding>& binding) {
     if (program == nullptr)
         return countVertices(attributes, count, [](const AttributeSource&) {});
-    const ProgramUse use(*program);
+    const Use<Program> use(*program);
     program->beginAttributesBinding();
     const unsigned int numVertices = countVertices(attributes, count, bindAttribute);
     binding = program->finishAttributesBinding();

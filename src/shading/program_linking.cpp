@@ -6,9 +6,9 @@
 #include <string>
 #include <utility>
 
+#include <vellis/detail/use.hpp>
 #include <vellis/gl.hpp>
 
-#include "shading/program_use.hpp"
 #include "shading/program_variables.hpp"
 #include "shading/uniform_factory.hpp"
 
@@ -102,7 +102,7 @@ void Program::link() {
     auto variables = std::make_shared<Variables>();
     gl_link();
     variables_ = std::move(variables);
-    const ProgramUse use(*this);
+    const detail::Use<Program> use(*this);
     try {
         initUniforms();
         initAttributes();

@@ -95,8 +95,6 @@ void sendValue(int location, const glm::mat4& value) {
 
 } // namespace
 
-UniformVariable::~UniformVariable() = default;
-
 namespace detail {
 
 template <class T>

@@ -708,6 +708,29 @@ TEST_F(UniformTrace, SettingAHandleOfANameSendsItsValueToTheProgramsUniformOfTha
     });
 }
 
+/// A drawable of nothing, without a binding.
+class Nothing : public vellis::Drawable {
+public:
+    Nothing() : Drawable(PrimitiveType::Points) {}
+};
+
+TEST_F(UniformTrace, DrawingSendsEachTypeWithItsOneCallByHandleAndByName) {
+    const std::vector<ActiveVariable> uniforms = uniformsOfEveryType();
+    link(uniforms);
+    std::size_t i = 0;
+    forEachRow([&](const auto& row) {
+        const Lines expected = {"glUseProgram(3)", row.call(uniforms[i++].location),
+                                "glDrawArrays(GL_POINTS, 0, 0)", "glUseProgram(0)"};
+        program->draw(Nothing(), Uniform(row.name.c_str(), row.value));
+        EXPECT_GL_CALLS(gl, expected);
+        expectFirstValue(row); // the value stays the caller's
+        auto& handle = program->getUniform<ValueOf<decltype(row)>>(row.name.c_str());
+        handle.value = row.value;
+        program->draw(Nothing(), handle);
+        EXPECT_GL_CALLS(gl, expected);
+    });
+}
+
 TEST_F(UniformTrace, HandleOfANameStartsWithZerosOrTheIdentity) {
     forEachRow([&](const auto& row) {
         using T = ValueOf<decltype(row)>;

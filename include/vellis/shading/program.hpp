@@ -6,10 +6,12 @@
 #include <limits>
 #include <memory>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <vellis/detail/hot.hpp>
 #include <vellis/detail/lasting.hpp>
+#include <vellis/detail/use.hpp>
 #include <vellis/drawing/drawable.hpp>
 #include <vellis/export.hpp>
 #include <vellis/shading/attrib.hpp>
@@ -20,6 +22,36 @@ namespace vellis {
 
 class Texture;
 struct ToolboxAccess;
+
+namespace detail {
+
+/// What a pointer points to.
+/// @{
+template <class T>
+std::true_type isUniform(const Uniform<T>*);
+std::false_type isUniform(...);
+template <class T>
+std::true_type isIndexBuffer(const IndexBuffer<T>*);
+std::false_type isIndexBuffer(...);
+/// @}
+
+/// Whether that is a value for Program::draw: a handle of a uniform.
+template <class T>
+struct IsUniform : decltype(isUniform(static_cast<std::remove_reference_t<T>*>(nullptr))) {};
+
+/// Whether the arguments behind a drawable, or behind its indices, begin with a value, and not with
+/// the number of the first vertex or with indices. Anything else counts as one, to be refused by
+/// name.
+template <class... Arguments>
+struct BeginsWithValue : std::false_type {};
+template <class First, class... Others>
+struct BeginsWithValue<First, Others...>
+    : std::integral_constant<bool, !std::is_convertible<First, unsigned int>::value &&
+                                       !decltype(isIndexBuffer(
+                                           static_cast<std::remove_reference_t<First>*>(
+                                               nullptr)))::value> {};
+
+} // namespace detail
 
 /// A GL program, linked from one vertex shader and one fragment shader, through which a caller
 /// binds and draws.
@@ -134,6 +166,41 @@ public:
         drawable.draw(indices, first, count);
         unbind();
     }
+
+    /// Draws with these values of uniforms, in the same steps: behind `glBindVertexArray` each
+    /// value is set as by setUniform, in their order, and nothing else is called.
+    ///
+    /// \code
+    /// program->draw(mesh, radius, vellis::Uniform("color", glm::vec4(1.f)));
+    /// \endcode
+    ///
+    /// \param values  Each a handle of the program, as getUniform finds it, or a `Uniform` of a
+    /// name and a value of any of the 27 types, textures included. What has a name is looked up in
+    /// this program's table; the value is not kept in the program's handle. As with setUniform, a
+    /// name that the program does not have sets nothing.
+    /// @{
+    template <class... Values, class = std::enable_if_t<detail::BeginsWithValue<Values...>::value>>
+    void draw(const Drawable& drawable, Values&&... values) {
+        drawWith([&] { drawable.draw(0, 0); }, drawable, std::forward<Values>(values)...);
+    }
+    template <class Value, class... Values>
+    void draw(const Drawable& drawable, unsigned int first, unsigned int count, Value&& value,
+              Values&&... values) {
+        drawWith([&] { drawable.draw(first, count); }, drawable, std::forward<Value>(value),
+                 std::forward<Values>(values)...);
+    }
+    template <class T, class... Values,
+              class = std::enable_if_t<detail::BeginsWithValue<Values...>::value>>
+    void draw(const Drawable& drawable, const IndexBuffer<T>& indices, Values&&... values) {
+        drawWith([&] { drawable.draw(indices, 0, 0); }, drawable, std::forward<Values>(values)...);
+    }
+    template <class T, class Value, class... Values>
+    void draw(const Drawable& drawable, const IndexBuffer<T>& indices, unsigned int first,
+              unsigned int count, Value&& value, Values&&... values) {
+        drawWith([&] { drawable.draw(indices, first, count); }, drawable,
+                 std::forward<Value>(value), std::forward<Values>(values)...);
+    }
+    /// @}
 
     /// Makes a vertex attribute binding and binds it: the buffers and attribute pointers that are
     /// set up from now on land in it, until finishAttributesBinding(). A binding begun before and
@@ -263,6 +330,46 @@ private:
     /// bind with the drawable's binding.
     void bind(const Drawable& drawable) const;
 
+    /// Does \p draw with the drawable's binding and these values.
+    template <class Draw, class... Values>
+    void drawWith(const Draw& draw, const Drawable& drawable, Values&&... values) {
+        static_assert((detail::IsUniform<Values>::value && ...),
+                      "each value is a Uniform: a handle of the program, or Uniform(name, value)");
+        const auto drawWithParts = [&](const auto&... parts) {
+            const detail::Use<Program> use(*this, drawable.getAttributesBinding());
+            (setUniform(parts), ...);
+            draw();
+        };
+        drawWithParts(takeApart(std::forward<Values>(values))...);
+    }
+
+    /// What a handle says that was made for one call. The compiler knows all of it, and suspects no
+    /// other call of changing it, as it does with the handle itself.
+    template <class T>
+    struct Parts {
+        int location;
+        const char* name;
+        std::size_t length;
+        const T& value;
+    };
+    template <class T, class = std::enable_if_t<IsUniformValue<T>::value>>
+    static Parts<T> takeApart(Uniform<T>&& uniform) {
+        return {uniform.loc, uniform.name, lengthOf(uniform.name), uniform.value};
+    }
+    template <class T>
+    static const Uniform<T>& takeApart(const Uniform<T>& uniform) {
+        return uniform;
+    }
+    template <class T>
+    void setUniform(const Parts<T>& uniform) {
+        int location = uniform.location;
+        if (location < 0) {
+            const Uniform<T>* const target = findUniform<T>(uniform.name, uniform.length);
+            location = target != nullptr ? target->loc : -1;
+        }
+        detail::sendUniform(location, uniform.value);
+    }
+
     /// bind where another binding is still bound through this program.
     VELLIS_NO_EXPORT void rebind(const std::shared_ptr<VertexAttributesBinding>& binding) const;
 
@@ -283,7 +390,11 @@ private:
     /// The handle of that name and type, or null.
     template <class T>
     Uniform<T>* findUniform(const char* name) const {
-        UniformVariable* const uniform = findUniform(name);
+        return findUniform<T>(name, lengthOf(name));
+    }
+    template <class T>
+    Uniform<T>* findUniform(const char* name, std::size_t length) const {
+        UniformVariable* const uniform = findUniform(name, length);
         return uniform != nullptr && uniform->type_ == detail::UniformType<T>::value
                    ? static_cast<Uniform<T>*>(uniform)
                    : nullptr;
@@ -293,8 +404,7 @@ private:
     /// out of the way of handles that have one.
     template <class T>
     [[gnu::noinline, gnu::cold]] void sendByName(const Uniform<T>& uniform) {
-        const Uniform<T>* const target = findUniform<T>(uniform.name);
-        detail::sendUniform(target != nullptr ? target->loc : -1, uniform.value);
+        setUniform(Parts<T>{-1, uniform.name, lengthOf(uniform.name), uniform.value});
     }
 
     /// A handle with location -1 and its first value.

@@ -22,7 +22,7 @@ class VELLIS_EXPORT UniformVariable {
 public:
     /// Copies the location and the pointer to the name.
     UniformVariable(const UniformVariable&) = default;
-    virtual ~UniformVariable();
+    virtual ~UniformVariable() = default;
 
     /// The GL location; -1 where it is not known.
     int loc;
@@ -156,9 +156,8 @@ VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::mat4& value);
 /// make a handle from a name, to be set for whichever program has a uniform of that name and type:
 ///
 /// \code
-/// vellis::Uniform<float> radius("radius", 3.f);
-/// program->bind();
-/// program->setUniform(radius);
+/// const vellis::Uniform radius("radius", 3.f); // a Uniform<float>
+/// program->draw(triangle, radius);
 /// \endcode
 ///
 /// Copies copy the value as well. A handle can be assigned one of the same type: it is the same
@@ -171,7 +170,11 @@ class VELLIS_EXPORT Uniform : public UniformVariable {
 
 public:
     /// A handle that is looked up by \p uniformName, which must outlive it.
-    explicit Uniform(const char* uniformName, T initial = detail::initialUniformValue<T>());
+    /// @{
+    explicit Uniform(const char* uniformName,
+                     const T& initial = detail::initialUniformValue<T>());
+    Uniform(const char* uniformName, T&& initial);
+    /// @}
 
     /// The value, which reaches GL only when the uniform is set.
     T value;
@@ -186,7 +189,12 @@ private:
 // Not inline, so that a DLL exports them with the instantiations below.
 
 template <class T>
-Uniform<T>::Uniform(const char* uniformName, T initial)
+Uniform<T>::Uniform(const char* uniformName, const T& initial)
+    : UniformVariable(uniformName, detail::UniformType<T>::value),
+      value(initial) {}
+
+template <class T>
+Uniform<T>::Uniform(const char* uniformName, T&& initial)
     : UniformVariable(uniformName, detail::UniformType<T>::value),
       value(std::move(initial)) {}
 
@@ -204,6 +212,9 @@ public:
         : UniformVariable(uniformName, detail::UniformType<Texture>::value),
           texture(initial) {}
 
+    /// The same of a texture of any class, which is not owned, either.
+    Uniform(const char* uniformName, const Texture& initial) : Uniform(uniformName, &initial) {}
+
     /// The texture, or null. Not owned: it must be alive when the handle is set.
     const Texture* texture;
 
@@ -219,5 +230,9 @@ private:
           texture(nullptr),
           unit(textureUnit) {}
 };
+
+/// A texture of whatever class makes the handle of a sampler.
+template <class T, class = std::enable_if_t<std::is_base_of<Texture, T>::value>>
+Uniform(const char*, const T&) -> Uniform<Texture>;
 
 } // namespace vellis
