@@ -4,6 +4,7 @@
 
 #include <vellis/drawing.hpp>
 #include <vellis/shading.hpp>
+#include <vellis/texture.hpp>
 
 #include "docs/operations.hpp"
 
@@ -71,6 +72,10 @@ void useDrawing(UseRecorder& use) {
     use.of("Program");
     use("draw", [&] { program->draw(*triangles); });
     use("draw (with indices)", [&] { program->draw(*triangles, *indices); });
+    const Texture2D<glm::vec4> texture;
+    use("draw (with values)", [&] { program->draw(*triangles, Uniform("f4", color)); });
+    use("draw (with values)", [&] { program->draw(*triangles, *indices, Uniform("f4", color)); });
+    use("draw (with a texture)", [&] { program->draw(*triangles, Uniform("image", texture)); });
     use.of("VertexAttributesBinding");
     use("bind", [&] { triangles->getAttributesBinding()->bind(); });
     use("unbind", [] { VertexAttributesBinding::unbind(); });

@@ -194,9 +194,11 @@ protected:
         return program;
     }
 
-    /// Draws over the whole framebuffer; gives the colour of its middle.
-    Rgba draw(const std::shared_ptr<Program>& program) {
-        program->draw(*Covering::make(program, {"position", corners}));
+    /// Draws over the whole framebuffer, with these values if there are any; gives the colour of
+    /// its middle.
+    template <class... Values>
+    Rgba draw(const std::shared_ptr<Program>& program, const Values&... values) {
+        program->draw(*Covering::make(program, {"position", corners}), values...);
         return pixel(0.f, 0.f);
     }
 
@@ -486,6 +488,35 @@ TEST_F(UniformRender, TextureCanBeSetAtALocationAndAUnitOfOnesOwn) {
     EXPECT_EQ(integer(GL_ACTIVE_TEXTURE), GL_TEXTURE4);
     EXPECT_EQ(draw(program), Rgba(200, 0, 50, 255));
     glActiveTexture(GL_TEXTURE0);
+}
+
+TEST_F(UniformRender, ValuesAndTexturesOfOneCallAreDrawn) {
+    const auto program =
+        make("uniform sampler2D image; \n"
+             "uniform vec4 color; \n"
+             "uniform float weights[2]; \n"
+             "void main() { \n"
+             "  gl_FragColor = weights[1] * color * texture2D(image, vec2(0.5)); \n"
+             "} \n");
+    const auto image = makeImage(Rgba(255, 255, 0, 255));
+    auto& color = program->getUniform<vec4>("color");
+    color.value = vec4(1.f, 0.4f, 1.f, 1.f);
+    EXPECT_EQ(
+        draw(program, color, Uniform("image", *image), Uniform("weights", List<float>{0.f, 1.f})),
+        Rgba(255, 102, 0, 255));
+    EXPECT_EQ(integer(GL_CURRENT_PROGRAM), 0);
+    // What is not set keeps its value.
+    EXPECT_EQ(draw(program, Uniform("color", vec4(0.2f))), Rgba(51, 51, 0, 51));
+
+    const auto indices =
+        IndexBuffer<unsigned char>::make({2, 1, 0}, BufferUsage::Static, BufferAccess::Draw);
+    const auto covering = Covering::make(program, {"position", corners});
+    program->draw(*covering, *indices, Uniform("color", vec4(0.6f)));
+    EXPECT_EQ(pixel(0.f, 0.f), Rgba(153, 153, 0, 153));
+    program->draw(*covering, *indices, 0, 3, color);
+    EXPECT_EQ(pixel(0.f, 0.f), Rgba(255, 102, 0, 255));
+    program->draw(*covering, 0, 3, Uniform("color", vec4(0.f)));
+    EXPECT_EQ(pixel(0.f, 0.f), Rgba(0));
 }
 
 } // namespace

@@ -119,7 +119,8 @@ void unbind(World& world, Bytes& bytes) {
     });
 }
 
-void draw(World& world, Bytes& bytes) {
+template <class... Values>
+void drawShape(World& world, Bytes& bytes, const Values&... values) {
     onProgram(world, bytes, [&](Place& place) {
         const auto& drawable = pick(world.shapes, bytes).drawable;
         if (drawable == nullptr)
@@ -128,14 +129,27 @@ void draw(World& world, Bytes& bytes) {
         const unsigned int first = bytes.number();
         const unsigned int count = bytes.number();
         if (indices != nullptr && bytes.flag()) {
-            place.object->draw(*drawable, *indices, first, count);
+            place.object->draw(*drawable, *indices, first, count, values...);
         } else {
-            place.object->draw(*drawable, first, count);
+            place.object->draw(*drawable, first, count, values...);
         }
         place.isBound = false;
         for (auto& index : world.indices)
             index.isBound = index.isBound && index.object->isBound();
     });
+}
+
+void draw(World& world, Bytes& bytes) {
+    drawShape(world, bytes);
+}
+
+void drawWithValues(World& world, Bytes& bytes) {
+    const char* const name = bytes.oneOf(names);
+    const auto& picture = pick(world.pictures, bytes);
+    if (picture != nullptr && bytes.flag())
+        return drawShape(world, bytes, Uniform(name, *picture), Uniform("image", *picture));
+    drawShape(world, bytes, Uniform(name, glm::vec4(bytes.fraction())),
+              Uniform(bytes.oneOf(names), std::vector<float>(bytes.number())));
 }
 
 void recordBinding(World& world, Bytes& bytes) {
@@ -279,6 +293,10 @@ std::vector<Operation> shadingOperations() {
         {"Program: bind with a binding", bindWithBinding, {{vertexArray}, {program, vertexArray}}},
         {"Program: unbind", unbind, {{program, vertexArray}, {}}},
         {"Program: draw", draw, {{program, vertexArray, GL_ELEMENT_ARRAY_BUFFER_BINDING}, {}}},
+        {"Program: draw with values",
+         drawWithValues,
+         {{program, vertexArray, GL_ELEMENT_ARRAY_BUFFER_BINDING},
+          {GL_ACTIVE_TEXTURE, GL_TEXTURE_BINDING_2D}}},
         {"Program: beginAttributesBinding", recordBinding, {{}, {vertexArray}}},
         {"Program: finishAttributesBinding", finishBinding, {{vertexArray}, {}}},
         {"Program: setUniform", setUniform, {}},
