@@ -10,9 +10,10 @@ using vellis::drawable::Triangles;
 
 /// Draws the triangles of a surface.
 /// \param name, values  The attribute beside `position` and `normal`.
-template <class T>
+/// \param uniforms      The values that the program draws with.
+template <class T, class... Uniforms>
 void draw(const std::shared_ptr<vellis::Program>& program, const Surface& surface, const char* name,
-          const std::vector<T>& values) {
+          const std::vector<T>& values, const Uniforms&... uniforms) {
     const auto positions = makeBuffer(surface.positions);
     const auto normals = makeBuffer(surface.normals);
     const auto others = makeBuffer(values);
@@ -22,7 +23,7 @@ void draw(const std::shared_ptr<vellis::Program>& program, const Surface& surfac
         surface.indices.data(), static_cast<unsigned int>(surface.indices.size()),
         vellis::BufferUsage::Static, vellis::BufferAccess::Draw);
     glEnable(GL_DEPTH_TEST);
-    program->draw(triangles, *indices);
+    program->draw(triangles, *indices, uniforms...);
 }
 
 } // namespace
@@ -31,8 +32,9 @@ void drawSurface(const std::shared_ptr<vellis::Program>& program, const Surface&
     draw(program, surface, "colour", surface.colours);
 }
 
-void drawTexturedSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface) {
-    draw(program, surface, "coordinate", surface.coordinates);
+void drawTexturedSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface,
+                         const vellis::Texture& texture) {
+    draw(program, surface, "coordinate", surface.coordinates, vellis::Uniform("picture", texture));
 }
 
 } // namespace gallery

@@ -10,6 +10,7 @@
 #include <vellis/buffers.hpp>
 #include <vellis/drawing.hpp>
 #include <vellis/shading.hpp>
+#include <vellis/texture.hpp>
 
 namespace gallery {
 
@@ -66,8 +67,9 @@ struct Surface {
 /// has the attributes `position`, `normal` and `colour`.
 void drawSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface);
 
-/// The same with the texture that is set for the program, which has the attributes `position`,
-/// `normal` and `coordinate`.
-void drawTexturedSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface);
+/// The same with a texture. The program has the attributes `position`, `normal` and `coordinate`,
+/// and the sampler `picture`.
+void drawTexturedSurface(const std::shared_ptr<vellis::Program>& program, const Surface& surface,
+                         const vellis::Texture& texture);
 
 } // namespace gallery

@@ -19,6 +19,7 @@ namespace {
 
 using vellis::Drawable;
 using vellis::Sampler;
+using vellis::Uniform;
 using vellis::VertexAttribute;
 using namespace palette;
 
@@ -73,9 +74,7 @@ void drawContourMap(const Canvas&) {
     const auto drawable =
         vellis::drawable::Triangles<VertexAttribute<glm::vec2>, VertexAttribute<float>>::make(
             program, {"position", positions}, {"value", values});
-    program->bind();
-    program->setUniform("colours", *map);
-    program->draw(*drawable);
+    program->draw(*drawable, Uniform("colours", *map));
 }
 
 void drawBoat(const Canvas&) {
@@ -153,19 +152,12 @@ void drawSolid(const Canvas&) {
         vellis::drawable::Triangles<VertexAttribute<glm::vec3>, VertexAttribute<glm::vec3>>::make(
             program, {"position", positions}, {"normal", normals});
     glEnable(GL_DEPTH_TEST);
-    program->bind();
-    program->setUniform("mvp", viewFrom({3.9f, 3.3f, 4.8f}, {0.0f, -0.06f, 0.0f}));
-    program->setUniform("solid", *shells);
-    program->setUniform("texels", static_cast<float>(size));
-    program->draw(*drawable);
+    program->draw(*drawable, Uniform("mvp", viewFrom({3.9f, 3.3f, 4.8f}, {0.0f, -0.06f, 0.0f})),
+                  Uniform("solid", *shells), Uniform("texels", static_cast<float>(size)));
 }
 
 void drawPlanet(const Canvas&) {
-    const auto planet = makePlanet();
-    const auto program = makeLitPictureProgram();
-    program->bind();
-    program->setUniform("picture", *planet);
-    drawTexturedSurface(program, makeGlobe());
+    drawTexturedSurface(makeLitPictureProgram(), makeGlobe(), *makePlanet());
 }
 
 /// The texel of a patch of the quilt.

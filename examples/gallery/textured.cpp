@@ -26,10 +26,7 @@ void drawTextured(const vellis::Texture& texture, const Rectangle& coordinates,
                                                                                    positions},
                                                                                   {"coordinate",
                                                                                    places});
-    program->bind();
-    program->setUniform("mvp", mvp);
-    program->setUniform("picture", texture);
-    program->draw(*strip);
+    program->draw(*strip, vellis::Uniform("mvp", mvp), vellis::Uniform("picture", texture));
 }
 
 } // namespace gallery

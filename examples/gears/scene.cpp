@@ -17,6 +17,7 @@ namespace {
 
 using vellis::Drawable;
 using vellis::Framebuffer;
+using vellis::Uniform;
 
 const glm::vec4 paper(0.98f, 0.973f, 0.953f, 1.0f);
 
@@ -134,11 +135,8 @@ void Scene::draw(const glm::uvec2& size, const View& view, float driverAngle) co
     for (std::size_t i = 0; i < train_.size(); ++i) {
         const glm::mat4 placed = glm::translate(camera.toEye, glm::vec3(train_[i].centre, 0.0f));
         const glm::mat4 turned = glm::rotate(placed, angles[i], {0.0f, 0.0f, 1.0f});
-        program_->bind();
-        program_->setUniform("toEye", turned);
-        program_->setUniform("toClip", camera.toClip);
-        program_->setUniform("colour", colours[i % std::size(colours)]);
-        bodies_[i].draw(*program_);
+        bodies_[i].draw(*program_, Uniform("toEye", turned), Uniform("toClip", camera.toClip),
+                        Uniform("colour", colours[i % std::size(colours)]));
     }
 }
 

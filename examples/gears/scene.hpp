@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <glm/mat4x4.hpp>
@@ -38,7 +39,12 @@ private:
     class Body {
     public:
         Body(const std::shared_ptr<vellis::Program>& program, unsigned int teeth);
-        void draw(const vellis::Program& program) const { program.draw(triangles_, *indices_); }
+
+        /// Draws it with these values of uniforms.
+        template <class... Values>
+        void draw(vellis::Program& program, Values&&... values) const {
+            program.draw(triangles_, *indices_, std::forward<Values>(values)...);
+        }
 
     private:
         Body(const std::shared_ptr<vellis::Program>& program, const Solid& solid);

@@ -99,10 +99,7 @@ void drawBlurred(const std::shared_ptr<vellis::Program>& program, const Texture&
         corners, 4u, vellis::BufferUsage::Static, vellis::BufferAccess::Draw);
     const auto strip = vellis::drawable::TriangleStrip<vellis::VertexAttribute<glm::vec2>>::make(
         program, {"position", positions});
-    program->bind();
-    program->setUniform("picture", texture);
-    program->setUniform("step", step);
-    program->draw(*strip);
+    program->draw(*strip, vellis::Uniform("picture", texture), vellis::Uniform("step", step));
 }
 
 /// Makes drawing go to a texture; the depth buffer stays attached.

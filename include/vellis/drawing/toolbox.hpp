@@ -31,10 +31,12 @@ namespace vellis {
 /// **How it draws.** Points that are not in a buffer of the caller's are written to the start of
 /// one shared buffer of 1024 bytes: up to 128 2D or 85 3D points a call, 85 or 64 of a dashed line.
 /// GL refuses a larger upload with `GL_INVALID_VALUE`, and the call draws what the buffer held
-/// before. Null points upload nothing and draw what the buffer holds. A count of 0, which is also
-/// that of an empty list, means all from `first` on to the 1024th vertex, most of which lie beyond
-/// the shared buffer's end: pass counts above 0. Of a buffer of the caller's it means all that
-/// remain.
+/// before and, beyond its end, vertices that are not there, which a driver may read as anything.
+/// Null points upload nothing and draw what the buffer holds, with the same end. A count of 0,
+/// which is also that of an empty list, means all from `first` on to the 1024th vertex, most of
+/// which lie beyond that end: pass counts above 0. Of a buffer of the caller's it means all that
+/// remain. Points, bullseyes and dashed lines take no buffer of the caller's: draw many of them in
+/// several calls.
 ///
 /// **Looks.** Lines are as wide and as smooth as Drawable::setLineWidth and
 /// Drawable::enableLineSmooth say; smoothing shows where blending is on. With the depth test on, a

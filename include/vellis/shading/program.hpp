@@ -59,8 +59,9 @@ struct BeginsWithValue<First, Others...>
 /// \code
 /// auto program = vellis::Program::make(vertexSource, fragmentSource);
 /// if (program->hasLinkError())
-///     return;                  // glGetProgramInfoLog(program->id(), ...) says why
-/// program->draw(triangle);     // uses the program, binds, draws, unbinds
+///     return; // glGetProgramInfoLog(program->id(), ...) says why
+/// const glm::vec4 orange(1.f, 0.5f, 0.f, 1.f);
+/// program->draw(triangle, vellis::Uniform("color", orange), vellis::Uniform("image", texture));
 /// \endcode
 ///
 /// Linking never fails loudly: a program that did not link is an object like any other, whose
@@ -73,17 +74,18 @@ struct BeginsWithValue<First, Others...>
 /// texture units 0, 1, 2 … in GL's order. Uniforms of other types than IsUniformValue and 1D, 2D
 /// and 3D samplers have no handle, and neither have arrays of matrices and of samplers.
 ///
+/// Values go along with a draw, which sets them while the program is in use. setUniform sets one by
+/// itself, for the program in use, so bind first: GL refuses it with `GL_INVALID_OPERATION` where
+/// there is none.
+///
 /// \code
-/// program->bind();
-/// program->setUniform("color", glm::vec4(1.f, 0.5f, 0.f, 1.f));
-/// program->setUniform("image", texture); // binds it on the sampler's unit
-/// program->draw(triangle);
+/// auto& radius = program->getUniform<float>("radius"); // once
+/// radius.value = 3.f;
+/// program->draw(triangle, radius); // without a lookup
 /// \endcode
 ///
-/// A uniform is set for the program in use, so bind first: GL refuses it with
-/// `GL_INVALID_OPERATION` where there is none. It stays set when the program is unbound. An unknown
-/// name is no error: locations are then `0xFFFFFFFF`, handles inert. Ask hasUniform and hasAttrib
-/// first where it matters.
+/// A uniform stays set when the program is unbound. An unknown name is no error: locations are then
+/// `0xFFFFFFFF`, handles inert. Ask hasUniform and hasAttrib first where it matters.
 ///
 /// After draw and unbind no program is in use and no vertex array object is bound, whatever was
 /// before.
@@ -171,7 +173,7 @@ public:
     /// value is set as by setUniform, in their order, and nothing else is called.
     ///
     /// \code
-    /// program->draw(mesh, radius, vellis::Uniform("color", glm::vec4(1.f)));
+    /// program->draw(mesh, 0, 3, vellis::Uniform("color", glm::vec4(1.f)));
     /// \endcode
     ///
     /// \param values  Each a handle of the program, as getUniform finds it, or a `Uniform` of a

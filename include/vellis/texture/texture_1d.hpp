@@ -14,7 +14,7 @@ namespace vellis {
 /// const std::vector<glm::vec4> ramp = {{0.f, 0.f, 1.f, 1.f}, {1.f, 0.f, 0.f, 1.f}};
 /// auto texture =
 ///     vellis::Texture1D<glm::vec4>::make(2, ramp.data(), vellis::Sampler::linear_clamp());
-/// program->setUniform("ramp", *texture);
+/// program->draw(mesh, vellis::Uniform("ramp", *texture));
 /// \endcode
 ///
 /// make() makes one allocation. See TypedTexture for transfers, and Texture for what is left bound.
