@@ -171,9 +171,12 @@ class VELLIS_EXPORT Uniform : public UniformVariable {
 public:
     /// A handle that is looked up by \p uniformName, which must outlive it.
     /// @{
-    explicit Uniform(const char* uniformName,
-                     const T& initial = detail::initialUniformValue<T>());
-    Uniform(const char* uniformName, T&& initial);
+    explicit Uniform(const char* uniformName, const T& initial = detail::initialUniformValue<T>())
+        : UniformVariable(uniformName, detail::UniformType<T>::value),
+          value(initial) {}
+    Uniform(const char* uniformName, T&& initial)
+        : UniformVariable(uniformName, detail::UniformType<T>::value),
+          value(std::move(initial)) {}
     /// @}
 
     /// The value, which reaches GL only when the uniform is set.
@@ -183,25 +186,10 @@ private:
     friend class Program;
     friend struct UniformFactory;
 
-    explicit Uniform(int location, T initial = detail::initialUniformValue<T>());
+    explicit Uniform(int location, T initial = detail::initialUniformValue<T>())
+        : UniformVariable(location, detail::UniformType<T>::value),
+          value(std::move(initial)) {}
 };
-
-// Not inline, so that a DLL exports them with the instantiations below.
-
-template <class T>
-Uniform<T>::Uniform(const char* uniformName, const T& initial)
-    : UniformVariable(uniformName, detail::UniformType<T>::value),
-      value(initial) {}
-
-template <class T>
-Uniform<T>::Uniform(const char* uniformName, T&& initial)
-    : UniformVariable(uniformName, detail::UniformType<T>::value),
-      value(std::move(initial)) {}
-
-template <class T>
-Uniform<T>::Uniform(int location, T initial)
-    : UniformVariable(location, detail::UniformType<T>::value),
-      value(std::move(initial)) {}
 
 /// A handle of a sampler: the texture unit that the program gave it, and the texture last set.
 template <>
