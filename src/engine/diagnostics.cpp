@@ -4,8 +4,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iostream>
 #include <memory>
+#include <new>
+#include <string_view>
 
 #include <vellis/gl.hpp>
 
@@ -23,23 +24,34 @@ std::unique_ptr<char[]> formatted(const char* format, va_list arguments) {
     return message;
 }
 
-/// The lines that assertions and warnings share; the last one only where \p format is not null.
-void report(const char* kind, const char* condition, const char* file, int line, const char* format,
-            va_list arguments) {
-    std::cerr << kind << " -- " << std::endl
-              << "  Condition: " << printable(condition) << std::endl
-              << "  File(Line): " << printable(file) << " (" << line << ")" << std::endl;
-    if (format != nullptr)
-        std::cerr << "Message: " << formatted(format, arguments).get() << std::endl;
+/// The place of what is reported.
+void reportPlace(const char* file, int line) {
+    writeToStream({"  File(Line): ", printable(file), " (", Decimal(line), ")"});
+}
+
+/// The lines that assertions and warnings share, but for the last.
+void report(std::string_view kind, const char* condition, const char* file, int line) {
+    writeToStream({kind, " -- "});
+    writeToStream({"  Condition: ", printable(condition)});
+    reportPlace(file, line);
+}
+
+void reportMessage(std::string_view message) {
+    writeToStream({"Message: ", message});
+}
+
+/// The last line of an assertion: a shorter one where there is no memory for the message.
+void reportLastMessage(const char* format, va_list arguments) {
+    try {
+        reportMessage(formatted(format, arguments).get());
+    } catch (const std::bad_alloc&) {
+        char message[256] = {};
+        std::vsnprintf(message, sizeof(message), format, arguments);
+        reportMessage(message);
+    }
 }
 
 } // namespace
-
-void printLine(const char* title, const char* message) {
-    if (title != nullptr)
-        std::fprintf(stderr, "%s: ", title);
-    std::fprintf(stderr, "%s\n", message);
-}
 
 void log(const char* title, const char* format, ...) {
     va_list arguments;
@@ -53,28 +65,33 @@ void log(const char* file, int line, const char* title, const char* format, ...)
     va_start(arguments, format);
     const auto message = formatted(printable(format), arguments);
     va_end(arguments);
-    std::fprintf(stderr, "%s [%s Ln %i]: %s\n", printable(title), printable(file), line,
-                 message.get());
+    writeToFile(
+        {printable(title), " [", printable(file), " Ln ", Decimal(line), "]: ", message.get()});
 }
 
 void assertion_fail(const char* condition, const char* file, int line, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    report("Assertion", condition, file, line, format, arguments);
+    report("Assertion", condition, file, line);
+    if (format != nullptr)
+        reportLastMessage(format, arguments);
     va_end(arguments);
     std::abort();
 }
 
 void warning_fail(const char* condition, const char* file, int line, const char* format, ...) {
+    report("Warning", condition, file, line);
+    if (format == nullptr)
+        return;
     va_list arguments;
     va_start(arguments, format);
-    report("Warning", condition, file, line, format, arguments);
+    reportMessage(formatted(format, arguments).get());
     va_end(arguments);
 }
 
 void not_implemented(const char* what, const char* file, int line) {
-    std::cerr << "Error: " << printable(what) << " is not implemented!" << std::endl
-              << "  File(Line): " << printable(file) << " (" << line << ")" << std::endl;
+    writeToStream({"Error: ", printable(what), " is not implemented!"});
+    reportPlace(file, line);
 }
 
 void not_tested(const char* what, const char* file, int line) {

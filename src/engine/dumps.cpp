@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -45,8 +44,8 @@ std::string formatted(std::string_view format) {
 }
 
 /// Prints a text that may be of any length, and that nobody wrote as a format, as one.
-void logText(const char* title, const char* text) {
-    printLine(title, formatted(text).c_str());
+void logText(const char* title, std::string_view text) {
+    printLine(title, formatted(text));
 }
 
 /// Where the log of a shader or a program comes from.
@@ -63,7 +62,7 @@ void printInfoLog(unsigned int name, const InfoLogQuery& query) {
         return;
     std::string text = textBuffer(length);
     query.getInfoLog(name, length, nullptr, text.data());
-    logText(query.title, text.c_str());
+    logText(query.title, text.c_str()); // up to the first zero
 }
 
 struct TypeName {
@@ -161,13 +160,13 @@ void print_gl_caps() {
 
 void print_shader(const char* source) {
     log(logTitle, "Shader Source Code");
-    std::istringstream lines(printable(source));
-    lines.exceptions(std::ios_base::badbit); // running out of memory is not the end of the text
-    std::string line;
-    for (int number = 1; std::getline(lines, line); ++number) {
+    std::string_view rest = printable(source);
+    for (int number = 1; !rest.empty(); ++number) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
         char title[16];
         std::snprintf(title, sizeof(title), "%4d", number);
-        logText(title, line.c_str());
+        logText(title, rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
 }
 

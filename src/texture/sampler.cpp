@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iostream>
 #include <iterator>
+#include <string_view>
 
 #include <vellis/gl.hpp>
+
+#include "engine/log.hpp"
 
 namespace vellis {
 namespace {
@@ -20,7 +22,7 @@ constexpr unsigned int mipmapFilters[][2] = {
 constexpr unsigned int wraps[] = {GL_CLAMP_TO_EDGE, GL_REPEAT, GL_MIRRORED_REPEAT};
 
 /// The words of print(): for a value, and from the first property on for a property.
-constexpr const char* words[] = {
+constexpr std::string_view words[] = {
     "NEAREST", "LINEAR", "MIN_FILTER", "MAG_FILTER", "MIPMAP_MIN_FILTER", "WRAP_S", "WRAP_T",
 };
 constexpr std::size_t firstPropertyWord = 2;
@@ -61,11 +63,9 @@ void Sampler::print() const {
         const unsigned int value = values_[i];
         if (value == unset)
             continue;
-        std::cerr << words[firstPropertyWord + i] << " = ";
-        if (value < std::size(words))
-            std::cerr << words[value] << std::endl;
-        else
-            std::cerr << value << std::endl;
+        const internal::Decimal number(value);
+        const std::string_view word = value < std::size(words) ? words[value] : number;
+        internal::writeToStream({words[firstPropertyWord + i], " = ", word});
     }
 }
 

@@ -1,14 +1,17 @@
 /// What objects hold after an operation on them ran out of memory.
 
 #include <new>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <vellis/internal.hpp>
 #include <vellis/shading.hpp>
+#include <vellis/texture/sampler.hpp>
 
 #include "faults/failing_allocations.hpp"
 #include "faults/linked_again.hpp"
+#include "support/aborted.hpp"
 #include "support/allocation_count.hpp"
 #include "support/fake_gl.hpp"
 #include "support/stderr_capture.hpp"
@@ -75,6 +78,27 @@ TEST_F(AllocationEffects, DiffTellsAChangeAfterItCouldNot) {
     EXPECT_GT(failUntilItSucceeds(internal::diff_gl_states, [&] { EXPECT_EQ(capture.take(), ""); }),
               0u);
     EXPECT_EQ(capture.take(), "Corvane DIFF : ACTIVE_TEXTURE = GL_TEXTURE0 -> GL_TEXTURE1\n");
+}
+
+[[noreturn]] void assertWithoutMemory() {
+    constexpr char text[] = "no memory for this";
+    const FailingAllocations failing(1, FailingAllocations::Extent::AndAfter);
+    internal::assertion_fail("condition", "file", 7, "%s", text);
+}
+
+TEST_F(AllocationEffects, AssertionEndsTheProcessAndSaysWhatItCan) {
+    EXPECT_EXIT(assertWithoutMemory(), test::aborted,
+                "^Assertion -- \n  Condition: condition\n  File\\(Line\\): file \\(7\\)\n"
+                "Message: no memory for this\n$");
+}
+
+TEST_F(AllocationEffects, ReportsAreWrittenWithoutMemory) {
+    EXPECT_EQ(test::stderrOf([] {
+                  const FailingAllocations failing(1, FailingAllocations::Extent::AndAfter);
+                  internal::not_implemented("what", "file", 7);
+                  Sampler({{Sampler::WRAP_S, Sampler::REPEAT}}).print();
+              }),
+              "Error: what is not implemented!\n  File(Line): file (7)\nWRAP_S = LINEAR\n");
 }
 
 } // namespace

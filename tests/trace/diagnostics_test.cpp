@@ -8,22 +8,17 @@
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
 
+#include "support/aborted.hpp"
 #include "support/fake_gl.hpp"
 #include "support/stderr_capture.hpp"
 
 namespace {
 
+using vellis::test::aborted;
 using vellis::test::FakeGl;
 using vellis::test::stderrOf;
 
 using namespace vellis::internal;
-
-/// How a program ends that calls std::abort.
-#ifdef _WIN32
-const testing::ExitedWithCode aborted(3);
-#else
-const testing::KilledBySignal aborted(SIGABRT);
-#endif
 
 TEST(Log, TitleStandsBeforeTheMessage) {
     EXPECT_EQ(stderrOf([] { log("Corvane", "abc"); }), "Corvane: abc\n");

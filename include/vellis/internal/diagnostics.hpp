@@ -20,18 +20,26 @@
 ///     vellis::internal::log(__FILE__, __LINE__, "upload", "%s after %d rows", error, rows);
 /// \endcode
 ///
-/// Nothing here throws, but for a failing allocation of a message's memory, and only assertion_fail
-/// ends the process. The output is unbuffered, so lines appear in the order of the calls. A null
+/// Nothing here throws, but for a failing allocation of a message's memory where that is said, and
+/// only assertion_fail ends the process. The output is unbuffered, so lines appear in the order of
+/// the calls. What asks GL nothing may come from any thread: each line is written at once. A null
 /// text prints as `(null)`, unless stated otherwise.
+///
+/// log and not_tested write to C's `stderr`, the others to the buffer of `std::cerr`: one that a
+/// program has put there gets their text. Nothing else that a program does to `std::cerr` (number
+/// base, width, locale, error bits, exceptions), nor a global locale, changes the text, and the
+/// stream stays as it is. A buffer that throws is not heard of.
 ///
 /// A printf-style message has room for the length of its *format* and 255 characters; what goes
 /// beyond is cut. So a short format with a long argument is cut: put long texts in pieces.
 namespace vellis::internal {
 
 /// Prints `title: message` and a line end. A null \p title prints the message alone.
+/// \throws std::bad_alloc where there is no memory for the message.
 VELLIS_EXPORT void log(const char* title, const char* format, ...) VELLIS_PRINTF_FORMAT(2, 3);
 
 /// Prints `title [file Ln line]: message` and a line end.
+/// \throws std::bad_alloc where there is no memory for the message.
 VELLIS_EXPORT void log(const char* file, int line, const char* title, const char* format, ...)
     VELLIS_PRINTF_FORMAT(4, 5);
 
@@ -42,11 +50,14 @@ VELLIS_EXPORT void log(const char* file, int line, const char* title, const char
 ///   File(Line): file (line)
 /// Message: message
 /// \endverbatim
-/// and leaves the last line out where \p format is null.
+/// and leaves the last line out where \p format is null. The process ends in any case: where there
+/// is no memory for the message, its first 255 characters are printed.
 [[noreturn]] VELLIS_EXPORT void assertion_fail(const char* condition, const char* file, int line,
                                                const char* format, ...) VELLIS_PRINTF_FORMAT(4, 5);
 
 /// Prints what assertion_fail prints, with `Warning -- ` as its first line, and returns.
+/// \throws std::bad_alloc where there is no memory for the message; the lines before it are
+/// printed.
 VELLIS_EXPORT void warning_fail(const char* condition, const char* file, int line,
                                 const char* format, ...) VELLIS_PRINTF_FORMAT(4, 5);
 
@@ -54,6 +65,7 @@ VELLIS_EXPORT void warning_fail(const char* condition, const char* file, int lin
 VELLIS_EXPORT void not_implemented(const char* what, const char* file, int line);
 
 /// Prints `ERROR: what [File(Line): file(line)] is not tested`.
+/// \throws std::bad_alloc where there is no memory for the message.
 VELLIS_EXPORT void not_tested(const char* what, const char* file, int line);
 
 /// Takes one error from GL's queue with one `glGetError`; further queued errors stay.

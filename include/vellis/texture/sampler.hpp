@@ -66,7 +66,8 @@ public:
     /// The value of a parameter, or `unset`.
     unsigned int get(Property property) const;
 
-    /// Writes one line for each parameter that is set to standard error: `MIN_FILTER = LINEAR`.
+    /// Writes one line for each parameter that is set to standard error: `MIN_FILTER = LINEAR`. It
+    /// goes to the buffer of `std::cerr`, whose format and state neither matter nor change.
     ///
     /// The words for the values are those of the filters and, from 2 on, the names of the
     /// properties: a wrap mode prints as `NEAREST` for `CLAMP`, `LINEAR` for `REPEAT` and
