@@ -492,6 +492,14 @@ TEST_F(DumpsTrace, UniformTypeFindsByName) {
     EXPECT_GL_CALLS(gl);
 }
 
+TEST_F(DumpsTrace, UniformTypeIsThatOfTheFirstThatAnswers) {
+    gl.setActiveUniforms({{"lights[0]", GL_FLOAT_VEC3, 4}, {"lightsOn", GL_BOOL, 1}});
+    EXPECT_EQ(uniform_type(program, "lightsOn"), static_cast<unsigned int>(GL_FLOAT_VEC3));
+    gl.setActiveUniforms({{"lightsOn", GL_BOOL, 1}, {"lights[0]", GL_FLOAT_VEC3, 4}});
+    EXPECT_EQ(uniform_type(program, "lightsOn"), static_cast<unsigned int>(GL_BOOL));
+    gl.forget();
+}
+
 TEST_F(DumpsTrace, UniformTypeFindsArraysByTheStartOfTheName) {
     gl.setActiveUniforms({{"lights[0]", GL_FLOAT_VEC3, 4},
                           {"fog.colors", GL_FLOAT_VEC4, 2},

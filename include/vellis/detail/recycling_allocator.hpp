@@ -20,8 +20,9 @@ inline constexpr bool recyclesMemory = true;
 #endif
 
 /// An allocator for `std::allocate_shared` that keeps the memory of one released object for the
-/// next of its type: drawables and their bindings come and go with each picture. It takes no lock,
-/// as nothing in the library does. What it keeps is each shared library's own.
+/// next of its type: drawables and their bindings come and go with each picture. It takes no lock:
+/// all calls belong on one thread, and so does the end of every drawable. What it keeps is each
+/// shared library's own.
 template <class T>
 class VELLIS_NO_EXPORT RecyclingAllocator {
 public:

@@ -86,9 +86,12 @@ VELLIS_EXPORT void print_program_uniforms(unsigned int program);
 /// program; then GL's queue has an error, but for the null name, which makes no GL call.
 VELLIS_EXPORT unsigned int attrib_type(unsigned int program, const char* name);
 
-/// The GL type of the active uniform \p name. An array is found under every name that begins with
-/// its own up to the bracket (`colors[0]` under `colors`, `colors[2]` and `colorsOfWinter`), so ask
-/// for names that the program has. 0 for an unknown or null name and for a name that is no program.
+/// The GL type of the first active uniform, in GL's order, that answers to \p name. A single one
+/// answers to its whole name alone. An array, which has more than one element, answers to every
+/// name that begins with its own up to the first bracket, or, where it has none, up to the first
+/// dot: `colors[0]` to `colors`, `colors[2]` and `colorsOfWinter`, also where the program has
+/// another uniform of that name further down. 0 where none answers, for a null name, and for a name
+/// that is no program.
 VELLIS_EXPORT unsigned int uniform_type(unsigned int program, const char* name);
 /// @}
 
