@@ -150,6 +150,14 @@ private:
     }
 };
 
+void addMeddler(World& world, Bytes& bytes) {
+    world.meddlingBuffers.add(bytes);
+}
+
+void removeMeddler(World& world, Bytes& bytes) {
+    world.meddlingBuffers.removeOne(bytes);
+}
+
 void makePixelBuffer(World& world, Bytes& bytes) {
     auto& place = pick(world.pixels, bytes);
     const auto flow = bytes.enumerator<PixelBuffer::DataFlow>(2);
@@ -210,6 +218,9 @@ std::vector<Operation> bufferOperations() {
     table.push_back({"PixelBuffer: make", makePixelBuffer, {bindings, {}}});
     table.push_back({"PixelBuffer: load", loadPixelBuffer, {bindings, {}}});
     addCommon<&World::pixels>(table, bindings);
+    const GLenum arrayBuffer = GL_ARRAY_BUFFER_BINDING;
+    table.push_back({"BufferObjectManager: add a meddler", addMeddler, {{arrayBuffer}, {}}});
+    table.push_back({"BufferObjectManager: remove a meddler", removeMeddler, {{arrayBuffer}, {}}});
     return table;
 }
 

@@ -264,6 +264,14 @@ void remove(World& world, Bytes& bytes) {
     ProgramManager::instance().remove(pick(world.programs, bytes).object.get());
 }
 
+void addMeddler(World& world, Bytes& bytes) {
+    world.meddlingPrograms.add(bytes);
+}
+
+void removeMeddler(World& world, Bytes& bytes) {
+    world.meddlingPrograms.removeOne(bytes);
+}
+
 void getBuiltIn(World& world, Bytes& bytes) {
     const auto builtIn = bytes.enumerator<ProgramManager::BuiltIn>(6);
     const bool isOne = static_cast<unsigned int>(builtIn) < 6;
@@ -310,6 +318,8 @@ std::vector<Operation> shadingOperations() {
         {"VertexAttributesBinding: release", releaseBinding, {{vertexArray}, {}}},
         {"ProgramManager: add", add, {}},
         {"ProgramManager: remove", remove, {{program, vertexArray}, {}}},
+        {"ProgramManager: add a meddler", addMeddler, {}},
+        {"ProgramManager: remove a meddler", removeMeddler, {}},
         {"ProgramManager: get", getBuiltIn, {{program}, {}}},
         {"Program: current", useCurrent, {{program}, {}}},
     };

@@ -11,6 +11,7 @@
 #include <vellis/vellis.hpp>
 
 #include "fuzz/machine/bytes.hpp"
+#include "fuzz/machine/meddlers.hpp"
 
 namespace vellis::test {
 
@@ -57,6 +58,8 @@ struct World {
     std::array<std::shared_ptr<MultiSampleRenderbuffer<Texel>>, 1> samples;
     std::array<std::shared_ptr<MultiSampleRenderbuffer<depth24_stencil8>>, 1> depthSamples;
     std::array<Target, 2> framebuffers;
+    Meddlers<Buffers> meddlingBuffers;
+    Meddlers<Programs> meddlingPrograms;
 
     /// The names that copies have deleted before their owners do: `buffer 7`.
     std::set<std::string> copiedNames;
