@@ -23,8 +23,10 @@ public:
     Driver() : programs_(ProgramManager::instance()), buffer_(Toolbox::getVertexBuffer()) {}
 
     std::string end(const std::set<std::string>&) override {
-        ProgramManager::instance() = programs_;
-        BufferObjectManager::dispose();
+        for (int i = 0; i < test::mostGenerations; ++i) {
+            ProgramManager::instance() = programs_;
+            BufferObjectManager::dispose();
+        }
         BufferObjectManager::instance().add(buffer_);
         Framebuffer::bind(0);
         return "";

@@ -204,8 +204,10 @@ void FakeSurroundings::afterOperation() {
 std::string FakeSurroundings::end(const std::set<std::string>& copiedNames) {
     afterOperation();
     gl_.setRecording(true);
-    ProgramManager::instance() = kept_->programs;
-    BufferObjectManager::instance() = kept_->buffers;
+    for (int i = 0; i < mostGenerations; ++i) {
+        ProgramManager::instance() = kept_->programs;
+        BufferObjectManager::instance() = kept_->buffers;
+    }
     setMissing(0);
     resetGl();
     std::string problem = strayNames("left: ", gl_.liveNames(), names_);

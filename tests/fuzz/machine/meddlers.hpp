@@ -2,13 +2,15 @@
 
 #include <memory>
 #include <new>
-#include <utility>
 #include <vector>
 
 #include "fuzz/machine/bytes.hpp"
 #include "support/ending_objects.hpp"
 
 namespace vellis::test {
+
+/// How often a registry must be emptied before the last meddler has ended.
+constexpr int mostGenerations = 4;
 
 /// Registered objects that meddle with their registry as they end: each removes others, and adds
 /// some of its kind, for a few generations.
@@ -18,18 +20,12 @@ template <class Kind>
 class Meddlers {
 public:
     /// Registers one, with as many generations after it as the bytes say.
-    void add(Bytes& bytes) { add(keys_, bytes.below(4)); }
+    void add(Bytes& bytes) { add(keys_, bytes.below(mostGenerations)); }
 
     /// Removes one, which removes and adds others.
     void removeOne(Bytes& bytes) {
         if (!keys_->empty())
             Kind::Registry::instance().remove((*keys_)[bytes.next() % keys_->size()]);
-    }
-
-    /// Removes all, whatever they add meanwhile.
-    void removeAll() {
-        while (!keys_->empty())
-            removeEach(std::exchange(*keys_, {}));
     }
 
 private:

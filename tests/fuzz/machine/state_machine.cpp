@@ -123,8 +123,6 @@ std::string runStateMachine(Bytes bytes, Surroundings& surroundings, std::size_t
     std::string problem = world->problem;
     const std::set<std::string> copiedNames = world->copiedNames;
     surroundings.beforeOperation(none);
-    world->meddlingBuffers.removeAll();
-    world->meddlingPrograms.removeAll();
     world.reset();
     const std::string left = surroundings.end(copiedNames);
     if (problem.empty())
