@@ -10,6 +10,7 @@
 #include <vellis/internal/diagnostics.hpp>
 
 #include "engine/log.hpp"
+#include "shading/info_log.hpp"
 #include "state/state_values.hpp"
 
 namespace vellis::internal {
@@ -48,21 +49,9 @@ void logText(const char* title, std::string_view text) {
     printLine(title, formatted(text));
 }
 
-/// Where the log of a shader or a program comes from.
-struct InfoLogQuery {
-    const char* title;
-    PFNGLGETSHADERIVPROC getInteger;
-    PFNGLGETSHADERINFOLOGPROC getInfoLog;
-};
-
-void printInfoLog(unsigned int name, const InfoLogQuery& query) {
-    int length = 0;
-    query.getInteger(name, GL_INFO_LOG_LENGTH, &length);
-    if (length <= 0)
-        return;
-    std::string text = textBuffer(length);
-    query.getInfoLog(name, length, nullptr, text.data());
-    logText(query.title, text.c_str()); // up to the first zero
+void printInfoLog(const char* title, const std::string& infoLog) {
+    if (!infoLog.empty())
+        logText(title, infoLog.c_str()); // up to the first zero
 }
 
 struct TypeName {
@@ -200,11 +189,11 @@ void print_fragment_shader(unsigned int program) {
 }
 
 void print_shader_compilation_info(unsigned int shader) {
-    printInfoLog(shader, {"Shader Compilation", glGetShaderiv, glGetShaderInfoLog});
+    printInfoLog("Shader Compilation", shaderInfoLog(shader));
 }
 
 void print_program_link_info(unsigned int program) {
-    printInfoLog(program, {"Program Linkage", glGetProgramiv, glGetProgramInfoLog});
+    printInfoLog("Program Linkage", programInfoLog(program));
 }
 
 void print_program_attributes(unsigned int program) {

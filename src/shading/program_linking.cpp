@@ -9,6 +9,7 @@
 #include <vellis/detail/use.hpp>
 #include <vellis/gl.hpp>
 
+#include "shading/info_log.hpp"
 #include "shading/program_variables.hpp"
 #include "shading/uniform_factory.hpp"
 
@@ -96,6 +97,10 @@ bool Program::hasLinkError() const {
     int status = GL_FALSE;
     glGetProgramiv(id_, GL_LINK_STATUS, &status);
     return status != GL_TRUE;
+}
+
+std::string Program::linkLog() const {
+    return programInfoLog(id_).c_str(); // up to its NUL
 }
 
 void Program::link() {

@@ -5,6 +5,8 @@
 
 #include <vellis/gl.hpp>
 
+#include "shading/info_log.hpp"
+
 namespace vellis {
 namespace {
 
@@ -61,6 +63,10 @@ bool Shader::hasCompilationError() const {
     int status = GL_FALSE;
     glGetShaderiv(id_, GL_COMPILE_STATUS, &status);
     return status != GL_TRUE;
+}
+
+std::string Shader::compilationLog() const {
+    return shaderInfoLog(id_).c_str(); // up to its NUL
 }
 
 void Shader::compile(const char* source) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <glm/gtc/type_precision.hpp>
 
@@ -34,5 +35,6 @@ extern const std::shared_ptr<vellis::VertexAttributeBuffer<glm::u8vec4>> colors;
 extern const std::shared_ptr<vellis::VertexAttributesBinding> binding;
 
 void drawOverlay();
+void showError(const std::string& text);
 
 } // namespace given

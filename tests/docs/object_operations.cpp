@@ -125,6 +125,9 @@ void useProgram(UseRecorder& use) {
     const auto program = makeProgram(use.gl);
     const Texture2D<glm::vec4> texture;
     use("hasLinkError", [&] { program->hasLinkError(); });
+    use.gl.setLinkLog("log");
+    use("linkLog", [&] { program->linkLog(); });
+    use.gl.setLinkLog("");
     use("bind", [&] { program->bind(); });
     useUniforms(use, *program, texture);
     use("unbind", [&] { program->unbind(); });
@@ -175,6 +178,9 @@ void useShading(UseRecorder& use) {
     use("make", [] { return FragmentShader::make("", Shader::Version::V210); });
     auto shader = FragmentShader::make("");
     use("hasCompilationError", [&] { shader->hasCompilationError(); });
+    use.gl.setCompileLog("log");
+    use("compilationLog", [&] { shader->compilationLog(); });
+    use.gl.setCompileLog("");
     use("destruction", [&] { shader.reset(); });
     useProgram(use);
     use.of("ProgramManager");

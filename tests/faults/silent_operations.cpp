@@ -46,6 +46,11 @@ void useMessages(UseRecorder& use) {
     use.gl.setCompileLog("0:1(1): error: syntax error");
     use.gl.setLinkLog("error: the vertex shader did not compile");
     const auto program = Program::make("", "");
+    use.of("Shader");
+    const auto shader = VertexShader::make("");
+    use("compilationLog", [&] { return shader->compilationLog(); });
+    use.of("Program");
+    use("linkLog", [&] { return program->linkLog(); });
     use.of("internal");
     use("log", [] { internal::log("title", "%d", 1); });
     use("log (with a file)", [] { internal::log("file", 1, "title", "%d", 1); });

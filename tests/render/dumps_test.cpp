@@ -137,6 +137,26 @@ TEST_F(DumpsRender, LogsOfFailuresArePrinted) {
     expectError(); // the program is of no use
 }
 
+TEST_F(DumpsRender, LogsAreWhatTheShaderAndTheProgramGive) {
+    EXPECT_EQ(vertex->compilationLog(), "");
+    EXPECT_EQ(program->linkLog(), "");
+
+    const auto broken = FragmentShader::make("void main() { nonsense; }");
+    EXPECT_NE(broken->compilationLog().find("nonsense"), std::string::npos);
+    EXPECT_EQ("Shader Compilation: " + broken->compilationLog() + "\n",
+              stderrOf([&] { print_shader_compilation_info(broken->id()); }));
+
+    const auto unlinked = Program::make(vertex, broken);
+    expectError(); // the program is of no use
+    EXPECT_NE(unlinked->linkLog(), "");
+    EXPECT_EQ("Program Linkage: " + unlinked->linkLog() + "\n",
+              stderrOf([&] { print_program_link_info(unlinked->id()); }));
+
+    unlinked->dispose();
+    EXPECT_EQ(unlinked->linkLog(), "");
+    expectError(); // for the name 0
+}
+
 TEST_F(DumpsRender, AttributesArePrinted) {
     EXPECT_EQ(stderrOf([&] { print_program_attributes(program->id()); }),
               "Corvane: Attrib: loc = 0, name = pos, type = GL_FLOAT_VEC3\n");

@@ -160,6 +160,25 @@ TEST_F(ProgramTrace, LinkStatusIsAskedOnlyWhenTheCallerAsks) {
     gl.forget();
 }
 
+TEST_F(ProgramTrace, LinkLogIsAskedFromGl) {
+    gl.setLinkLog("warning: %d varyings\n");
+    EXPECT_EQ(program->linkLog(), "warning: %d varyings\n");
+    EXPECT_GL_CALLS(gl, "glGetProgramiv(3, GL_INFO_LOG_LENGTH, out)",
+                    "glGetProgramInfoLog(3, 22, null, out)");
+    gl.failToLink("error: no main");
+    EXPECT_EQ(program->linkLog(), "error: no main");
+    gl.forget();
+}
+
+TEST_F(ProgramTrace, LinkLogIsEmptyWhereGlHasNoneAndOfNoProgram) {
+    EXPECT_EQ(program->linkLog(), "");
+    EXPECT_GL_CALLS(gl, "glGetProgramiv(3, GL_INFO_LOG_LENGTH, out)");
+    program->dispose();
+    gl.setLinkLog("a log of some other program");
+    EXPECT_EQ(program->linkLog(), "");
+    gl.forget();
+}
+
 TEST_F(ProgramTrace, ProgramThatDoesNotLinkIsAnObjectLikeAnyOther) {
     gl.failToLink();
     const auto other = Program::make(vertexShader, fragmentShader);

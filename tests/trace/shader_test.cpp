@@ -122,6 +122,51 @@ TEST(ShaderTrace, StatusThatGlDoesNotTellIsAnError) {
     gl.ignoreTheRest();
 }
 
+TEST(ShaderTrace, CompilationLogIsAskedFromGl) {
+    FakeGl gl;
+    const auto shader = VertexShader::make(source);
+    gl.failToCompile("0:1: error: 100% wrong\n");
+    gl.forget();
+    EXPECT_EQ(shader->compilationLog(), "0:1: error: 100% wrong\n");
+    EXPECT_GL_CALLS(gl, "glGetShaderiv(1, GL_INFO_LOG_LENGTH, out)",
+                    "glGetShaderInfoLog(1, 24, null, out)");
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, CompilationLogIsEmptyWhereGlHasNone) {
+    FakeGl gl;
+    const auto shader = VertexShader::make(source);
+    gl.forget();
+    EXPECT_EQ(shader->compilationLog(), "");
+    EXPECT_GL_CALLS(gl, "glGetShaderiv(1, GL_INFO_LOG_LENGTH, out)");
+    for (const int length : {-1, 0}) {
+        gl.setState(GL_INFO_LOG_LENGTH, {length});
+        EXPECT_EQ(shader->compilationLog(), "");
+        EXPECT_GL_CALLS(gl, "glGetShaderiv(1, GL_INFO_LOG_LENGTH, out)");
+    }
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, CompilationLogHasNoMoreThanGlWrites) {
+    FakeGl gl;
+    const auto shader = VertexShader::make(source);
+    gl.setState(GL_INFO_LOG_LENGTH, {100});
+    EXPECT_EQ(shader->compilationLog().size(), 0u);
+    gl.setCompileLog("short");
+    EXPECT_EQ(shader->compilationLog(), "short");
+    EXPECT_EQ(shader->compilationLog().size(), 5u);
+    gl.ignoreTheRest();
+}
+
+TEST(ShaderTrace, CompilationLogOfNoShaderIsEmpty) {
+    FakeGl gl;
+    gl.failToCreate(glad_glCreateShader);
+    const auto shader = VertexShader::make(source);
+    gl.setCompileLog("a log of some other shader");
+    EXPECT_EQ(shader->compilationLog(), "");
+    gl.ignoreTheRest();
+}
+
 TEST(ShaderTrace, CopyReportsTheSameNameAndDeletesItAgain) {
     FakeGl gl;
     {

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <limits>
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -59,7 +60,7 @@ struct BeginsWithValue<First, Others...>
 /// \code
 /// auto program = vellis::Program::make(vertexSource, fragmentSource);
 /// if (program->hasLinkError())
-///     return; // glGetProgramInfoLog(program->id(), ...) says why
+///     return showError(program->linkLog());
 /// const glm::vec4 orange(1.f, 0.5f, 0.f, 1.f);
 /// program->draw(triangle, vellis::Uniform("color", orange), vellis::Uniform("image", texture));
 /// \endcode
@@ -135,6 +136,10 @@ public:
 
     /// True when `GL_LINK_STATUS` is not `GL_TRUE`.
     bool hasLinkError() const;
+
+    /// What GL has to say of the last link, as it says it: errors, warnings, or nothing. Empty also
+    /// for a name of 0, for which GL records `GL_INVALID_VALUE`.
+    std::string linkLog() const;
 
     /// The fragment outputs recorded at creation, in their order, repetitions included.
     const std::vector<unsigned int>& getOutputs() const { return outputs_; }

@@ -70,6 +70,10 @@ public:
     /// True when `GL_COMPILE_STATUS` is not `GL_TRUE`, so also for a name of 0.
     bool hasCompilationError() const;
 
+    /// What GL has to say of the last compilation, as it says it: errors, warnings, or nothing.
+    /// Empty also for a name of 0, for which GL records `GL_INVALID_VALUE`.
+    std::string compilationLog() const;
+
 protected:
     /// `glCreateShader`. \param type  `GL_VERTEX_SHADER` or `GL_FRAGMENT_SHADER`.
     explicit Shader(unsigned int type);

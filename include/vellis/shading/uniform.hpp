@@ -137,8 +137,8 @@ T initialUniformValue() {
 }
 
 /// Sends a value to a location of the program in use with the one GL call of its type:
-/// `glUniform1i`, `glUniform4fv`, `glUniformMatrix4fv` … The library has an instance for each of the
-/// 26 types of value.
+/// `glUniform1i`, `glUniform4fv`, `glUniformMatrix4fv` … The library has an instance for each of
+/// the 26 types of value.
 template <class T>
 VELLIS_DIRECT VELLIS_EXPORT void sendUniform(int location, const T& value);
 
