@@ -1,6 +1,7 @@
 #include "shading/info_log.hpp"
 
 #include <cstddef>
+#include <cstring>
 
 #include <vellis/gl.hpp>
 
@@ -28,6 +29,11 @@ std::string shaderInfoLog(unsigned int shader) {
 
 std::string programInfoLog(unsigned int program) {
     return infoLog(program, glGetProgramiv, glGetProgramInfoLog);
+}
+
+std::string upToNul(std::string log) {
+    log.resize(std::strlen(log.c_str()));
+    return log;
 }
 
 } // namespace vellis

@@ -11,4 +11,7 @@ std::string shaderInfoLog(unsigned int shader);
 /// The same of a program's linking.
 std::string programInfoLog(unsigned int program);
 
+/// A log without its NUL and what is behind that.
+std::string upToNul(std::string log);
+
 } // namespace vellis

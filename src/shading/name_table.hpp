@@ -4,41 +4,40 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace vellis {
 
-/// Shared objects by name. A search compares with the caller's text as it is: it makes no string of
-/// it.
-template <class T>
-class NameTable {
-public:
-    /// Makes room for that many objects.
-    void reserve(std::size_t count) { entries_.reserve(count); }
+/// What name tables of all types have in common, so that the library has it once.
+class NameTableBase {
+protected:
+    /// An object and how it is destroyed.
+    using Object = std::unique_ptr<void, void (*)(void*)>;
 
-    /// Adds an object, unless there is one of that name.
-    void add(std::string name, std::shared_ptr<T> object) {
+    void add(std::string_view name, Object object) {
         const Place found = place(name.data(), name.size());
         if (found.isTaken)
             return;
-        auto entry = std::make_unique<Entry>(Entry{std::move(name), std::move(object)});
+        auto entry = std::make_unique<Entry>(Entry{std::string(name), std::move(object)});
         entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(found.index),
                         std::move(entry));
     }
 
-    /// The object of that name, or null.
-    T* find(const char* name, std::size_t length) const {
+    void* find(const char* name, std::size_t length) const {
         const Place found = place(name, length);
         return found.isTaken ? entries_[found.index]->object.get() : nullptr;
     }
 
-private:
     struct Entry {
         std::string name;
-        std::shared_ptr<T> object;
+        Object object;
     };
 
+    std::vector<std::unique_ptr<Entry>> entries_; ///< in order
+
+private:
     /// Where in the order a name stands, or would stand.
     struct Place {
         std::size_t index;
@@ -88,8 +87,25 @@ private:
         std::memcpy(&second, b, sizeof(Number));
         return first == second ? 0 : first < second ? -1 : 1;
     }
+};
 
-    std::vector<std::unique_ptr<Entry>> entries_; ///< in order
+/// Objects by name. A search compares with the caller's text as it is: it makes no string of it.
+template <class T>
+class NameTable : NameTableBase {
+public:
+    /// Makes room for that many objects.
+    void reserve(std::size_t count) { entries_.reserve(count); }
+
+    /// Adds an object, unless there is one of that name.
+    void add(std::string_view name, std::unique_ptr<T> object) {
+        const auto destroy = [](void* it) { delete static_cast<T*>(it); };
+        NameTableBase::add(name, Object(object.release(), destroy));
+    }
+
+    /// The object of that name, or null.
+    T* find(const char* name, std::size_t length) const {
+        return static_cast<T*>(NameTableBase::find(name, length));
+    }
 };
 
 } // namespace vellis

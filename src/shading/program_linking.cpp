@@ -100,7 +100,7 @@ bool Program::hasLinkError() const {
 }
 
 std::string Program::linkLog() const {
-    return programInfoLog(id_).c_str(); // up to its NUL
+    return upToNul(programInfoLog(id_));
 }
 
 void Program::link() {
@@ -127,6 +127,7 @@ void Program::link(std::initializer_list<unsigned int> outputs) {
 void Program::initUniforms() {
     ActiveVariables variables(id_, GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH);
     variables_->uniforms.reserve(variables.size());
+    variables_->hasActiveUniforms = variables.size() != 0;
     unsigned int nextUnit = 0;
     for (int i = 0; i < variables.count; ++i) {
         const ActiveVariable uniform(glGetActiveUniform, id_, i, variables);
@@ -150,7 +151,7 @@ void Program::addUniform(const char* reportedName, int size, unsigned int type,
         handle = UniformFactory::makeArray(type, location, static_cast<std::size_t>(size));
     }
     if (handle != nullptr)
-        variables_->uniforms.add(std::move(name), std::move(handle));
+        variables_->uniforms.add(name, std::move(handle));
 }
 
 void Program::initAttributes() {
@@ -160,7 +161,7 @@ void Program::initAttributes() {
         const ActiveVariable attribute(glGetActiveAttrib, id_, i, variables);
         const char* const name = variables.name.data();
         const int location = glGetAttribLocation(id_, name);
-        variables_->attributes.add(name, std::shared_ptr<Attrib>(new Attrib(location)));
+        variables_->attributes.add(name, std::unique_ptr<Attrib>(new Attrib(location)));
     }
 }
 

@@ -66,7 +66,7 @@ bool Shader::hasCompilationError() const {
 }
 
 std::string Shader::compilationLog() const {
-    return shaderInfoLog(id_).c_str(); // up to its NUL
+    return upToNul(shaderInfoLog(id_));
 }
 
 void Shader::compile(const char* source) const {

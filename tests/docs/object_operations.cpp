@@ -1,7 +1,6 @@
 /// The operations of the engine, of buffers, and of shading.
 
-#include <glm/mat3x3.hpp>
-#include <glm/mat4x4.hpp>
+#include <glm/matrix.hpp>
 
 #include <vellis/buffers.hpp>
 #include <vellis/engine.hpp>
@@ -74,6 +73,16 @@ std::shared_ptr<Program> makeProgram(FakeGl& gl) {
                           {"is[0]", GL_INT, 2},
                           {"us[0]", GL_UNSIGNED_INT, 2},
                           {"fs[0]", GL_FLOAT, 2},
+                          {"b", GL_BOOL},
+                          {"m2", GL_FLOAT_MAT2},
+                          {"m2x3", GL_FLOAT_MAT2x3},
+                          {"m2x4", GL_FLOAT_MAT2x4},
+                          {"m3x2", GL_FLOAT_MAT3x2},
+                          {"m3x4", GL_FLOAT_MAT3x4},
+                          {"m4x2", GL_FLOAT_MAT4x2},
+                          {"m4x3", GL_FLOAT_MAT4x3},
+                          {"m3s[0]", GL_FLOAT_MAT3, 2},
+                          {"m4s[0]", GL_FLOAT_MAT4, 2},
                           {"image", GL_SAMPLER_2D}});
     gl.setActiveAttributes({{"position", GL_FLOAT_VEC2}});
     return Program::make("", "");
@@ -88,6 +97,28 @@ void useUnsignedUniforms(UseRecorder& use, Program& program) {
         program.setUniform("u4", glm::uvec4(1));
         program.setUniform("us", array);
     });
+}
+
+/// Uniforms for which GL is asked the first time.
+void useUniformsWithoutHandles(UseRecorder& use, Program& program) {
+    use("setUniform (without a handle, first)", [&] { program.setUniform("b", true); });
+    const std::vector<glm::mat3> threes(2);
+    const std::vector<glm::mat4> fours(2);
+    const auto setAll = [&] {
+        program.setUniform("b", true);
+        program.setUniform("m2", glm::mat2(1));
+        program.setUniform("m2x3", glm::mat2x3(1));
+        program.setUniform("m2x4", glm::mat2x4(1));
+        program.setUniform("m3x2", glm::mat3x2(1));
+        program.setUniform("m3x4", glm::mat3x4(1));
+        program.setUniform("m4x2", glm::mat4x2(1));
+        program.setUniform("m4x3", glm::mat4x3(1));
+        program.setUniform("m3s", threes);
+        program.setUniform("m4s", fours);
+        program.setUniform("fs[1]", 1.f);
+    };
+    setAll();
+    use("setUniform (without a handle)", setAll);
 }
 
 void useUniforms(UseRecorder& use, Program& program, const Texture& texture) {
@@ -116,6 +147,7 @@ void useUniforms(UseRecorder& use, Program& program, const Texture& texture) {
     useUnsignedUniforms(use, program);
     std::tie(glad_glUniform1ui, glad_glUniform1uiv, glad_glUniform2uiv, glad_glUniform3uiv,
              glad_glUniform4uiv) = saved;
+    useUniformsWithoutHandles(use, program);
     use("setUniform (a texture)", [&] { program.setUniform("image", texture); });
 }
 

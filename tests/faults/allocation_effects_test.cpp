@@ -69,6 +69,31 @@ TEST_F(AllocationEffects, HandleKeepsItsValue) {
     EXPECT_EQ(value, more);
 }
 
+TEST_F(AllocationEffects, UniformWithoutAHandleIsSentOnceItsPlaceIsRemembered) {
+    gl.setActiveUniforms({{"weights[0]", GL_FLOAT, 2, 5}});
+    const auto program = Program::make("", "");
+    gl.forget();
+    const auto wasOnlyAsked = [&] {
+        EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"weights[1]\")");
+    };
+    const auto set = [&] { program->setUniform("weights[1]", 0.5f); };
+    EXPECT_GT(failUntilItSucceeds(set, wasOnlyAsked), 0u);
+    EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"weights[1]\")", "glUniform1f(6, 0.5)");
+    EXPECT_EQ(failUntilItSucceeds(set, [] {}), 0u);
+    EXPECT_GL_CALLS(gl, "glUniform1f(6, 0.5)");
+}
+
+TEST_F(AllocationEffects, ListOfBooleansIsSentAsAWholeOrNotAtAll) {
+    gl.setActiveUniforms({{"flags[0]", GL_BOOL, 2, 5}});
+    const auto program = Program::make("", "");
+    const std::vector<bool> flags{true, false};
+    program->setUniform("flags", flags);
+    gl.forget();
+    const auto wasNotSent = [&] { EXPECT_GL_CALLS(gl); };
+    EXPECT_EQ(failUntilItSucceeds([&] { program->setUniform("flags", flags); }, wasNotSent), 1u);
+    EXPECT_GL_CALLS(gl, "glUniform1iv(5, 2, {1, 0})");
+}
+
 TEST_F(AllocationEffects, DiffTellsAChangeAfterItCouldNot) {
     gl.setState(GL_ACTIVE_TEXTURE, {GL_TEXTURE0});
     test::StderrCapture capture;

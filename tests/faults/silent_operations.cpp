@@ -26,7 +26,8 @@ void useRegistries(UseRecorder& use) {
 }
 
 void usePrograms(UseRecorder& use) {
-    use.gl.setActiveUniforms({{"fs[0]", GL_FLOAT, 4}, {"color", GL_FLOAT_VEC4}});
+    use.gl.setActiveUniforms(
+        {{"fs[0]", GL_FLOAT, 4}, {"color", GL_FLOAT_VEC4}, {"flags[0]", GL_BOOL, 8}});
     LinkedAgain program;
     program.link({0, 1, 2}); // makes room for outputs, which the program keeps
     use.of("Program");
@@ -37,6 +38,9 @@ void usePrograms(UseRecorder& use) {
     const std::vector<float> more(8);
     use("setUniform (an array of more elements)", [&] { program.setUniform("fs", more); });
     use("setUniform (a handle)", [&] { program.setUniform(handle); });
+    const std::vector<bool> flags(8);
+    program.setUniform("flags", flags);
+    use("setUniform (a list of booleans)", [&] { program.setUniform("flags", flags); });
     use.of("Uniform");
     use("copy (of an array)", [&] { return Uniform<std::vector<float>>(handle); });
 }

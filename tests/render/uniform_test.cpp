@@ -12,6 +12,7 @@
 
 #include <glm/gtc/matrix_transform.hpp>
 #include <glm/gtc/type_ptr.hpp>
+#include <glm/matrix.hpp>
 #include <gtest/gtest.h>
 #include <vellis/drawing/primitives.hpp>
 #include <vellis/gl.hpp>
@@ -23,11 +24,21 @@ namespace {
 
 using namespace vellis;
 
+using glm::bvec2;
+using glm::bvec3;
+using glm::bvec4;
 using glm::ivec2;
 using glm::ivec3;
 using glm::ivec4;
+using glm::mat2;
+using glm::mat2x3;
+using glm::mat2x4;
 using glm::mat3;
+using glm::mat3x2;
+using glm::mat3x4;
 using glm::mat4;
+using glm::mat4x2;
+using glm::mat4x3;
 using glm::uvec2;
 using glm::uvec3;
 using glm::uvec4;
@@ -100,6 +111,36 @@ const auto unsignedRows = std::make_tuple(
 static_assert(std::tuple_size_v<decltype(valueRows)> + std::tuple_size_v<decltype(unsignedRows)> ==
               26);
 
+/// The same for the types that have no handles.
+const auto unkeptRows = std::make_tuple(
+    ValueRow<bool>{"bool", "", true}, ValueRow<bvec2>{"bvec2", ".x", {true, false}},
+    ValueRow<bvec3>{"bvec3", ".x", {false, true, true}},
+    ValueRow<bvec4>{"bvec4", ".x", {false, true, true, false}},
+    ValueRow<mat2>{"mat2", "[0].x", {1.f, 2.f, 3.f, 4.f}},
+    ValueRow<mat2x3>{"mat2x3", "[0].x", {1.f, 2.f, 3.f, 4.f, 5.f, 6.f}},
+    ValueRow<mat2x4>{"mat2x4", "[0].x", {1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f}},
+    ValueRow<mat3x2>{"mat3x2", "[0].x", {1.f, 2.f, 3.f, 4.f, 5.f, 6.f}},
+    ValueRow<mat3x4>{
+        "mat3x4", "[0].x", {1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f, 9.f, 10.f, 11.f, 12.f}},
+    ValueRow<mat4x2>{"mat4x2", "[0].x", {1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f}},
+    ValueRow<mat4x3>{
+        "mat4x3", "[0].x", {1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f, 9.f, 10.f, 11.f, 12.f}},
+    ValueRow<List<bool>>{"bool", "", {true, false, true}},
+    ValueRow<List<bvec2>>{"bvec2", ".x", {{true, false}, {false, true}}},
+    ValueRow<List<bvec3>>{"bvec3", ".x", {{true, false, true}, {false, true, false}}},
+    ValueRow<List<bvec4>>{"bvec4", ".x", {{true, false, true, true}, {false, true, false, true}}},
+    ValueRow<List<mat2>>{"mat2", "[0].x", {{1.f, 2.f, 3.f, 4.f}, {5.f, 6.f, 7.f, 8.f}}},
+    ValueRow<List<mat3>>{"mat3", "[0].x", {mat3(2.f), mat3(3.f)}},
+    ValueRow<List<mat4>>{"mat4", "[0].x", {mat4(2.f), mat4(3.f)}},
+    ValueRow<List<mat2x3>>{
+        "mat2x3", "[0].x", {{1.f, 2.f, 3.f, 4.f, 5.f, 6.f}, {6.f, 5.f, 4.f, 3.f, 2.f, 1.f}}},
+    ValueRow<List<mat2x4>>{"mat2x4", "[0].x", {mat2x4(2.f), mat2x4(3.f)}},
+    ValueRow<List<mat3x2>>{
+        "mat3x2", "[0].x", {{1.f, 2.f, 3.f, 4.f, 5.f, 6.f}, {6.f, 5.f, 4.f, 3.f, 2.f, 1.f}}},
+    ValueRow<List<mat3x4>>{"mat3x4", "[0].x", {mat3x4(2.f), mat3x4(3.f)}},
+    ValueRow<List<mat4x2>>{"mat4x2", "[0].x", {mat4x2(2.f), mat4x2(3.f)}},
+    ValueRow<List<mat4x3>>{"mat4x3", "[0].x", {mat4x3(2.f), mat4x3(3.f)}});
+
 /// Calls \p action with every row of a table.
 template <class Rows, class Action>
 void forEachRow(const Rows& rows, Action action) {
@@ -145,6 +186,15 @@ T uniformIn(const Program& program, const std::string& name, const T&) {
     else
         read(program.id(), location, glm::value_ptr(value));
     return value;
+}
+/// GL gives booleans as integers.
+bool uniformIn(const Program& program, const std::string& name, bool) {
+    return uniformIn(program, name, 0) != 0;
+}
+template <glm::length_t N>
+glm::vec<N, bool> uniformIn(const Program& program, const std::string& name,
+                            const glm::vec<N, bool>&) {
+    return glm::vec<N, bool>(uniformIn(program, name, glm::vec<N, int>()));
 }
 template <class T>
 List<T> uniformIn(const Program& program, const std::string& name, const List<T>& values) {
@@ -267,6 +317,82 @@ TEST_F(UniformRender, UnsignedValuesReachGl) {
     if (GLAD_GL_VERSION_3_0 == 0)
         GTEST_SKIP() << "the context lacks OpenGL 3.0, whose entry points read the values back";
     expectEachRowToReachGl(unsignedRows, "130");
+}
+
+TEST_F(UniformRender, ValuesOfTypesWithoutHandlesReachGl) {
+    forEachRow(unkeptRows, [](const auto& row) {
+        SCOPED_TRACE(row.glslType);
+        const std::shared_ptr<Program> program = make(fragmentSource(row));
+        EXPECT_FALSE(program->hasUniform("u"));
+        EXPECT_EQ(program->getUniformLoc("u"), 0xFFFFFFFF);
+        program->bind();
+        EXPECT_NE(uniformIn(*program, "u", row.value), row.value);
+        program->setUniform("u", row.value);
+        EXPECT_EQ(uniformIn(*program, "u", row.value), row.value);
+        program->unbind();
+        EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+    });
+}
+
+TEST_F(UniformRender, ElementsAndMembersReachGl) {
+    const auto program = make("struct Deep { mat3 m; bool on; }; \n"
+                              "struct Light { vec3 color; bool on; mat2 turn; float w[3]; }; \n"
+                              "struct Inner { Deep deep[2]; }; \n"
+                              "uniform Light lights[3]; \n"
+                              "uniform Inner inner; \n"
+                              "uniform float weights[4]; \n"
+                              "uniform mat4 bones[2]; \n"
+                              "void main() { \n"
+                              "  vec3 sum = vec3(weights[0] + weights[1] + weights[2]); \n"
+                              "  for (int i = 0; i < 3; ++i) { \n"
+                              "    sum += lights[i].on ? lights[i].color : vec3(0.0); \n"
+                              "    sum.xy += lights[i].turn * sum.xy; \n"
+                              "    sum *= lights[i].w[0] + lights[i].w[1] + lights[i].w[2]; \n"
+                              "  } \n"
+                              "  for (int i = 0; i < 2; ++i) \n"
+                              "    sum = inner.deep[i].on ? inner.deep[i].m * sum : sum; \n"
+                              "  gl_FragColor = bones[0] * bones[1] * vec4(sum, weights[3]); \n"
+                              "} \n");
+    program->bind();
+    const auto expectToReachGl = [&](const char* name, const auto& value) {
+        EXPECT_NE(uniformIn(*program, name, value), value) << name;
+        program->setUniform(name, value);
+        EXPECT_EQ(uniformIn(*program, name, value), value) << name;
+    };
+    expectToReachGl("lights[0].color", vec3(1.f, 2.f, 3.f));
+    expectToReachGl("lights[2].color", vec3(4.f, 5.f, 6.f));
+    expectToReachGl("lights[1].on", true);
+    expectToReachGl("lights[2].turn", mat2(1.f, 2.f, 3.f, 4.f));
+    expectToReachGl("lights[2].w[1]", 0.5f);
+    expectToReachGl("inner.deep[1].m", mat3(2.f));
+    expectToReachGl("inner.deep[0].on", true);
+    expectToReachGl("weights[1]", 0.25f);
+    expectToReachGl("bones[1]", mat4(3.f));
+    program->setUniform("lights[1].w", List<float>{7.f, 8.f, 9.f});
+    EXPECT_EQ(uniformIn(*program, "lights[1].w", List<float>(3)), (List<float>{7.f, 8.f, 9.f}));
+    program->setUniform("weights[2]", List<float>{2.f, 3.f});
+    EXPECT_EQ(uniformIn(*program, "weights", List<float>(4)), (List<float>{0.f, 0.25f, 2.f, 3.f}));
+    EXPECT_EQ(program->getUniform<List<float>>("weights").value, List<float>(4));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+}
+
+TEST_F(UniformRender, NamesThatGlDoesNotHaveAreNoErrorForTypesWithoutHandlesToo) {
+    const auto program = make("uniform float w[2]; \n"
+                              "void main() { gl_FragColor = vec4(w[0] + w[1]); } \n");
+    program->bind();
+    program->setUniform("flag", true);
+    program->setUniform("w", mat2(1.f)); // of another type
+    program->setUniform("w[7]", 1.f);
+    program->setUniform("gl_Fog.color", vec4(1.f));
+    program->unbind();
+    EXPECT_EQ(uniformIn(*program, "w", List<float>(2)), List<float>(2));
+
+    const auto broken = Program::make(nullptr, "nonsense");
+    while (glGetError() != GL_NO_ERROR) {
+    }
+    broken->setUniform("flag", true);
+    broken->setUniform("w[1]", 1.f);
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 TEST_F(UniformRender, ShortListLeavesTheRestOfTheArray) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -30,7 +31,7 @@ std::vector<std::string> names() {
 struct Table {
     explicit Table(const std::vector<std::string>& names) {
         for (const std::string& name : names)
-            table.add(name, std::make_shared<std::string>(name));
+            table.add(name, std::make_unique<std::string>(name));
     }
     const std::string* find(const std::string& name) const {
         return table.find(name.c_str(), name.size());
@@ -59,14 +60,28 @@ TEST(NameTable, FindsNothingInAnEmptyTable) {
     EXPECT_EQ(Table({}).find(""), nullptr);
 }
 
-TEST(NameTable, KeepsTheFirstOfTwoObjectsOfOneName) {
-    NameTable<int> table;
-    const auto first = std::make_shared<int>(1);
-    const auto second = std::make_shared<int>(2);
-    table.add("color", first);
-    table.add("color", second);
-    EXPECT_EQ(table.find("color", 5), first.get());
-    EXPECT_EQ(second.use_count(), 1);
+/// Counts how many of its like have ended.
+struct Counted {
+    explicit Counted(int& numEnded) : ended(numEnded) {}
+    ~Counted() { ++ended; }
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
+
+    int& ended;
+};
+
+TEST(NameTable, KeepsTheFirstOfTwoObjectsOfOneNameToItsOwnEnd) {
+    int numEnded = 0;
+    {
+        NameTable<Counted> table;
+        auto first = std::make_unique<Counted>(numEnded);
+        const Counted* const kept = first.get();
+        table.add("color", std::move(first));
+        table.add("color", std::make_unique<Counted>(numEnded));
+        EXPECT_EQ(numEnded, 1);
+        EXPECT_EQ(table.find("color", 5), kept);
+    }
+    EXPECT_EQ(numEnded, 2);
 }
 
 } // namespace

@@ -11,8 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include <glm/mat3x3.hpp>
-#include <glm/mat4x4.hpp>
+#include <glm/matrix.hpp>
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
 #include <vellis/texture/texture.hpp>
@@ -53,16 +52,6 @@ struct ValueRow {
     bool isUnsigned() const { return entryPoint.find("ui") != std::string::npos; }
 };
 
-/// The handle of that name as a table holds it; an empty pointer where there is none.
-template <class T>
-std::weak_ptr<T> held(const vellis::NameTable<T>& table, const std::string& name) {
-    for (const auto& entry : table.entries_) {
-        if (entry->name == name)
-            return entry->object;
-    }
-    return {};
-}
-
 /// The number of handles in a table.
 template <class T>
 std::size_t size(const vellis::NameTable<T>& table) {
@@ -72,11 +61,21 @@ std::size_t size(const vellis::NameTable<T>& table) {
 template <class T>
 using List = std::vector<T>;
 
+using glm::bvec2;
+using glm::bvec3;
+using glm::bvec4;
 using glm::ivec2;
 using glm::ivec3;
 using glm::ivec4;
+using glm::mat2;
+using glm::mat2x3;
+using glm::mat2x4;
 using glm::mat3;
+using glm::mat3x2;
+using glm::mat3x4;
 using glm::mat4;
+using glm::mat4x2;
+using glm::mat4x3;
 using glm::uvec2;
 using glm::uvec3;
 using glm::uvec4;
@@ -87,6 +86,13 @@ using glm::vec4;
 const mat3 someMat3(1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f, 9.f);
 const mat4 someMat4(1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f, 9.f, 10.f, 11.f, 12.f, 13.f, 14.f, 15.f,
                     16.f);
+
+const mat2x3 someMat2x3(1.f, 2.f, 3.f, 4.f, 5.f, 6.f);
+const mat2x4 someMat2x4(1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f);
+const mat3x2 someMat3x2(1.f, 2.f, 3.f, 4.f, 5.f, 6.f);
+const mat3x4 someMat3x4(1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f, 9.f, 10.f, 11.f, 12.f);
+const mat4x2 someMat4x2(1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f);
+const mat4x3 someMat4x3(1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f, 9.f, 10.f, 11.f, 12.f);
 
 const auto valueRows = std::make_tuple(
     // clang-format off
@@ -121,9 +127,38 @@ const auto valueRows = std::make_tuple(
 constexpr std::size_t numValueRows = std::tuple_size_v<decltype(valueRows)>;
 static_assert(numValueRows == 26);
 
-/// Calls \p action with every row.
-template <class Action>
-void forEachRow(Action action) {
+/// The same for the types that have no handles.
+const auto unkeptRows = std::make_tuple(
+    // clang-format off
+    ValueRow<bool>{"bool", GL_BOOL, true, "glUniform1i", "1"},
+    ValueRow<bvec2>{"bvec2", GL_BOOL_VEC2, {true, false}, "glUniform2iv", "1, {1, 0}"},
+    ValueRow<bvec3>{"bvec3", GL_BOOL_VEC3, {true, false, true}, "glUniform3iv", "1, {1, 0, 1}"},
+    ValueRow<bvec4>{"bvec4", GL_BOOL_VEC4, {false, true, false, true}, "glUniform4iv", "1, {0, 1, 0, 1}"},
+    ValueRow<mat2>{"mat2", GL_FLOAT_MAT2, {1.f, 2.f, 3.f, 4.f}, "glUniformMatrix2fv", "1, GL_FALSE, {1, 2, 3, 4}"},
+    ValueRow<mat2x3>{"mat2x3", GL_FLOAT_MAT2x3, someMat2x3, "glUniformMatrix2x3fv", "1, GL_FALSE, {1, 2, 3, 4, 5, 6}"},
+    ValueRow<mat2x4>{"mat2x4", GL_FLOAT_MAT2x4, someMat2x4, "glUniformMatrix2x4fv", "1, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8}"},
+    ValueRow<mat3x2>{"mat3x2", GL_FLOAT_MAT3x2, someMat3x2, "glUniformMatrix3x2fv", "1, GL_FALSE, {1, 2, 3, 4, 5, 6}"},
+    ValueRow<mat3x4>{"mat3x4", GL_FLOAT_MAT3x4, someMat3x4, "glUniformMatrix3x4fv", "1, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}"},
+    ValueRow<mat4x2>{"mat4x2", GL_FLOAT_MAT4x2, someMat4x2, "glUniformMatrix4x2fv", "1, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8}"},
+    ValueRow<mat4x3>{"mat4x3", GL_FLOAT_MAT4x3, someMat4x3, "glUniformMatrix4x3fv", "1, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}"},
+    ValueRow<List<bool>>{"bools", GL_BOOL, {true, false, true}, "glUniform1iv", "3, {1, 0, 1}"},
+    ValueRow<List<bvec2>>{"bvec2s", GL_BOOL_VEC2, {{true, false}, {true, true}}, "glUniform2iv", "2, {1, 0, 1, 1}"},
+    ValueRow<List<bvec3>>{"bvec3s", GL_BOOL_VEC3, {{true, false, false}, {true, true, false}}, "glUniform3iv", "2, {1, 0, 0, 1, 1, 0}"},
+    ValueRow<List<bvec4>>{"bvec4s", GL_BOOL_VEC4, {{true, false, false, false}, {true, true, false, true}}, "glUniform4iv", "2, {1, 0, 0, 0, 1, 1, 0, 1}"},
+    ValueRow<List<mat2>>{"mat2s", GL_FLOAT_MAT2, {{1.f, 2.f, 3.f, 4.f}, {5.f, 6.f, 7.f, 8.f}}, "glUniformMatrix2fv", "2, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8}"},
+    ValueRow<List<mat3>>{"mat3s", GL_FLOAT_MAT3, {mat3(0.f), someMat3}, "glUniformMatrix3fv", "2, GL_FALSE, {0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9}"},
+    ValueRow<List<mat4>>{"mat4s", GL_FLOAT_MAT4, {someMat4, mat4(1.f)}, "glUniformMatrix4fv", "2, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}"},
+    ValueRow<List<mat2x3>>{"mat2x3s", GL_FLOAT_MAT2x3, {someMat2x3, mat2x3(0.f)}, "glUniformMatrix2x3fv", "2, GL_FALSE, {1, 2, 3, 4, 5, 6, 0, 0, 0, 0, 0, 0}"},
+    ValueRow<List<mat2x4>>{"mat2x4s", GL_FLOAT_MAT2x4, {someMat2x4, mat2x4(0.f)}, "glUniformMatrix2x4fv", "2, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8, 0, 0, 0, 0, 0, 0, 0, 0}"},
+    ValueRow<List<mat3x2>>{"mat3x2s", GL_FLOAT_MAT3x2, {someMat3x2, mat3x2(0.f)}, "glUniformMatrix3x2fv", "2, GL_FALSE, {1, 2, 3, 4, 5, 6, 0, 0, 0, 0, 0, 0}"},
+    ValueRow<List<mat3x4>>{"mat3x4s", GL_FLOAT_MAT3x4, {someMat3x4, mat3x4(0.f)}, "glUniformMatrix3x4fv", "2, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}"},
+    ValueRow<List<mat4x2>>{"mat4x2s", GL_FLOAT_MAT4x2, {someMat4x2, mat4x2(0.f)}, "glUniformMatrix4x2fv", "2, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8, 0, 0, 0, 0, 0, 0, 0, 0}"},
+    ValueRow<List<mat4x3>>{"mat4x3s", GL_FLOAT_MAT4x3, {someMat4x3, mat4x3(0.f)}, "glUniformMatrix4x3fv", "2, GL_FALSE, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}"});
+// clang-format on
+
+/// Calls \p action with every row of a table.
+template <class Rows, class Action>
+void forEachRow(const Rows& rows, Action action) {
     std::apply(
         [&](const auto&... row) {
             const auto traced = [&](const auto& one) {
@@ -132,7 +167,13 @@ void forEachRow(Action action) {
             };
             (traced(row), ...);
         },
-        valueRows);
+        rows);
+}
+
+/// The same with the types that have handles.
+template <class Action>
+void forEachRow(Action action) {
+    forEachRow(valueRows, action);
 }
 
 /// The type of a row's value.
@@ -165,13 +206,18 @@ ActiveVariable reported(const ValueRow<List<T>>& row, int location) {
     return {row.name + "[0]", row.glType, static_cast<GLint>(row.value.size()), location};
 }
 
-/// The uniforms of all rows.
-std::vector<ActiveVariable> uniformsOfEveryType() {
+/// The uniforms of all rows of a table.
+template <class Rows>
+std::vector<ActiveVariable> uniformsOf(const Rows& rows) {
     std::vector<ActiveVariable> uniforms;
-    forEachRow([&](const auto& row) {
+    forEachRow(rows, [&](const auto& row) {
         uniforms.push_back(reported(row, static_cast<int>(7 + 10 * uniforms.size())));
     });
     return uniforms;
+}
+
+std::vector<ActiveVariable> uniformsOfEveryType() {
+    return uniformsOf(valueRows);
 }
 
 std::vector<std::string> namesOfEveryType() {
@@ -483,13 +529,11 @@ TEST_F(UniformTrace, LinkingAgainGivesFreshHandlesAndUnitsFromZero) {
     link({{"old", GL_FLOAT}, {"color", GL_FLOAT_VEC4}, {"a", GL_SAMPLER_2D}, {"b", GL_SAMPLER_2D}},
          {{"position", GL_FLOAT_VEC2}, {"before", GL_FLOAT}});
     program->setUniform("color", vec4(1.f));
-    const std::weak_ptr<UniformVariable> color = held(program->variables_->uniforms, "color");
-    const std::weak_ptr<Attrib> position = held(program->variables_->attributes, "position");
+    const std::weak_ptr<void> handles = program->variables_;
     gl.setActiveUniforms({{"b", GL_SAMPLER_2D}, {"color", GL_FLOAT_VEC4}, {"a", GL_SAMPLER_2D}});
     gl.setActiveAttributes({{"after", GL_FLOAT}, {"position", GL_FLOAT_VEC2}});
     program->link();
-    EXPECT_TRUE(color.expired());
-    EXPECT_TRUE(position.expired());
+    EXPECT_TRUE(handles.expired());
     EXPECT_FALSE(program->hasUniform("old"));
     EXPECT_FALSE(program->hasAttrib("before"));
     EXPECT_EQ(program->getAttribLoc("position"), 1u);
@@ -521,11 +565,9 @@ TEST_F(UniformTrace, ProgramThatWasNotLinkedHasNoUniformsAndAttributes) {
 
 TEST_F(UniformTrace, DisposeFreesTheHandles) {
     link({{"color", GL_FLOAT_VEC4}}, {{"position", GL_FLOAT_VEC2}});
-    const std::weak_ptr<UniformVariable> uniform = held(program->variables_->uniforms, "color");
-    const std::weak_ptr<Attrib> attribute = held(program->variables_->attributes, "position");
+    const std::weak_ptr<void> handles = program->variables_;
     program->dispose();
-    EXPECT_TRUE(uniform.expired());
-    EXPECT_TRUE(attribute.expired());
+    EXPECT_TRUE(handles.expired());
     EXPECT_EQ(program->getUniformLoc("color"), noLocation);
     EXPECT_EQ(program->getAttribLoc("position"), noLocation);
     gl.forget();
@@ -533,8 +575,7 @@ TEST_F(UniformTrace, DisposeFreesTheHandles) {
 
 TEST_F(UniformTrace, CopiesShareTheHandlesAndTheLastHolderFreesThem) {
     link({{"color", GL_FLOAT_VEC4}, {"image", GL_SAMPLER_2D}}, {{"position", GL_FLOAT_VEC2}});
-    const std::weak_ptr<UniformVariable> uniform = held(program->variables_->uniforms, "color");
-    const std::weak_ptr<Attrib> attribute = held(program->variables_->attributes, "position");
+    const std::weak_ptr<void> handles = program->variables_;
     {
         Program copy = *program;
         Program assigned = *Program::make();
@@ -547,11 +588,9 @@ TEST_F(UniformTrace, CopiesShareTheHandlesAndTheLastHolderFreesThem) {
         EXPECT_EQ(copy.getAttribLoc("position"), 0u);
         copy.dispose();
         EXPECT_FALSE(copy.hasUniform("color"));
-        EXPECT_FALSE(uniform.expired());
-        EXPECT_FALSE(attribute.expired());
+        EXPECT_FALSE(handles.expired());
     }
-    EXPECT_TRUE(uniform.expired());
-    EXPECT_TRUE(attribute.expired());
+    EXPECT_TRUE(handles.expired());
     gl.forget();
 }
 
@@ -912,6 +951,163 @@ TEST_F(UniformTrace, SettingAnInertHandleGoesToNoLocation) {
     EXPECT_GL_CALLS(gl, "glUniform1f(-1, 2)");
 }
 
+// What has no handle
+
+TEST_F(UniformTrace, TypesWithoutHandlesAreSentWhereGlHasTheirName) {
+    const std::vector<ActiveVariable> uniforms = uniformsOf(unkeptRows);
+    link(uniforms);
+    EXPECT_EQ(size(program->variables_->uniforms), 0u);
+    std::size_t i = 0;
+    forEachRow(unkeptRows, [&](const auto& row) {
+        const std::string call = row.call(uniforms[i++].location);
+        program->setUniform(row.name.c_str(), row.value);
+        EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"" + row.name + "\")", call);
+        program->setUniform(row.name.c_str(), row.value);
+        EXPECT_GL_CALLS(gl, call);
+        EXPECT_FALSE(program->hasUniform(row.name.c_str()));
+    });
+}
+
+TEST_F(UniformTrace, EmptyListsOfTypesWithoutHandlesAreSentAsWell) {
+    link({{"flags[0]", GL_BOOL, 4, 5}, {"bones[0]", GL_FLOAT_MAT4, 4, 9}});
+    program->setUniform("flags", List<bool>{});
+    program->setUniform("bones", List<mat4>{});
+    EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"flags\")", "glUniform1iv(5, 0, null)",
+                    "glGetUniformLocation(3, \"bones\")",
+                    "glUniformMatrix4fv(9, 0, GL_FALSE, null)");
+}
+
+/// An array, a member that GL reports, and others that it does not.
+std::vector<ActiveVariable> elementsAndMembers() {
+    return {{"weights[0]", GL_FLOAT, 4, 5},
+            {"lights[0].color", GL_FLOAT_VEC3, 1, 20},
+            {"lights[1].weights[0]", GL_FLOAT, 2, 30},
+            {"inner.deep[1].turn", GL_FLOAT_MAT2, 1, 40},
+            {"inner.on", GL_BOOL, 1, 50},
+            {"bones[0]", GL_FLOAT_MAT4, 3, 60},
+            {"one[0]", GL_FLOAT, 1, 70}};
+}
+
+TEST_F(UniformTrace, ElementsAndMembersAreSentWhereGlHasThem) {
+    link(elementsAndMembers());
+    program->setUniform("weights[1]", 2.f);
+    program->setUniform("weights[2]", List<float>{3.f, 4.f}); // from there on
+    program->setUniform("inner.deep[1].turn", mat2(1.f));
+    program->setUniform("inner.on", true);
+    program->setUniform("bones[1]", mat4(1.f));
+    EXPECT_GL_CALLS(
+        gl, "glGetUniformLocation(3, \"weights[1]\")", "glUniform1f(6, 2)",
+        "glGetUniformLocation(3, \"weights[2]\")", "glUniform1fv(7, 2, {3, 4})",
+        "glGetUniformLocation(3, \"inner.deep[1].turn\")",
+        "glUniformMatrix2fv(40, 1, GL_FALSE, {1, 0, 0, 1})",
+        "glGetUniformLocation(3, \"inner.on\")", "glUniform1i(50, 1)",
+        "glGetUniformLocation(3, \"bones[1]\")",
+        "glUniformMatrix4fv(61, 1, GL_FALSE, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, "
+        "0, 1})");
+    // The handle of an array has the values that were set through it.
+    EXPECT_EQ(program->getUniform<List<float>>("weights").value, List<float>(4, 0.f));
+}
+
+TEST_F(UniformTrace, HandleOfTheNameOfAnElementIsSentThereToo) {
+    link(elementsAndMembers());
+    const Uniform<float> weight("weights[3]", 0.5f);
+    program->setUniform(weight);
+    program->setUniform(weight);
+    program->setUniform(Uniform<float>("weights[9]", 0.5f));
+    EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"weights[3]\")", "glUniform1f(8, 0.5)",
+                    "glUniform1f(8, 0.5)", "glGetUniformLocation(3, \"weights[9]\")");
+    EXPECT_EQ(weight.loc, -1);
+}
+
+TEST_F(UniformTrace, NamesOfTheTableAreNotAskedOfGl) {
+    link(elementsAndMembers());
+    program->setUniform("lights[0].color", vec3(1.f));
+    program->setUniform("one[0]", 2.f);
+    EXPECT_GL_CALLS(gl, "glUniform3fv(20, 1, {1, 1, 1})", "glUniform1f(70, 2)");
+    EXPECT_EQ(program->getUniform<vec3>("lights[0].color").value, vec3(1.f));
+    // Neither with a value of another type.
+    program->setUniform("lights[0].color", 1.f);
+    EXPECT_GL_CALLS(gl, "glUniform1f(-1, 1)");
+    program->setUniform("lights[0].color", true);
+    program->setUniform("one[0]", mat2(1.f));
+    program->setUniform("weights", List<bool>{true});
+    EXPECT_GL_CALLS(gl);
+}
+
+TEST_F(UniformTrace, NamesThatGlDoesNotHaveAreAskedForOnceAndSentNowhere) {
+    link(elementsAndMembers());
+    for (int i = 0; i < 2; ++i) {
+        forEachRow([&](const auto& row) { program->setUniform("weights[9]", row.value); });
+        forEachRow(unkeptRows, [&](const auto& row) { program->setUniform("flag", row.value); });
+    }
+    EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"weights[9]\")",
+                    "glGetUniformLocation(3, \"flag\")");
+}
+
+TEST_F(UniformTrace, NullNameOfATypeWithoutHandlesIsAskedOfNobody) {
+    link(uniformsOf(unkeptRows));
+    forEachRow(unkeptRows, [&](const auto& row) { program->setUniform(nullptr, row.value); });
+    EXPECT_GL_CALLS(gl);
+}
+
+TEST_F(UniformTrace, LocationsOfOneNameServeAllTypes) {
+    link({{"lights[0].on", GL_BOOL, 1, 4}});
+    program->setUniform("lights[0].on", true);
+    program->setUniform("lights[0].on", 0); // for which GL converts it
+    EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"lights[0].on\")", "glUniform1i(4, 1)",
+                    "glUniform1i(4, 0)");
+}
+
+TEST_F(UniformTrace, LinkingAgainAsksAgain) {
+    link({{"flag", GL_BOOL, 1, 4}});
+    program->setUniform("flag", true);
+    program->setUniform("lights[0].on", true);
+    gl.setActiveUniforms({{"lights[0].on", GL_BOOL, 1, 8}});
+    program->link();
+    gl.forget();
+    program->setUniform("flag", true);
+    program->setUniform("lights[0].on", true);
+    EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"flag\")",
+                    "glGetUniformLocation(3, \"lights[0].on\")", "glUniform1i(8, 1)");
+}
+
+TEST_F(UniformTrace, CopiesShareWhatWasAskedUntilOneLinksAgain) {
+    link({{"flag", GL_BOOL, 1, 4}});
+    {
+        Program copy = *program;
+        copy.setUniform("flag", true);
+        program->setUniform("flag", false);
+        EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"flag\")", "glUniform1i(4, 1)",
+                        "glUniform1i(4, 0)");
+        copy.link();
+        gl.forget();
+        program->setUniform("flag", true);
+        EXPECT_GL_CALLS(gl, "glUniform1i(4, 1)");
+        copy.setUniform("flag", true);
+        EXPECT_GL_CALLS(gl, "glGetUniformLocation(3, \"flag\")", "glUniform1i(4, 1)");
+    }
+    gl.forget();
+}
+
+TEST_F(UniformTrace, ProgramWithoutActiveUniformsAsksNothing) {
+    gl.setActiveUniforms({{"flag", GL_BOOL, 1, 4}});
+    const auto expectNothing = [&] {
+        gl.forget();
+        program->setUniform("flag", true);
+        program->setUniform("weights[1]", 1.f);
+        EXPECT_GL_CALLS(gl);
+    };
+    program = Program::make(); // not linked
+    expectNothing();
+    program = Program::make(vertexShader, fragmentShader);
+    program->setUniform("flag", true);
+    program->dispose();
+    expectNothing();
+    gl.failToLink();
+    program = Program::make(vertexShader, fragmentShader);
+    expectNothing();
+}
+
 // Which types can be set
 
 template <class T, class = void>
@@ -921,24 +1117,39 @@ struct CanSet<
     T, std::void_t<decltype(std::declval<Program&>().setUniform("name", std::declval<const T&>()))>>
     : std::true_type {};
 
-TEST_F(UniformTrace, TypesThatHaveNoHandleDoNotCompile) {
-    forEachRow([](const auto& row) { EXPECT_TRUE(CanSet<ValueOf<decltype(row)>>::value); });
+TEST_F(UniformTrace, TypesThatNoUniformHasDoNotCompile) {
+    const auto canBeSet = [](const auto& row) {
+        using T = ValueOf<decltype(row)>;
+        EXPECT_TRUE(CanSet<T>::value);
+        EXPECT_TRUE(vellis::IsSettableUniformValue<T>::value);
+    };
+    forEachRow(valueRows, canBeSet);
+    forEachRow(unkeptRows, canBeSet);
     EXPECT_FALSE(CanSet<double>::value);
-    EXPECT_FALSE(CanSet<bool>::value);
+    EXPECT_FALSE(vellis::IsSettableUniformValue<double>::value);
     EXPECT_FALSE(CanSet<char>::value);
     EXPECT_FALSE(CanSet<short>::value);
     EXPECT_FALSE(CanSet<long>::value);
-    EXPECT_FALSE(CanSet<glm::mat2>::value);
-    EXPECT_FALSE(CanSet<glm::mat4x3>::value);
     EXPECT_FALSE(CanSet<glm::dmat4>::value);
+    EXPECT_FALSE(CanSet<glm::dmat2x3>::value);
     EXPECT_FALSE(CanSet<glm::dvec3>::value);
-    EXPECT_FALSE(CanSet<glm::bvec4>::value);
     EXPECT_FALSE((CanSet<glm::vec<1, float>>::value));
-    EXPECT_FALSE(CanSet<List<bool>>::value);
+    EXPECT_FALSE((CanSet<glm::vec<1, bool>>::value));
     EXPECT_FALSE(CanSet<List<double>>::value);
-    EXPECT_FALSE(CanSet<List<mat4>>::value);
+    EXPECT_FALSE(CanSet<List<glm::dmat4>>::value);
     EXPECT_FALSE(CanSet<List<List<float>>>::value);
+    EXPECT_FALSE(CanSet<List<List<bool>>>::value);
     EXPECT_FALSE(CanSet<const char*>::value);
+    EXPECT_FALSE(CanSet<const bool*>::value);
+}
+
+TEST_F(UniformTrace, TypesWithoutHandlesAreNoneOfAHandle) {
+    forEachRow(valueRows, [](const auto& row) {
+        EXPECT_TRUE(vellis::IsUniformValue<ValueOf<decltype(row)>>::value);
+    });
+    forEachRow(unkeptRows, [](const auto& row) {
+        EXPECT_FALSE(vellis::IsUniformValue<ValueOf<decltype(row)>>::value);
+    });
 }
 
 TEST_F(UniformTrace, TexturesOfAnyClassCanBeSet) {
@@ -1108,6 +1319,24 @@ TEST_F(UniformTrace, LookupsAndSetsAllocateNothing) {
     }
     EXPECT_EQ(vellis::test::allocationCount() - before, 0u);
     EXPECT_TRUE(found);
+}
+
+TEST_F(UniformTrace, NamesThatWereAskedForAllocateNothing) {
+    SKIP_WITHOUT_LIBRARY_ALLOCATIONS();
+    const char* const flag = "whether the light of the room is on";
+    link({{flag, GL_BOOL}, {"the bones of the skeleton[0]", GL_FLOAT_MAT4, 4}});
+    const List<mat4> bones(4);
+    gl.ignoreTheRest();
+    const auto setAll = [&] {
+        program->setUniform(flag, true);
+        program->setUniform("the bones of the skeleton", bones);
+        program->setUniform("the bones of the skeleton[2]", mat4(1.f));
+        program->setUniform("the bones of the skeleton[4]", mat4(1.f)); // which it does not have
+    };
+    setAll();
+    const std::size_t before = vellis::test::allocationCount();
+    setAll();
+    EXPECT_EQ(vellis::test::allocationCount() - before, 0u);
 }
 
 } // namespace

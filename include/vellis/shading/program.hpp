@@ -253,19 +253,28 @@ public:
     Uniform<Texture>& getUniformTexture(const char* name) { return getUniform<Texture>(name); }
 
     /// Sets the uniform of that name with the one GL call of its type, and keeps the value in its
-    /// handle. Where there is no uniform of that name and type, the call goes to location -1, which
-    /// GL ignores, and nothing is kept. A list is sent with its own length, from the first element
-    /// of the array on.
+    /// handle. A list is sent with its own length, from the first element of the array on.
     ///
-    /// \tparam T  A type of IsUniformValue, which the type of the uniform must be exactly.
-    template <class T, class = std::enable_if_t<IsUniformValue<T>::value>>
+    /// What no handle stands for is asked of GL by `glGetUniformLocation`, once for each name until
+    /// the next link: a uniform of a type without handles, and a name with a `.` or a `[` that the
+    /// table does not have, such as `lights[2].weights` or `weights[1]`. Nothing is kept of such a
+    /// value; that of the array's handle stays. Lists go from the named element on.
+    ///
+    /// An unknown name is no error. Where there is no uniform of that name and of a type with
+    /// handles, the call goes to location -1, which GL ignores; where GL was asked and has none,
+    /// there is no call.
+    ///
+    /// \tparam T  A type of IsSettableUniformValue, which the type of the uniform must be exactly.
+    template <class T, class = std::enable_if_t<IsSettableUniformValue<T>::value>>
     void setUniform(const char* name, const T& value) {
-        int location = -1;
-        if (Uniform<T>* const uniform = findUniform<T>(name)) {
-            uniform->value = value;
-            location = uniform->loc;
+        if constexpr (IsUniformValue<T>::value) {
+            if (Uniform<T>* const uniform = findUniform<T>(name)) {
+                uniform->value = value;
+                detail::sendUniform(uniform->loc, value);
+                return;
+            }
         }
-        detail::sendUniform(location, value);
+        setUnkept(name, value);
     }
 
     /// Sends the value of a handle to its location, or, where it has none, to that of this
@@ -372,7 +381,11 @@ private:
         int location = uniform.location;
         if (location < 0) {
             const Uniform<T>* const target = findUniform<T>(uniform.name, uniform.length);
-            location = target != nullptr ? target->loc : -1;
+            if (target == nullptr) {
+                setUnkept(uniform.name, uniform.value);
+                return;
+            }
+            location = target->loc;
         }
         detail::sendUniform(location, uniform.value);
     }
@@ -413,6 +426,26 @@ private:
     [[gnu::noinline, gnu::cold]] void sendByName(const Uniform<T>& uniform) {
         setUniform(Parts<T>{-1, uniform.name, lengthOf(uniform.name), uniform.value});
     }
+
+    /// Sends a value that no handle of its type stands for.
+    template <class T>
+    [[gnu::noinline, gnu::cold]] void setUnkept(const char* name, const T& value) {
+        const int location = findUnkept(name, IsUniformValue<T>::value);
+        if (location == nowhere)
+            return;
+        if constexpr (IsUniformValue<T>::value)
+            detail::sendUniform(location, value);
+        else
+            detail::sendUnkept(location, value);
+    }
+
+    static constexpr int nowhere = -2; ///< no location, to which nothing is sent
+
+    /// The location of a uniform that no handle of the value's type stands for, which GL is asked
+    /// for. Names that the table has are not asked for, and with a type that has handles only those
+    /// of elements and members are: such a value goes to location -1. Otherwise, and where GL has
+    /// no such name, it goes nowhere.
+    [[gnu::cold]] int findUnkept(const char* name, bool hasHandles) const;
 
     /// A handle with location -1 and its first value.
     template <class T>

@@ -127,6 +127,38 @@ struct IsUniformValue<std::vector<T>> : IsUniformElement<T> {};
 
 namespace detail {
 
+/// True for the types of which neither a uniform nor an array with them as elements has a handle,
+/// and for `glm::mat3` and `glm::mat4`, of which no array has one.
+template <class T>
+struct IsUnkeptElement : std::false_type {};
+
+template <>
+struct IsUnkeptElement<bool> : std::true_type {};
+template <glm::length_t N>
+struct IsUnkeptElement<glm::vec<N, bool, glm::defaultp>> : std::integral_constant<bool, (N >= 2)> {
+};
+template <glm::length_t C, glm::length_t R>
+struct IsUnkeptElement<glm::mat<C, R, float, glm::defaultp>> : std::true_type {};
+
+} // namespace detail
+
+/// True for the types of value that Program::setUniform takes by name: those of IsUniformValue,
+/// whose uniforms have handles, and beside them `bool`, `glm::bvec2` to `glm::bvec4`, `glm::mat2`,
+/// the six matrices that are not square, and a `std::vector` of any of these, of `glm::mat3` or of
+/// `glm::mat4`. That is every type of value that GLSL 1.20 has. The matrices are only declared
+/// here: whoever makes one includes its header.
+template <class T>
+struct IsSettableUniformValue
+    : std::integral_constant<bool, IsUniformValue<T>::value || detail::IsUnkeptElement<T>::value> {
+};
+
+template <class T>
+struct IsSettableUniformValue<std::vector<T>>
+    : std::integral_constant<bool,
+                             IsUniformElement<T>::value || detail::IsUnkeptElement<T>::value> {};
+
+namespace detail {
+
 /// The value that a uniform starts with: zeros, or the identity.
 template <class T>
 T initialUniformValue() {
@@ -147,6 +179,42 @@ template <>
 VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::vec4& value);
 template <>
 VELLIS_HOT VELLIS_EXPORT void sendUniform(int location, const glm::mat4& value);
+
+/// Sends \p count matrices whose \p numbers stand by column with the one GL call of their size.
+VELLIS_EXPORT void sendMatrices(int columns, int rows, int location, int count,
+                                const float* numbers);
+
+// The same for the types that have no handles: GL takes integers for booleans.
+
+inline void sendUnkept(int location, bool value) {
+    sendUniform(location, static_cast<int>(value));
+}
+
+template <glm::length_t N>
+void sendUnkept(int location, const glm::vec<N, bool, glm::defaultp>& value) {
+    sendUniform(location, glm::vec<N, int, glm::defaultp>(value));
+}
+
+template <glm::length_t C, glm::length_t R>
+void sendUnkept(int location, const glm::mat<C, R, float, glm::defaultp>& value) {
+    sendMatrices(C, R, location, 1, &value[0][0]);
+}
+
+inline void sendUnkept(int location, const std::vector<bool>& values) {
+    sendUniform(location, std::vector<int>(values.begin(), values.end()));
+}
+
+template <glm::length_t N>
+void sendUnkept(int location, const std::vector<glm::vec<N, bool, glm::defaultp>>& values) {
+    using Integers = glm::vec<N, int, glm::defaultp>;
+    sendUniform(location, std::vector<Integers>(values.begin(), values.end()));
+}
+
+template <glm::length_t C, glm::length_t R>
+void sendUnkept(int location, const std::vector<glm::mat<C, R, float, glm::defaultp>>& values) {
+    sendMatrices(C, R, location, static_cast<int>(values.size()),
+                 values.empty() ? nullptr : &values[0][0][0]);
+}
 
 } // namespace detail
 

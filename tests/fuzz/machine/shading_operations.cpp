@@ -1,6 +1,6 @@
 /// The operations of shaders, programs, uniforms and the registry of programs.
 
-#include <glm/mat3x3.hpp>
+#include <glm/matrix.hpp>
 #include <vellis/gl.hpp>
 
 #include "fuzz/machine/operations.hpp"
@@ -24,14 +24,23 @@ constexpr const char* fragmentSources[] = {
     R"(uniform sampler2D image;
        uniform vec4 color;
        uniform ivec2 size;
-       void main() { gl_FragColor = color * texture2D(image, gl_FragCoord.xy / vec2(size)); })",
+       struct Light { vec4 color; bool isOn; };
+       uniform Light light;
+       uniform mat2 bones[2];
+       void main() {
+           vec4 lit = light.isOn ? light.color : color;
+           lit.xy = bones[0] * bones[1] * lit.xy;
+           gl_FragColor = lit * texture2D(image, gl_FragCoord.xy / vec2(size));
+       })",
     "void main() { no such thing; }",
     "",
     "DECL_OUT0; void main() { OUT0 = vec4(1.0); }",
 };
 
-constexpr const char* names[] = {"mvp",      "color", "weights", "image",      "size",
-                                 "position", "",      nullptr,   "weights[0]", "no such name"};
+constexpr const char* names[] = {"mvp",        "color",        "weights",    "image",
+                                 "size",       "position",     "",           nullptr,
+                                 "weights[0]", "no such name", "weights[1]", "light.color",
+                                 "light.isOn", "bones",        "bones[1]",   "weights[7]"};
 
 constexpr Shader::Version versions[] = {Shader::Version::V210, Shader::Version::V330,
                                         Shader::Version::V410, static_cast<Shader::Version>(400)};
@@ -162,6 +171,36 @@ void finishBinding(World& world, Bytes& bytes) {
     });
 }
 
+/// The values of types that have no handles, too.
+void setUniformWithoutHandle(World& world, Bytes& bytes) {
+    onProgram(world, bytes, [&](Place& place) {
+        Program& program = *place.object;
+        const char* const name = bytes.oneOf(names);
+        const float number = bytes.fraction();
+        const std::size_t size = bytes.number() % 8;
+        switch (bytes.below(9)) {
+        case 0:
+            return program.setUniform(name, number > 0.5f);
+        case 1:
+            return program.setUniform(name, glm::bvec3(number > 0.5f));
+        case 2:
+            return program.setUniform(name, std::vector<bool>(size, true));
+        case 3:
+            return program.setUniform(name, std::vector<glm::bvec4>(size));
+        case 4:
+            return program.setUniform(name, glm::mat2(number));
+        case 5:
+            return program.setUniform(name, glm::mat4x3(number));
+        case 6:
+            return program.setUniform(name, std::vector<glm::mat2>(size, glm::mat2(number)));
+        case 7:
+            return program.setUniform(name, std::vector<glm::mat4>(size));
+        default:
+            return program.setUniform(Uniform<glm::vec4>(name));
+        }
+    });
+}
+
 /// The values of each type that a uniform can have.
 void setUniform(World& world, Bytes& bytes) {
     onProgram(world, bytes, [&](Place& place) {
@@ -222,6 +261,10 @@ void ask(World& world, Bytes& bytes) {
         world.require(program.hasUniform(name) || program.getUniformLoc(name) == 0xFFFFFFFF,
                       "a uniform without a name has a location");
         program.hasLinkError();
+        world.require(program.linkLog().find('\0') == std::string::npos, "a log has a NUL");
+        const auto& shader = pick(world.vertexShaders, bytes);
+        world.require(shader == nullptr || shader->compilationLog().find('\0') == std::string::npos,
+                      "a log has a NUL");
         internal::attrib_type(program.id(), name);
         internal::uniform_type(program.id(), name);
     });
@@ -308,6 +351,7 @@ std::vector<Operation> shadingOperations() {
         {"Program: beginAttributesBinding", recordBinding, {{}, {vertexArray}}},
         {"Program: finishAttributesBinding", finishBinding, {{vertexArray}, {}}},
         {"Program: setUniform", setUniform, {}},
+        {"Program: setUniform without a handle", setUniformWithoutHandle, {}},
         {"Program: setUniform with a texture",
          setTexture,
          {{}, {GL_ACTIVE_TEXTURE, GL_TEXTURE_BINDING_2D}}},
