@@ -24,7 +24,7 @@ install(
         "${VELLIS_GENERATED_INCLUDE_DIR}/vellis"
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
     ${vellis_development}
-    FILES_MATCHING PATTERN "*.hpp" PATTERN "*.h")
+    FILES_MATCHING PATTERN "*.hpp" PATTERN "*.h" PATTERN "*.inc")
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE"
     DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/vellis"
     COMPONENT vellis_license)

@@ -3,10 +3,10 @@
 namespace vellis {
 
 template class Texture1D<unsigned char>;
-template class Texture1D<detail::Packed<4, unsigned char>>;
+template class Texture1D<texel::u8vec4>;
 template class Texture1D<float>;
-template class Texture1D<detail::Packed<2, float>>;
-template class Texture1D<detail::Packed<3, float>>;
-template class Texture1D<detail::Packed<4, float>>;
+template class Texture1D<texel::vec2>;
+template class Texture1D<texel::vec3>;
+template class Texture1D<texel::vec4>;
 
 } // namespace vellis

@@ -3,11 +3,11 @@
 namespace vellis {
 
 template class Texture2D<unsigned char>;
-template class Texture2D<detail::Packed<4, unsigned char>>;
+template class Texture2D<texel::u8vec4>;
 template class Texture2D<float>;
-template class Texture2D<detail::Packed<2, float>>;
-template class Texture2D<detail::Packed<3, float>>;
-template class Texture2D<detail::Packed<4, float>>;
+template class Texture2D<texel::vec2>;
+template class Texture2D<texel::vec3>;
+template class Texture2D<texel::vec4>;
 template class Texture2D<depth16>;
 template class Texture2D<depth32>;
 template class Texture2D<depth24_stencil8>;

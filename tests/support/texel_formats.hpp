@@ -50,30 +50,54 @@ using SamplerTexels = TypeList<sampler1d, sampler2d, sampler3d, samplercube>;
 /// Types that no texel has.
 using OtherTypes = TypeList<bool, int, double, glm::dvec4, glm::ivec4, glm::mat4>;
 
-/// What is expected of a texel type; the GL values by name, too.
+/// What a texel type needs of a context of OpenGL 2.1.
+enum class TexelNeeds : unsigned int {
+    nothing = 0,
+    texture_rg = 1,
+    texture_float = 2,
+    texture_rg_and_float = texture_rg | texture_float,
+};
+
+/// A row of the table of texel types; the GL values by number and by name.
 struct TexelRow {
     const char* name;
     TexelKind kind;
     unsigned int internalFormat;
     unsigned int pixelFormat;
     unsigned int pixelType;
-    unsigned int alignment;
+    TexelNeeds needs;
     std::size_t size;
     const char* internalFormatName;
     const char* pixelFormatName;
     const char* pixelTypeName;
+
+    /// The largest row alignment that GL knows and that rows of any width have.
+    constexpr unsigned int alignment() const {
+        unsigned int bytes = 8;
+        while (size % bytes != 0)
+            bytes /= 2;
+        return bytes;
+    }
 };
 
 /// The row of a texel type.
 template <class F>
 constexpr TexelRow texelRow = {};
 
-#define VELLIS_TEXEL(type, kind, internalFormat, pixelFormat, pixelType, alignment, size)          \
+#define VELLIS_TEXEL(type, kind, internalFormat, internalNumber, pixelFormat, pixelNumber,         \
+                     pixelType, typeNumber, needs)                                                 \
     template <>                                                                                    \
-    inline constexpr TexelRow texelRow<type> = {                                                   \
-        #type, TexelKind::kind, internalFormat, pixelFormat, pixelType, alignment,                 \
-        size,  #internalFormat, #pixelFormat,   #pixelType};
-#include "support/texel_formats.inc"
+    inline constexpr TexelRow texelRow<type> = {#type,                                             \
+                                                TexelKind::kind,                                   \
+                                                GL_##internalFormat,                               \
+                                                GL_##pixelFormat,                                  \
+                                                GL_##pixelType,                                    \
+                                                TexelNeeds::needs,                                 \
+                                                sizeof(type),                                      \
+                                                "GL_" #internalFormat,                             \
+                                                "GL_" #pixelFormat,                                \
+                                                "GL_" #pixelType};
+#include <vellis/texture/texel_formats.inc>
 #undef VELLIS_TEXEL
 
 } // namespace vellis::test

@@ -433,7 +433,7 @@ TEST_F(DownloadTrace, EveryFormatIsReadAsItLiesInMemory) {
     const auto check = [this](auto texel) {
         using F = typename decltype(texel)::type;
         SCOPED_TRACE(texelRow<F>.name);
-        const Lines expected = reading(std::to_string(texelRow<F>.alignment),
+        const Lines expected = reading(std::to_string(texelRow<F>.alignment()),
                                        std::string("1, 2, 3, 4, ") + texelRow<F>.pixelFormatName +
                                            ", " + texelRow<F>.pixelTypeName + ", out");
         F data[12] = {};

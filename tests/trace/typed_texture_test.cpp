@@ -80,7 +80,7 @@ std::string formatAndType() {
 }
 template <class F>
 std::string alignment(const std::string& pname) {
-    return "glPixelStorei(" + pname + ", " + std::to_string(texelRow<F>.alignment) + ")";
+    return "glPixelStorei(" + pname + ", " + std::to_string(texelRow<F>.alignment()) + ")";
 }
 
 template <class F>

@@ -12,6 +12,28 @@
 
 namespace vellis {
 
+namespace detail {
+
+/// The vectors that texels are: without padding, whatever alignment glm is told to prefer.
+template <int length, class Component>
+using Packed = glm::vec<length, Component, glm::packed_highp>;
+
+} // namespace detail
+
+/// The vectors that texels are, by glm's names; without padding, whatever alignment glm is told to
+/// prefer.
+namespace texel {
+using u8vec2 = detail::Packed<2, unsigned char>;   ///< two components of 8 bits
+using u8vec3 = detail::Packed<3, unsigned char>;   ///< three
+using u8vec4 = detail::Packed<4, unsigned char>;   ///< four
+using u16vec2 = detail::Packed<2, unsigned short>; ///< two components of 16 bits
+using u16vec3 = detail::Packed<3, unsigned short>; ///< three
+using u16vec4 = detail::Packed<4, unsigned short>; ///< four
+using vec2 = detail::Packed<2, float>;             ///< two floats
+using vec3 = detail::Packed<3, float>;             ///< three
+using vec4 = detail::Packed<4, float>;             ///< four
+} // namespace texel
+
 /// \name Texels that no number or vector stands for
 /// Plain values of the width in their names. Depth is normalised: 0 is near, the largest value far.
 /// @{
@@ -102,34 +124,18 @@ struct StoredTexel {
 /// What GL calls a texel type: see StoredTexel for the members, of which a type that is not stored
 /// has the `kind` alone.
 ///
-/// | `F` | internal format | pixel format | pixel type | needs |
-/// |---|---|---|---|---|
-/// | `unsigned char` | `GL_R8` | `GL_RED` | `GL_UNSIGNED_BYTE` | texture_rg |
-/// | `glm::u8vec2` | `GL_RG8` | `GL_RG` | `GL_UNSIGNED_BYTE` | texture_rg |
-/// | `glm::u8vec3` | `GL_RGB8` | `GL_RGB` | `GL_UNSIGNED_BYTE` | |
-/// | `glm::u8vec4` | `GL_RGBA8` | `GL_RGBA` | `GL_UNSIGNED_BYTE` | |
-/// | `unsigned short` | `GL_R16` | `GL_RED` | `GL_UNSIGNED_SHORT` | texture_rg |
-/// | `glm::u16vec2` | `GL_RG16` | `GL_RG` | `GL_UNSIGNED_SHORT` | texture_rg |
-/// | `glm::u16vec3` | `GL_RGB16` | `GL_RGB` | `GL_UNSIGNED_SHORT` | |
-/// | `glm::u16vec4` | `GL_RGBA16` | `GL_RGBA` | `GL_UNSIGNED_SHORT` | |
-/// | `float` | `GL_R32F` | `GL_RED` | `GL_FLOAT` | texture_rg, texture_float |
-/// | `glm::vec2` | `GL_RG32F` | `GL_RG` | `GL_FLOAT` | texture_rg, texture_float |
-/// | `glm::vec3` | `GL_RGB32F` | `GL_RGB` | `GL_FLOAT` | texture_float |
-/// | `glm::vec4` | `GL_RGBA32F` | `GL_RGBA` | `GL_FLOAT` | texture_float |
-/// | `depth16` | `GL_DEPTH_COMPONENT16` | `GL_DEPTH_COMPONENT` | `GL_UNSIGNED_SHORT` | |
-/// | `depth32` | `GL_DEPTH_COMPONENT32` | `GL_DEPTH_COMPONENT` | `GL_UNSIGNED_INT` | |
-/// | `depth24_stencil8` | `GL_DEPTH24_STENCIL8` | `GL_DEPTH_STENCIL` | `GL_UNSIGNED_INT_24_8` | |
-/// | `stencil8` | `GL_STENCIL_INDEX8` | `GL_STENCIL_INDEX` | `GL_UNSIGNED_BYTE` | |
-/// | `stencil16` | `GL_STENCIL_INDEX16` | `GL_STENCIL_INDEX` | `GL_UNSIGNED_SHORT` | |
+/// The formats are the rows of one table, which the code is made from:
 ///
-/// `glm::u8vec4` and its like are the names that `<glm/gtc/type_precision.hpp>` has for
-/// `glm::vec<4, unsigned char>`.
+/// \include vellis/texture/texel_formats.inc
 ///
-/// texture_rg stands for `GL_ARB_texture_rg`, texture_float for `GL_ARB_texture_float`; GL 3.0 has
-/// both. A context without them answers the first upload with `GL_INVALID_VALUE` or
-/// `GL_INVALID_ENUM`, and the texture stays without storage. `depth24_stencil8` and the stencil
-/// formats belong to the framebuffer objects that the library needs anyhow. Integers are
-/// normalised: the largest one is 1.0 in a shader. GL may store `depth32` with fewer bits.
+/// `texel::u8vec4` is `glm::u8vec4`, which `<glm/gtc/type_precision.hpp>` has for
+/// `glm::vec<4, unsigned char>`, and so are its like.
+///
+/// A context without the extension that a row needs answers the first upload with
+/// `GL_INVALID_VALUE` or `GL_INVALID_ENUM`, and the texture stays without storage.
+/// `depth24_stencil8` and the stencil formats belong to the framebuffer objects that the library
+/// needs anyhow. Integers are normalised: the largest one is 1.0 in a shader. GL may store
+/// `depth32` with fewer bits.
 ///
 /// A format of one's own is a specialisation of it:
 ///
@@ -148,13 +154,6 @@ struct TexelFormat {
 
 namespace detail {
 
-/// The vectors that texels are: without padding, whatever alignment glm is told to prefer.
-template <int length, class Component>
-using Packed = glm::vec<length, Component, glm::packed_highp>;
-
-template <class F, unsigned int internal, unsigned int format, unsigned int type>
-using ColorTexel = StoredTexel<F, TexelKind::Color, internal, format, type>;
-
 /// A kind of sampler.
 struct SamplerTexel {
     static constexpr TexelKind kind = TexelKind::Sampler;
@@ -162,29 +161,22 @@ struct SamplerTexel {
 
 } // namespace detail
 
-// clang-format off
-template <> struct TexelFormat<unsigned char>                     : detail::ColorTexel<unsigned char,                     0x8229, 0x1903, 0x1401> {};
-template <> struct TexelFormat<detail::Packed<2, unsigned char>>  : detail::ColorTexel<detail::Packed<2, unsigned char>,  0x822B, 0x8227, 0x1401> {};
-template <> struct TexelFormat<detail::Packed<3, unsigned char>>  : detail::ColorTexel<detail::Packed<3, unsigned char>,  0x8051, 0x1907, 0x1401> {};
-template <> struct TexelFormat<detail::Packed<4, unsigned char>>  : detail::ColorTexel<detail::Packed<4, unsigned char>,  0x8058, 0x1908, 0x1401> {};
-template <> struct TexelFormat<unsigned short>                    : detail::ColorTexel<unsigned short,                    0x822A, 0x1903, 0x1403> {};
-template <> struct TexelFormat<detail::Packed<2, unsigned short>> : detail::ColorTexel<detail::Packed<2, unsigned short>, 0x822C, 0x8227, 0x1403> {};
-template <> struct TexelFormat<detail::Packed<3, unsigned short>> : detail::ColorTexel<detail::Packed<3, unsigned short>, 0x8054, 0x1907, 0x1403> {};
-template <> struct TexelFormat<detail::Packed<4, unsigned short>> : detail::ColorTexel<detail::Packed<4, unsigned short>, 0x805B, 0x1908, 0x1403> {};
-template <> struct TexelFormat<float>                             : detail::ColorTexel<float,                             0x822E, 0x1903, 0x1406> {};
-template <> struct TexelFormat<detail::Packed<2, float>>          : detail::ColorTexel<detail::Packed<2, float>,          0x8230, 0x8227, 0x1406> {};
-template <> struct TexelFormat<detail::Packed<3, float>>          : detail::ColorTexel<detail::Packed<3, float>,          0x8815, 0x1907, 0x1406> {};
-template <> struct TexelFormat<detail::Packed<4, float>>          : detail::ColorTexel<detail::Packed<4, float>,          0x8814, 0x1908, 0x1406> {};
-template <> struct TexelFormat<depth16>          : StoredTexel<depth16,          TexelKind::Depth,        0x81A5, 0x1902, 0x1403> {};
-template <> struct TexelFormat<depth32>          : StoredTexel<depth32,          TexelKind::Depth,        0x81A7, 0x1902, 0x1405> {};
-template <> struct TexelFormat<depth24_stencil8> : StoredTexel<depth24_stencil8, TexelKind::DepthStencil, 0x88F0, 0x84F9, 0x84FA> {};
-template <> struct TexelFormat<stencil8>         : StoredTexel<stencil8,         TexelKind::Stencil,      0x8D48, 0x1901, 0x1401> {};
-template <> struct TexelFormat<stencil16>        : StoredTexel<stencil16,        TexelKind::Stencil,      0x8D49, 0x1901, 0x1403> {};
-template <> struct TexelFormat<sampler1d> : detail::SamplerTexel {};
-template <> struct TexelFormat<sampler2d> : detail::SamplerTexel {};
-template <> struct TexelFormat<sampler3d> : detail::SamplerTexel {};
-template <> struct TexelFormat<samplercube> : detail::SamplerTexel {};
-// clang-format on
+#define VELLIS_TEXEL(type, kind, internalFormat, internalNumber, pixelFormat, pixelNumber,         \
+                     pixelType, typeNumber, needs)                                                 \
+    template <>                                                                                    \
+    struct TexelFormat<type>                                                                       \
+        : StoredTexel<type, TexelKind::kind, internalNumber, pixelNumber, typeNumber> {};
+#include <vellis/texture/texel_formats.inc>
+#undef VELLIS_TEXEL
+
+template <>
+struct TexelFormat<sampler1d> : detail::SamplerTexel {};
+template <>
+struct TexelFormat<sampler2d> : detail::SamplerTexel {};
+template <>
+struct TexelFormat<sampler3d> : detail::SamplerTexel {};
+template <>
+struct TexelFormat<samplercube> : detail::SamplerTexel {};
 
 /// The most dimensions that GL 2.1 gives a texture of that kind; 0 where there is no such texture.
 constexpr unsigned int maxTextureDimensions(TexelKind kind) {

@@ -63,10 +63,10 @@ void Texture1D<F>::upload(const F* data, unsigned int xoffset, unsigned int widt
 }
 
 extern template class VELLIS_EXPORT Texture1D<unsigned char>;
-extern template class VELLIS_EXPORT Texture1D<detail::Packed<4, unsigned char>>;
+extern template class VELLIS_EXPORT Texture1D<texel::u8vec4>;
 extern template class VELLIS_EXPORT Texture1D<float>;
-extern template class VELLIS_EXPORT Texture1D<detail::Packed<2, float>>;
-extern template class VELLIS_EXPORT Texture1D<detail::Packed<3, float>>;
-extern template class VELLIS_EXPORT Texture1D<detail::Packed<4, float>>;
+extern template class VELLIS_EXPORT Texture1D<texel::vec2>;
+extern template class VELLIS_EXPORT Texture1D<texel::vec3>;
+extern template class VELLIS_EXPORT Texture1D<texel::vec4>;
 
 } // namespace vellis

@@ -67,11 +67,11 @@ void Texture2D<F>::upload(const F* data, unsigned int xoffset, unsigned int yoff
 }
 
 extern template class VELLIS_EXPORT Texture2D<unsigned char>;
-extern template class VELLIS_EXPORT Texture2D<detail::Packed<4, unsigned char>>;
+extern template class VELLIS_EXPORT Texture2D<texel::u8vec4>;
 extern template class VELLIS_EXPORT Texture2D<float>;
-extern template class VELLIS_EXPORT Texture2D<detail::Packed<2, float>>;
-extern template class VELLIS_EXPORT Texture2D<detail::Packed<3, float>>;
-extern template class VELLIS_EXPORT Texture2D<detail::Packed<4, float>>;
+extern template class VELLIS_EXPORT Texture2D<texel::vec2>;
+extern template class VELLIS_EXPORT Texture2D<texel::vec3>;
+extern template class VELLIS_EXPORT Texture2D<texel::vec4>;
 extern template class VELLIS_EXPORT Texture2D<depth16>;
 extern template class VELLIS_EXPORT Texture2D<depth32>;
 extern template class VELLIS_EXPORT Texture2D<depth24_stencil8>;

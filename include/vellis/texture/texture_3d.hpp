@@ -71,10 +71,10 @@ void Texture3D<F>::upload(const F* data, unsigned int xoffset, unsigned int yoff
 }
 
 extern template class VELLIS_EXPORT Texture3D<unsigned char>;
-extern template class VELLIS_EXPORT Texture3D<detail::Packed<4, unsigned char>>;
+extern template class VELLIS_EXPORT Texture3D<texel::u8vec4>;
 extern template class VELLIS_EXPORT Texture3D<float>;
-extern template class VELLIS_EXPORT Texture3D<detail::Packed<2, float>>;
-extern template class VELLIS_EXPORT Texture3D<detail::Packed<3, float>>;
-extern template class VELLIS_EXPORT Texture3D<detail::Packed<4, float>>;
+extern template class VELLIS_EXPORT Texture3D<texel::vec2>;
+extern template class VELLIS_EXPORT Texture3D<texel::vec3>;
+extern template class VELLIS_EXPORT Texture3D<texel::vec4>;
 
 } // namespace vellis
