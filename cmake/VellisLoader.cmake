@@ -3,7 +3,7 @@
 #
 # Sets, in the including scope:
 #   VELLIS_GENERATED_INCLUDE_DIR  the include folder with vellis/glad/*.h
-#   VELLIS_LOADER_TABLE_DIR       the folder with entry_points.inc: one row per entry point and flag
+#   VELLIS_LOADER_TABLE_DIR       the folder with entry_points.inc, the one table of entry points and flags
 #   VELLIS_BARE_LOADER_SOURCE     the loader that fills the pointers of vellis/glad/gl.h by itself
 #   VELLIS_GLAD_PYTHON            the interpreter that runs glad
 
@@ -76,8 +76,8 @@ function(vellis_generate_loader python out)
     string(REPLACE "<glad/gl.h>" "<vellis/glad/gl.h>" source "${source}")
     file(WRITE "${fresh}/global/src/gl.c" "${source}")
 
-    # The names of all pointers and flags: one row each, for code that walks them all, a name of its
-    # own for the linker, and the member of the structure that has its value.
+    # All pointers and flags: a name of its own for the linker each, and a row in the one table for code
+    # that walks them all, with the member of the structure that has its value.
     string(REGEX MATCHALL "glad_gl[A-Za-z0-9_]+;" pointers "${header}")
     list(REMOVE_ITEM pointers "")
     string(REGEX MATCHALL "GLAD_API_CALL int GLAD_GL_[A-Za-z0-9_]+" flags "${header}")
@@ -90,16 +90,10 @@ function(vellis_generate_loader python out)
     file(WRITE "${fresh}/include/vellis/glad/static_names.h" "#pragma once\n\n${renamings}\n")
 
     set(rows ${names})
-    list(TRANSFORM rows REPLACE "^glad_(.+)" "VELLIS_ENTRY_POINT(\\1)")
-    list(TRANSFORM rows REPLACE "^(GLAD_GL_.+)" "VELLIS_LOADER_FLAG(\\1)")
-    list(JOIN rows "\n" rows)
-    file(WRITE "${fresh}/table/entry_points.inc" "${rows}\n")
-
-    set(rows ${names})
     list(TRANSFORM rows REPLACE "^glad_gl(.+)" "VELLIS_ENTRY_POINT(gl\\1, \\1)")
     list(TRANSFORM rows REPLACE "^GLAD_GL_(.+)" "VELLIS_LOADER_FLAG(GLAD_GL_\\1, \\1)")
     list(JOIN rows "\n" rows)
-    file(WRITE "${fresh}/context/include/context_members.inc" "${rows}\n")
+    file(WRITE "${fresh}/table/entry_points.inc" "${rows}\n")
 
     file(GLOB_RECURSE files LIST_DIRECTORIES false RELATIVE "${fresh}" "${fresh}/*")
     foreach(file IN LISTS files)
@@ -120,7 +114,9 @@ set(VELLIS_BARE_LOADER_SOURCE "${vellis_loader_dir}/global/src/gl.c")
 # Generated C, built without the project's warnings. Its load functions get names of our own: in a
 # static build an application's own glad would clash with them.
 add_library(vellis_loader OBJECT "${vellis_loader_dir}/context/src/gl.c")
-target_include_directories(vellis_loader SYSTEM PUBLIC "${vellis_loader_dir}/context/include")
+target_include_directories(vellis_loader SYSTEM PUBLIC
+    "${vellis_loader_dir}/context/include"
+    "${VELLIS_LOADER_TABLE_DIR}")
 target_compile_definitions(vellis_loader PUBLIC
     gladLoadGLContext=vellis_gladLoadGLContext
     gladLoadGLContextUserPtr=vellis_gladLoadGLContextUserPtr)

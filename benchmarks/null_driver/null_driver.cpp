@@ -97,8 +97,8 @@ GLenum GLAD_API_PTR checkFramebufferStatus(GLenum) {
 } // namespace
 
 void NullDriver::install() {
-#define VELLIS_ENTRY_POINT(name) installNothing(glad_##name);
-#define VELLIS_LOADER_FLAG(name) name = 1;
+#define VELLIS_ENTRY_POINT(name, member) installNothing(glad_##name);
+#define VELLIS_LOADER_FLAG(name, member) name = 1;
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
@@ -129,8 +129,8 @@ void NullDriver::setVariables(Variables uniforms, Variables attributes) {
 
 void* NullDriver::lookUp(const char* wanted) {
     const std::pair<const char*, void*> rows[] = {
-#define VELLIS_ENTRY_POINT(name) {#name, reinterpret_cast<void*>(glad_##name)},
-#define VELLIS_LOADER_FLAG(name)
+#define VELLIS_ENTRY_POINT(name, member) {#name, reinterpret_cast<void*>(glad_##name)},
+#define VELLIS_LOADER_FLAG(name, member)
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG

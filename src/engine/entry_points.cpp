@@ -17,7 +17,7 @@ extern "C" {
 #define VELLIS_ENTRY_POINT(name, member)                                                           \
     VELLIS_EXPORT decltype(GladGLContext::member) glad_##name = nullptr;
 #define VELLIS_LOADER_FLAG(name, member) VELLIS_EXPORT int name = 0;
-#include "context_members.inc"
+#include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
 }
@@ -31,12 +31,12 @@ namespace {
 #define VELLIS_LOADER_FLAG(name, member)
 #define VELLIS_ENTRY_POINT(name, member) &glad_##name,
 void* const entryPoints[] = {
-#include "context_members.inc"
+#include "entry_points.inc"
 };
 #undef VELLIS_ENTRY_POINT
 #define VELLIS_ENTRY_POINT(name, member) offsetof(GladGLContext, member),
 constexpr std::size_t entryPointOffsets[] = {
-#include "context_members.inc"
+#include "entry_points.inc"
 };
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
@@ -44,12 +44,12 @@ constexpr std::size_t entryPointOffsets[] = {
 #define VELLIS_ENTRY_POINT(name, member)
 #define VELLIS_LOADER_FLAG(name, member) &name,
 int* const flags[] = {
-#include "context_members.inc"
+#include "entry_points.inc"
 };
 #undef VELLIS_LOADER_FLAG
 #define VELLIS_LOADER_FLAG(name, member) offsetof(GladGLContext, member),
 constexpr std::size_t flagOffsets[] = {
-#include "context_members.inc"
+#include "entry_points.inc"
 };
 #undef VELLIS_LOADER_FLAG
 #undef VELLIS_ENTRY_POINT

@@ -70,8 +70,8 @@ void* findLimited(const char* name) {
 /// The full context's entry points by name.
 std::map<std::string, void*> loadedEntryPoints() {
     return {
-#define VELLIS_ENTRY_POINT(name) {#name, reinterpret_cast<void*>(glad_##name)},
-#define VELLIS_LOADER_FLAG(name)
+#define VELLIS_ENTRY_POINT(name, member) {#name, reinterpret_cast<void*>(glad_##name)},
+#define VELLIS_LOADER_FLAG(name, member)
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG

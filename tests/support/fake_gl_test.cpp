@@ -21,8 +21,8 @@ using ::testing::IsEmpty;
 /// The pointers of all entry points, as they are now.
 std::vector<const void*> entryPoints() {
     return {
-#define VELLIS_ENTRY_POINT(name) reinterpret_cast<const void*>(glad_##name),
-#define VELLIS_LOADER_FLAG(name)
+#define VELLIS_ENTRY_POINT(name, member) reinterpret_cast<const void*>(glad_##name),
+#define VELLIS_LOADER_FLAG(name, member)
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
@@ -31,8 +31,8 @@ std::vector<const void*> entryPoints() {
 
 std::vector<int> flags() {
     return {
-#define VELLIS_ENTRY_POINT(name)
-#define VELLIS_LOADER_FLAG(name) name,
+#define VELLIS_ENTRY_POINT(name, member)
+#define VELLIS_LOADER_FLAG(name, member) name,
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
@@ -46,11 +46,11 @@ void callWithZeros(Result(GLAD_API_PTR* entryPoint)(Parameters...)) {
 
 TEST(FakeGl, EveryEntryPointIsRecordedUnderItsName) {
     FakeGl gl;
-#define VELLIS_ENTRY_POINT(name)                                                                   \
+#define VELLIS_ENTRY_POINT(name, member)                                                           \
     callWithZeros(glad_##name);                                                                    \
     EXPECT_EQ(gl.countOf(#name), 1u);                                                              \
     gl.forget();
-#define VELLIS_LOADER_FLAG(name)
+#define VELLIS_LOADER_FLAG(name, member)
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG

@@ -15,8 +15,8 @@ struct Row {
 };
 
 const Row rows[] = {
-#define VELLIS_ENTRY_POINT(name) {#name, &glad_##name},
-#define VELLIS_LOADER_FLAG(name)
+#define VELLIS_ENTRY_POINT(name, member) {#name, &glad_##name},
+#define VELLIS_LOADER_FLAG(name, member)
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG

@@ -7,8 +7,8 @@ namespace vellis::test {
 
 /// The position of an entry point among all those that the loader has.
 enum class EntryPoint : unsigned int {
-#define VELLIS_ENTRY_POINT(name) name##_,
-#define VELLIS_LOADER_FLAG(name)
+#define VELLIS_ENTRY_POINT(name, member) name##_,
+#define VELLIS_LOADER_FLAG(name, member)
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG

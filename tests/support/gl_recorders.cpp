@@ -65,8 +65,8 @@ private:
 
 /// Everything that the loader exports.
 struct RecorderSwap::Loader {
-#define VELLIS_ENTRY_POINT(name) decltype(glad_##name) name##_ = glad_##name;
-#define VELLIS_LOADER_FLAG(name) int name##_ = name;
+#define VELLIS_ENTRY_POINT(name, member) decltype(glad_##name) name##_ = glad_##name;
+#define VELLIS_LOADER_FLAG(name, member) int name##_ = name;
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
@@ -77,17 +77,17 @@ RecorderSwap::RecorderSwap(CallListener& newListener)
     : saved_(std::make_unique<Loader>()),
       outer_(listener) {
     listener = &newListener;
-#define VELLIS_ENTRY_POINT(name)                                                                   \
+#define VELLIS_ENTRY_POINT(name, member)                                                           \
     glad_##name = &Recorder<decltype(glad_##name)>::call<EntryPoint::name##_>;
-#define VELLIS_LOADER_FLAG(name) name = 1;
+#define VELLIS_LOADER_FLAG(name, member) name = 1;
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
 }
 
 RecorderSwap::~RecorderSwap() {
-#define VELLIS_ENTRY_POINT(name) glad_##name = saved_->name##_;
-#define VELLIS_LOADER_FLAG(name) name = saved_->name##_;
+#define VELLIS_ENTRY_POINT(name, member) glad_##name = saved_->name##_;
+#define VELLIS_LOADER_FLAG(name, member) name = saved_->name##_;
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
@@ -105,9 +105,9 @@ void* findRecorder(const char* wanted) {
         void* recorder;
     };
     static const Row rows[] = {
-#define VELLIS_ENTRY_POINT(name)                                                                   \
+#define VELLIS_ENTRY_POINT(name, member)                                                           \
     {#name, reinterpret_cast<void*>(&Recorder<decltype(glad_##name)>::call<EntryPoint::name##_>)},
-#define VELLIS_LOADER_FLAG(name)
+#define VELLIS_LOADER_FLAG(name, member)
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG

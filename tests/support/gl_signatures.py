@@ -260,7 +260,7 @@ def main(header_path, entry_points_path, output_path):
     with open(header_path, encoding="utf-8") as file:
         header = file.read()
     with open(entry_points_path, encoding="utf-8") as file:
-        names = re.findall(r"VELLIS_ENTRY_POINT\((\w+)\)", file.read())
+        names = re.findall(r"VELLIS_ENTRY_POINT\((\w+),", file.read())
     registry_path = os.path.join(os.path.dirname(glad.__file__), "files", "gl.xml")
     root = ElementTree.parse(registry_path).getroot()
 

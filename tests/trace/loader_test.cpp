@@ -84,8 +84,8 @@ TEST_F(Loader, EntryPointsAreNullBeforeTheFirstLoad) {
     if (GLAD_GL_VERSION_1_0 != 0)
         GTEST_SKIP() << "an earlier test of this process has loaded";
     expectVersion(0, 0);
-#define VELLIS_ENTRY_POINT(name) EXPECT_EQ(glad_##name, nullptr) << #name;
-#define VELLIS_LOADER_FLAG(name) EXPECT_EQ(name, 0) << #name;
+#define VELLIS_ENTRY_POINT(name, member) EXPECT_EQ(glad_##name, nullptr) << #name;
+#define VELLIS_LOADER_FLAG(name, member) EXPECT_EQ(name, 0) << #name;
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
@@ -153,12 +153,12 @@ TEST_F(Loader, EveryEntryPointIsTheOneOfItsName) {
                           "GL_ARB_vertex_array_object GL_EXT_gpu_shader4"),
               1);
     int filled = 0;
-#define VELLIS_ENTRY_POINT(name)                                                                   \
+#define VELLIS_ENTRY_POINT(name, member)                                                           \
     if (std::strcmp(#name, "glGetString") != 0 && std::strcmp(#name, "glGetIntegerv") != 0) {      \
         EXPECT_EQ(reinterpret_cast<void*>(glad_##name), addressOf(#name)) << #name;                \
         filled += glad_##name != nullptr;                                                          \
     }
-#define VELLIS_LOADER_FLAG(name)
+#define VELLIS_LOADER_FLAG(name, member)
 #include "entry_points.inc"
 #undef VELLIS_ENTRY_POINT
 #undef VELLIS_LOADER_FLAG
