@@ -12,6 +12,7 @@
 
 #include "engine/entry_point.hpp"
 #include "engine/log.hpp"
+#include "gl/enumerator_names.hpp"
 
 namespace vellis::internal {
 namespace {
@@ -49,6 +50,11 @@ void reportLastMessage(const char* format, va_list arguments) {
         std::vsnprintf(message, sizeof(message), format, arguments);
         reportMessage(message);
     }
+}
+
+const char* nameOrUnknown(const gl::EnumeratorNames& names, unsigned int value) {
+    const char* const name = names.find(value);
+    return name != nullptr ? name : "UNKNOWN ERROR";
 }
 
 } // namespace
@@ -98,45 +104,19 @@ void not_tested(const char* what, const char* file, int line) {
     log("ERROR", "%s [File(Line): %s(%d)] is not tested", printable(what), printable(file), line);
 }
 
-/// A row of a switch that names an enumerator by itself.
-#define VELLIS_NAME_OF(enumerator)                                                                 \
-    case enumerator:                                                                               \
-        return #enumerator
-
 const char* check_glerror() {
-    switch (glGetError()) {
-    case GL_NO_ERROR:
+    const unsigned int error = glGetError();
+    if (error == GL_NO_ERROR)
         return nullptr;
-        VELLIS_NAME_OF(GL_INVALID_ENUM);
-        VELLIS_NAME_OF(GL_INVALID_VALUE);
-        VELLIS_NAME_OF(GL_INVALID_OPERATION);
-        VELLIS_NAME_OF(GL_STACK_OVERFLOW);
-        VELLIS_NAME_OF(GL_STACK_UNDERFLOW);
-        VELLIS_NAME_OF(GL_OUT_OF_MEMORY);
-        VELLIS_NAME_OF(GL_INVALID_FRAMEBUFFER_OPERATION);
-    default:
-        return "UNKNOWN ERROR";
-    }
+    return nameOrUnknown(gl::errors, error);
 }
 
 const char* check_framebuffer_complete(unsigned int target) {
-    switch (callIfLoaded(glCheckFramebufferStatus, target)) {
-    case GL_FRAMEBUFFER_COMPLETE:
+    const unsigned int status = callIfLoaded(glCheckFramebufferStatus, target);
+    if (status == GL_FRAMEBUFFER_COMPLETE)
         return nullptr;
-        VELLIS_NAME_OF(GL_FRAMEBUFFER_UNDEFINED);
-        VELLIS_NAME_OF(GL_FRAMEBUFFER_INCOMPLETE_ATTACHMENT);
-        VELLIS_NAME_OF(GL_FRAMEBUFFER_INCOMPLETE_MISSING_ATTACHMENT);
-        VELLIS_NAME_OF(GL_FRAMEBUFFER_INCOMPLETE_DRAW_BUFFER);
-        VELLIS_NAME_OF(GL_FRAMEBUFFER_INCOMPLETE_READ_BUFFER);
-        VELLIS_NAME_OF(GL_FRAMEBUFFER_UNSUPPORTED);
-        VELLIS_NAME_OF(GL_FRAMEBUFFER_INCOMPLETE_MULTISAMPLE);
-        VELLIS_NAME_OF(GL_FRAMEBUFFER_INCOMPLETE_LAYER_TARGETS);
-    default:
-        return "UNKNOWN ERROR";
-    }
+    return nameOrUnknown(gl::framebufferStatuses, status);
 }
-
-#undef VELLIS_NAME_OF
 
 const char* check_framebuffer_complete() {
     return check_framebuffer_complete(GL_FRAMEBUFFER);

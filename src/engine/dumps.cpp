@@ -11,6 +11,7 @@
 
 #include "engine/log.hpp"
 #include "shading/info_log.hpp"
+#include "gl/enumerator_names.hpp"
 #include "state/state_values.hpp"
 
 namespace vellis::internal {
@@ -54,31 +55,6 @@ void printInfoLog(const char* title, const std::string& infoLog) {
         logText(title, infoLog.c_str()); // up to the first zero
 }
 
-struct TypeName {
-    unsigned int type;
-    const char* name;
-};
-
-#define VELLIS_NAME(enumerator)                                                                    \
-    { enumerator, #enumerator }
-constexpr TypeName typeNames[] = {
-    VELLIS_NAME(GL_INT),        VELLIS_NAME(GL_FLOAT),       VELLIS_NAME(GL_FLOAT_VEC2),
-    VELLIS_NAME(GL_FLOAT_VEC3), VELLIS_NAME(GL_FLOAT_VEC4),  VELLIS_NAME(GL_INT_VEC2),
-    VELLIS_NAME(GL_INT_VEC3),   VELLIS_NAME(GL_INT_VEC4),    VELLIS_NAME(GL_BOOL),
-    VELLIS_NAME(GL_BOOL_VEC2),  VELLIS_NAME(GL_BOOL_VEC3),   VELLIS_NAME(GL_BOOL_VEC4),
-    VELLIS_NAME(GL_FLOAT_MAT2), VELLIS_NAME(GL_FLOAT_MAT3),  VELLIS_NAME(GL_FLOAT_MAT4),
-    VELLIS_NAME(GL_SAMPLER_2D), VELLIS_NAME(GL_SAMPLER_CUBE)};
-#undef VELLIS_NAME
-
-/// Null for a type without a name.
-const char* typeName(unsigned int type) {
-    for (const TypeName& row : typeNames) {
-        if (row.type == type)
-            return row.name;
-    }
-    return nullptr;
-}
-
 /// Where the active variables of one kind come from.
 struct VariableQuery {
     unsigned int count;
@@ -112,7 +88,7 @@ void printVariables(unsigned int program, const VariableQuery& query, const char
                         name.data());
         char line[512];
         std::snprintf(line, sizeof(line), "loc = %i, name = %s, type = %s", i, name.c_str(),
-                      printable(typeName(type)));
+                      printable(gl::variableTypes.find(type)));
         log(logTitle, format, line);
     }
 }

@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include "gl/enumerator_names.hpp"
+
 namespace vellis::internal {
 namespace {
 
@@ -19,77 +21,37 @@ void writeHexadecimal(std::ostream& stream, int value) {
     stream << "0x" << std::hex << static_cast<unsigned int>(value) << std::dec;
 }
 
-struct EnumName {
-    int value;
-    const char* name;
-};
-
-#define VELLIS_NAME(enumerator)                                                                    \
-    EnumName {                                                                                     \
-        enumerator, #enumerator                                                                    \
-    }
-
-constexpr EnumName blendEquations[] = {VELLIS_NAME(GL_FUNC_ADD), VELLIS_NAME(GL_MIN),
-                                       VELLIS_NAME(GL_MAX), VELLIS_NAME(GL_FUNC_SUBTRACT),
-                                       VELLIS_NAME(GL_FUNC_REVERSE_SUBTRACT)};
-
-constexpr EnumName comparisons[] = {VELLIS_NAME(GL_NEVER),   VELLIS_NAME(GL_LESS),
-                                    VELLIS_NAME(GL_EQUAL),   VELLIS_NAME(GL_LEQUAL),
-                                    VELLIS_NAME(GL_GREATER), VELLIS_NAME(GL_NOTEQUAL),
-                                    VELLIS_NAME(GL_GEQUAL),  VELLIS_NAME(GL_ALWAYS)};
-
-constexpr EnumName stencilOperations[] = {VELLIS_NAME(GL_ZERO),      VELLIS_NAME(GL_INVERT),
-                                          VELLIS_NAME(GL_KEEP),      VELLIS_NAME(GL_REPLACE),
-                                          VELLIS_NAME(GL_INCR),      VELLIS_NAME(GL_DECR),
-                                          VELLIS_NAME(GL_INCR_WRAP), VELLIS_NAME(GL_DECR_WRAP)};
-
-constexpr EnumName colorBuffers[] = {VELLIS_NAME(GL_FRONT), VELLIS_NAME(GL_BACK)};
-
-#undef VELLIS_NAME
-
-/// The names that the values of a state have.
-struct EnumNames {
-    const EnumName* begin = nullptr;
-    const EnumName* end = nullptr;
-
-    EnumNames() = default;
-    template <unsigned int N>
-    EnumNames(const EnumName (&names)[N]) : begin(names),
-                                            end(names + N) {}
-};
-
-EnumNames namesOf(unsigned int pname) {
+/// The names that the values of a state have, or null.
+const gl::EnumeratorNames* namesOf(unsigned int pname) {
     switch (pname) {
     case GL_BLEND_EQUATION_RGB:
     case GL_BLEND_EQUATION_ALPHA:
-        return blendEquations;
+        return &gl::blendEquations;
     case GL_DEPTH_FUNC:
     case GL_STENCIL_FUNC:
     case GL_STENCIL_BACK_FUNC:
-        return comparisons;
+        return &gl::comparisons;
     case GL_STENCIL_FAIL:
     case GL_STENCIL_PASS_DEPTH_FAIL:
     case GL_STENCIL_PASS_DEPTH_PASS:
     case GL_STENCIL_BACK_FAIL:
     case GL_STENCIL_BACK_PASS_DEPTH_FAIL:
     case GL_STENCIL_BACK_PASS_DEPTH_PASS:
-        return stencilOperations;
+        return &gl::stencilOperations;
     case GL_READ_BUFFER:
-        return colorBuffers;
+        return &gl::colorBuffers;
     default:
-        return {};
+        return nullptr;
     }
 }
 
-void writeName(std::ostream& stream, EnumNames names, int value) {
-    for (const EnumName* name = names.begin; name != names.end; ++name) {
-        if (name->value == value) {
-            stream << name->name;
-            return;
-        }
+void writeName(std::ostream& stream, const gl::EnumeratorNames& names, int value) {
+    if (const char* const name = names.find(static_cast<unsigned int>(value))) {
+        stream << name;
+    } else {
+        stream << "unknown enum : ";
+        writeHexadecimal(stream, value);
     }
-    stream << "unknown enum : ";
-    writeHexadecimal(stream, value);
 }
 
 } // namespace
@@ -120,11 +82,10 @@ void write_enum_values(std::ostream& stream, int* values, unsigned int pname, un
         stream << "GL_TEXTURE" << values[0];
         return;
     }
-    const EnumNames names = namesOf(pname);
-    if (names.begin == nullptr)
-        write_hex_values(stream, values, count);
+    if (const gl::EnumeratorNames* const names = namesOf(pname))
+        writeName(stream, *names, values[0]);
     else
-        writeName(stream, names, values[0]);
+        write_hex_values(stream, values, count);
 }
 
 } // namespace vellis::internal
