@@ -3,6 +3,6 @@
 /// \file
 /// Diagnostics on standard error: logs and assertions, dumps of what GL holds, tracked GL state.
 
-#include <vellis/internal/diagnostics.hpp>
-#include <vellis/internal/dumps.hpp>
-#include <vellis/internal/tracked_states.hpp>
+#include <vellis/engine/diagnostics.hpp>
+#include <vellis/engine/dumps.hpp>
+#include <vellis/state/tracked_states.hpp>

@@ -4,7 +4,7 @@
 #include <vellis/buffers/vertex_buffer.hpp>
 #include <vellis/gl.hpp>
 
-#include "engine/entry_point.hpp"
+#include "gl/entry_point.hpp"
 
 namespace vellis {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <vellis/gl.hpp>
 
-#include "state/capability.hpp"
+#include "gl/capability.hpp"
 
 namespace vellis {
 namespace {

@@ -13,7 +13,7 @@
 #include <vellis/shading/program_manager.hpp>
 
 #include "drawing/dash_distances.hpp"
-#include "engine/disposal.hpp"
+#include "gl/disposal.hpp"
 #include "state/state_guard.hpp"
 
 namespace vellis {
@@ -219,7 +219,7 @@ Toolbox& Toolbox::instance() {
 
 std::shared_ptr<Bytes> Toolbox::getVertexBuffer() {
     static bool hasBeenMade = false;
-    if (!hasBeenMade && !engine::isDisposed()) {
+    if (!hasBeenMade && !gl::isDisposed) {
         const auto buffer = std::make_shared<SharedBuffer>();
         SharedBuffer::key = BufferObjectManager::instance().add(buffer);
         hasBeenMade = true;

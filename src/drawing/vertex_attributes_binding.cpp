@@ -3,7 +3,7 @@
 #include <vellis/gl.hpp>
 
 #include "drawing/vertex_attributes_binding_inlined.hpp"
-#include "engine/entry_point.hpp"
+#include "gl/entry_point.hpp"
 
 namespace vellis {
 

@@ -1,4 +1,4 @@
-#include <vellis/internal/diagnostics.hpp>
+#include <vellis/engine/diagnostics.hpp>
 
 #include <cstdarg>
 #include <cstdio>
@@ -10,8 +10,8 @@
 
 #include <vellis/gl.hpp>
 
-#include "engine/entry_point.hpp"
-#include "engine/log.hpp"
+#include "gl/entry_point.hpp"
+#include "gl/log.hpp"
 #include "gl/enumerator_names.hpp"
 
 namespace vellis::internal {

@@ -1,4 +1,4 @@
-#include <vellis/internal/dumps.hpp>
+#include <vellis/engine/dumps.hpp>
 
 #include <algorithm>
 #include <cstdio>
@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include <vellis/gl.hpp>
-#include <vellis/internal/diagnostics.hpp>
+#include <vellis/engine/diagnostics.hpp>
 
-#include "engine/log.hpp"
+#include "gl/log.hpp"
 #include "shading/info_log.hpp"
 #include "gl/enumerator_names.hpp"
 #include "state/state_values.hpp"

@@ -6,7 +6,7 @@
 
 #include <vellis/gl.hpp>
 
-#include "engine/size_limits.hpp"
+#include "gl/size_limits.hpp"
 #include "state/pixel_alignment.hpp"
 #include "state/pixel_memory.hpp"
 

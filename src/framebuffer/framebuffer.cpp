@@ -5,7 +5,7 @@
 
 #include <vellis/gl.hpp>
 
-#include "engine/entry_point.hpp"
+#include "gl/entry_point.hpp"
 
 namespace vellis {
 namespace {

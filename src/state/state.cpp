@@ -2,8 +2,8 @@
 
 #include <vellis/gl.hpp>
 
-#include "engine/entry_point.hpp"
-#include "state/capability.hpp"
+#include "gl/entry_point.hpp"
+#include "gl/capability.hpp"
 
 namespace vellis::state {
 namespace {

@@ -4,9 +4,9 @@
 #include <locale>
 #include <sstream>
 
-#include <vellis/internal/diagnostics.hpp>
+#include <vellis/engine/diagnostics.hpp>
 
-#include "engine/log.hpp"
+#include "gl/log.hpp"
 #include "state/value_writers.hpp"
 
 namespace vellis::internal {

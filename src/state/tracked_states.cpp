@@ -1,12 +1,12 @@
-#include <vellis/internal/tracked_states.hpp>
+#include <vellis/state/tracked_states.hpp>
 
 #include <iterator>
 #include <string>
 
 #include <vellis/gl.hpp>
-#include <vellis/internal/diagnostics.hpp>
+#include <vellis/engine/diagnostics.hpp>
 
-#include "engine/log.hpp"
+#include "gl/log.hpp"
 #include "state/state_values.hpp"
 
 namespace vellis::internal {

@@ -7,7 +7,7 @@
 
 #include <vellis/gl.hpp>
 
-#include "engine/log.hpp"
+#include "gl/log.hpp"
 
 namespace vellis {
 namespace {

@@ -3,7 +3,7 @@
 #include <vellis/detail/vector_of.hpp>
 #include <vellis/gl.hpp>
 
-#include "engine/size_limits.hpp"
+#include "gl/size_limits.hpp"
 #include "state/pixel_memory.hpp"
 
 namespace vellis {

@@ -2,7 +2,7 @@
 
 #include <vellis/gl.hpp>
 
-#include "engine/entry_point.hpp"
+#include "gl/entry_point.hpp"
 #include "state/pixel_alignment.hpp"
 
 namespace vellis {

@@ -13,9 +13,9 @@
 #include <vellis/engine.hpp>
 #include <vellis/shading.hpp>
 
-#include "docs/operations.hpp"
+#include "operations/operations.hpp"
 #include "docs/page.hpp"
-#include "docs/state_effects.hpp"
+#include "operations/state_effects.hpp"
 #include "docs/tables.hpp"
 #include "support/fake_gl.hpp"
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <map>
 
-#include "docs/state_effects.hpp"
+#include "operations/state_effects.hpp"
 
 namespace vellis::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "docs/operations.hpp"
+#include "operations/operations.hpp"
 
 /// \file
 /// The generated parts of the documentation's pages, in Markdown.

@@ -10,7 +10,7 @@
 #include <vellis/texture/sampler.hpp>
 
 #include "faults/failing_allocations.hpp"
-#include "faults/linked_again.hpp"
+#include "operations/linked_again.hpp"
 #include "support/aborted.hpp"
 #include "support/allocation_count.hpp"
 #include "support/fake_gl.hpp"

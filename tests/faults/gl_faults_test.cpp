@@ -10,11 +10,11 @@
 #include <vellis/internal.hpp>
 #include <vellis/shading.hpp>
 
-#include "docs/operations.hpp"
+#include "operations/operations.hpp"
 #include "docs/page.hpp"
-#include "docs/state_effects.hpp"
+#include "operations/state_effects.hpp"
 #include "faults/gl_faults.hpp"
-#include "faults/silent_operations.hpp"
+#include "operations/silent_operations.hpp"
 #include "support/fake_gl.hpp"
 
 namespace {

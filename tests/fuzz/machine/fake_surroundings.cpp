@@ -13,7 +13,7 @@ namespace {
 enum class Extension {
 #define VELLIS_EXTENSION(extension, name) extension,
 #define VELLIS_EXTENSION_ENTRY_POINT(extension, entryPoint)
-#include "render/extensions.inc"
+#include "support/extensions.inc"
 #undef VELLIS_EXTENSION
 #undef VELLIS_EXTENSION_ENTRY_POINT
     UnsignedUniforms
@@ -33,7 +33,7 @@ struct OptionalEntryPoint {
      }},
 // clang-format off
 constexpr OptionalEntryPoint optionalEntryPoints[] = {
-#include "render/extensions.inc"
+#include "support/extensions.inc"
     VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform1ui)
     VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform1uiv)
     VELLIS_EXTENSION_ENTRY_POINT(UnsignedUniforms, glUniform3uiv)
