@@ -1,0 +1,60 @@
+# How the library is built to be fast and small. It is right without any of this: what is here is here for
+# a number, which docs/performance.md shows and a script measures.
+
+# Code for speed, the rest for size: scripts/footprint.sh holds the size of the library, and
+# scripts/instructions.sh and scripts/times.sh what operations cost. What runs for every draw, or makes
+# what frames make, is optimised as the build type says; what runs once, prints, or waits for the driver
+# is compiled to be small, which takes a quarter off the library.
+set(fast_sources
+    src/buffers/buffer_object.cpp
+    src/buffers/buffer_object_manager.cpp
+    src/drawing/drawable.cpp
+    src/drawing/primitives.cpp
+    src/drawing/vertex_attributes_binding.cpp
+    src/shading/program.cpp
+    src/shading/uniform.cpp
+    src/state/state.cpp)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    get_target_property(small_sources vellis SOURCES)
+    list(FILTER small_sources INCLUDE REGEX "\\.cpp$")
+    list(REMOVE_ITEM small_sources ${fast_sources})
+    set_property(SOURCE ${small_sources} APPEND PROPERTY
+        COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:-Os>)
+    target_compile_options(vellis_loader PRIVATE $<$<NOT:$<CONFIG:Debug>>:-Os>)
+endif()
+
+# Calls within the library are direct: nobody replaces its functions at run time. Its data, the loader's
+# pointers among them, may lie in the program that uses it, so -Bsymbolic would be wrong. The benchmark
+# draw/handles shows it.
+check_linker_flag(CXX -Wl,-Bsymbolic-functions VELLIS_HAS_BSYMBOLIC_FUNCTIONS)
+target_compile_options(vellis PRIVATE
+    $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-semantic-interposition>)
+target_link_options(vellis PRIVATE
+    $<$<BOOL:${VELLIS_HAS_BSYMBOLIC_FUNCTIONS}>:-Wl,-Bsymbolic-functions>)
+
+# gcc 12 takes the two words of a shared pointer into one register, only to part them again: some
+# instructions less for each draw without (draw/handles).
+target_compile_options(vellis PRIVATE
+    $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-tree-slp-vectorize>)
+
+# What the library calls is found when it is loaded, and not in the first calls, which engine::init would
+# pay for (scripts/startup.sh); its tables of addresses are read-only from then on.
+check_linker_flag(CXX "-Wl,-z,relro,-z,now" VELLIS_HAS_BIND_NOW)
+target_link_options(vellis PRIVATE $<$<BOOL:${VELLIS_HAS_BIND_NOW}>:-Wl,-z,relro,-z,now>)
+
+# Most relocations only add the address that the library is loaded at: packed they take 20 kB less room
+# (scripts/footprint.sh). Where the C library that is here can unpack them, so can those that the library
+# runs with.
+if(VELLIS_PACK_RELOCATIONS)
+    check_linker_flag(CXX "-Wl,-z,pack-relative-relocs" VELLIS_HAS_PACKED_RELOCATIONS)
+    check_cxx_source_compiles("
+        #include <features.h>
+        #if !__GLIBC_PREREQ(2, 36)
+        #error its dynamic linker does not know them
+        #endif
+        int main() {}" VELLIS_LOADS_PACKED_RELOCATIONS)
+    if(VELLIS_HAS_PACKED_RELOCATIONS AND VELLIS_LOADS_PACKED_RELOCATIONS)
+        target_link_options(vellis PRIVATE -Wl,-z,pack-relative-relocs)
+        set(vellis_packs_relocations ON)
+    endif()
+endif()
