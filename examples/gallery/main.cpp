@@ -10,10 +10,10 @@
 #include <common/output_folder.hpp>
 #include <common/picture_file.hpp>
 #include <common/ready_context.hpp>
-#include <gallery/contact_sheet.hpp>
-#include <gallery/panel.hpp>
-#include <gallery/probe.hpp>
-#include <gallery/render.hpp>
+#include <gallery/frame/contact_sheet.hpp>
+#include <gallery/frame/panel.hpp>
+#include <gallery/frame/probe.hpp>
+#include <gallery/frame/render.hpp>
 #include <offscreen/image.hpp>
 
 namespace {

@@ -30,35 +30,35 @@ AntialiasedPicture::AntialiasedPicture(const glm::uvec2& size)
     : size_(size),
       samples_(size.x, size.y, numSamples()),
       depths_(size.x, size.y, numSamples()),
-      colours_(vellis::Texture2D<glm::u8vec4>::make(size.x, size.y)) {
+      colors_(vellis::Texture2D<glm::u8vec4>::make(size.x, size.y)) {
     samplesFramebuffer_.bind();
     samplesFramebuffer_.attachFragmentOut(samples_);
     samplesFramebuffer_.attachDepthStencilbuffer(depths_);
     requireComplete();
     samplesFramebuffer_.unbind();
 
-    coloursFramebuffer_.bind();
-    coloursFramebuffer_.attachFragmentOut(*colours_);
+    colorsFramebuffer_.bind();
+    colorsFramebuffer_.attachFragmentOut(*colors_);
     requireComplete();
-    coloursFramebuffer_.unbind();
+    colorsFramebuffer_.unbind();
 }
 
 void AntialiasedPicture::end() const {
     samplesFramebuffer_.unbind();
-    vellis::Framebuffer::blit(samples_, *colours_, size_.x, size_.y);
+    vellis::Framebuffer::blit(samples_, *colors_, size_.x, size_.y);
 }
 
 void AntialiasedPicture::show() const {
     const auto width = static_cast<GLint>(size_.x);
     const auto height = static_cast<GLint>(size_.y);
-    coloursFramebuffer_.bindToRead();
+    colorsFramebuffer_.bindToRead();
     vellis::Framebuffer::bindToDraw(0);
     glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    coloursFramebuffer_.unbindToRead();
+    colorsFramebuffer_.unbindToRead();
 }
 
 offscreen::Image AntialiasedPicture::download() const {
-    return common::toPicture(colours_->download(), size_.x, size_.y);
+    return common::toPicture(colors_->download(), size_.x, size_.y);
 }
 
 } // namespace gears

@@ -42,8 +42,8 @@ private:
     vellis::MultiSampleRenderbuffer<glm::u8vec4> samples_;
     vellis::MultiSampleRenderbuffer<vellis::depth24_stencil8> depths_;
     vellis::Framebuffer samplesFramebuffer_;
-    std::shared_ptr<vellis::Texture2D<glm::u8vec4>> colours_;
-    vellis::Framebuffer coloursFramebuffer_;
+    std::shared_ptr<vellis::Texture2D<glm::u8vec4>> colors_;
+    vellis::Framebuffer colorsFramebuffer_;
 };
 
 } // namespace gears

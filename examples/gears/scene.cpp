@@ -22,7 +22,7 @@ using vellis::Uniform;
 const glm::vec4 paper(0.98f, 0.973f, 0.953f, 1.0f);
 
 /// The colours of the gears, in their order.
-const glm::vec3 colours[] = {
+const glm::vec3 colors[] = {
     {0.906f, 0.435f, 0.318f}, // coral
     {0.165f, 0.616f, 0.561f}, // teal
     {0.271f, 0.482f, 0.616f}, // blue
@@ -46,22 +46,22 @@ void main() {
 
 /// A light at the upper left behind the viewer, the sky above and the ground below.
 constexpr char fragmentSource[] = R"(
-uniform vec3 colour;
+uniform vec3 color;
 IN vec3 eyePosition;
 IN vec3 eyeNormal;
 DECL_OUT0;
 
 const vec3 toLight = vec3(-0.42, 0.64, 0.64);
-const vec3 skyColour = vec3(0.60, 0.61, 0.64);
-const vec3 groundColour = vec3(0.50, 0.47, 0.46);
+const vec3 skyColor = vec3(0.60, 0.61, 0.64);
+const vec3 groundColor = vec3(0.50, 0.47, 0.46);
 
 void main() {
     vec3 towards = normalize(eyeNormal);
     vec3 halfway = normalize(toLight - normalize(eyePosition));
-    vec3 around = mix(groundColour, skyColour, 0.5 + 0.5 * towards.y);
+    vec3 around = mix(groundColor, skyColor, 0.5 + 0.5 * towards.y);
     float light = 0.44 * max(dot(towards, toLight), 0.0);
     float gloss = 0.10 * pow(max(dot(towards, halfway), 0.0), 24.0);
-    OUT0 = vec4(colour * (around + light) + gloss, 1.0);
+    OUT0 = vec4(color * (around + light) + gloss, 1.0);
 }
 )";
 
@@ -136,7 +136,7 @@ void Scene::draw(const glm::uvec2& size, const View& view, float driverAngle) co
         const glm::mat4 placed = glm::translate(camera.toEye, glm::vec3(train_[i].centre, 0.0f));
         const glm::mat4 turned = glm::rotate(placed, angles[i], {0.0f, 0.0f, 1.0f});
         bodies_[i].draw(*program_, Uniform("toEye", turned), Uniform("toClip", camera.toClip),
-                        Uniform("colour", colours[i % std::size(colours)]));
+                        Uniform("color", colors[i % std::size(colors)]));
     }
 }
 

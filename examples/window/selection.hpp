@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <gallery/panel.hpp>
+#include <gallery/frame/panel.hpp>
 
 namespace window {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include <gallery/colour.hpp>
-#include <gallery/render.hpp>
-#include <gallery/textured.hpp>
+#include <gallery/frame/color.hpp>
+#include <gallery/frame/render.hpp>
+#include <gallery/panels/textured.hpp>
 #include <vellis/framebuffer.hpp>
 #include <vellis/internal.hpp>
 #include <vellis/texture.hpp>
@@ -27,7 +27,7 @@ Sampler samplerFor(const gallery::Panel& panel) {
 /// Draws a panel as large as the framebuffer allows, in its middle.
 void show(const gallery::Panel& panel, const glm::uvec2& size) {
     const unsigned int drawn = gallery::drawnSize(panel);
-    const auto picture = gallery::ColourTexture::make(drawn, drawn, nullptr, samplerFor(panel));
+    const auto picture = gallery::ColorTexture::make(drawn, drawn, nullptr, samplerFor(panel));
     gallery::draw(panel, *picture);
     picture->generateMipmap();
 

@@ -3,7 +3,7 @@
 #include <glm/vec2.hpp>
 
 #include <common/window.hpp>
-#include <gallery/panel.hpp>
+#include <gallery/frame/panel.hpp>
 
 #include "selection.hpp"
 

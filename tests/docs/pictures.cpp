@@ -45,7 +45,7 @@ const Picture& find(const std::string& name) {
     throw std::runtime_error("No page has a picture of the name " + name + ".");
 }
 
-bool isOfOneColour(const offscreen::Image& image) {
+bool isOfOneColor(const offscreen::Image& image) {
     for (std::size_t i = 4; i < image.pixels.size(); i += 4) {
         if (std::memcmp(&image.pixels[i], image.pixels.data(), 4) != 0)
             return false;
@@ -62,7 +62,7 @@ offscreen::Image draw(const Picture& picture) {
     // What blending leaves as alpha is no transparency.
     for (std::size_t i = 3; i < image.pixels.size(); i += 4)
         image.pixels[i] = 255;
-    if (isOfOneColour(image))
+    if (isOfOneColor(image))
         throw std::runtime_error("The picture is empty.");
     return image;
 }

@@ -255,7 +255,7 @@ TYPED_TEST(ToolboxFamilyRender, TooManyPointsAreRefusedByGl) {
     EXPECT_EQ(first[1], this->b);
 }
 
-TYPED_TEST(ToolboxFamilyRender, AlphaOfFlatColoursIsWrittenNotBlended) {
+TYPED_TEST(ToolboxFamilyRender, AlphaOfFlatColorsIsWrittenNotBlended) {
     Toolbox::drawTriangleStrip(glm::vec4(0.f, 1.f, 0.f, 0.5f), {this->a, this->b, this->c, this->d},
                                pixels);
     EXPECT_TRUE(Picture().has(green, 128, 128));
@@ -328,7 +328,7 @@ TYPED_TEST(ToolboxPointsRender, PointIsRoundWithASoftRim) {
         [](float distance) { return blended(black, white, discAlpha(distance, pointSize, 0.1f)); });
 }
 
-TYPED_TEST(ToolboxPointsRender, PointIsBlendedByTheAlphaOfItsColour) {
+TYPED_TEST(ToolboxPointsRender, PointIsBlendedByTheAlphaOfItsColor) {
     const glm::vec4 faint(1.f, 0.f, 0.f, 0.5f);
     Toolbox::drawPoints(faint, pointSize, {this->middle}, pixels);
     this->profileIs([&](float distance) {

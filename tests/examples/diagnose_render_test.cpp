@@ -17,10 +17,10 @@ protected:
 };
 
 TEST_F(DiagnoseProgram, LeakSpoilsTheSecondFrame) {
-    EXPECT_TRUE(hasColour(80, 120, 38, 69, 99)) << "a bar of the first frame";
-    EXPECT_TRUE(hasColour(380, 120, 255, 255, 255)) << "the same bar of the second frame";
-    EXPECT_TRUE(hasColour(20, 20, 250, 247, 242)) << "the paper of the first frame";
-    EXPECT_TRUE(hasColour(320, 20, 250, 247, 242)) << "the paper of the second frame";
+    EXPECT_TRUE(hasColor(80, 120, 38, 69, 99)) << "a bar of the first frame";
+    EXPECT_TRUE(hasColor(380, 120, 255, 255, 255)) << "the same bar of the second frame";
+    EXPECT_TRUE(hasColor(20, 20, 250, 247, 242)) << "the paper of the first frame";
+    EXPECT_TRUE(hasColor(320, 20, 250, 247, 242)) << "the paper of the second frame";
 }
 
 TEST_F(DiagnoseProgram, DiffNamesTheLeak) {

@@ -1,4 +1,4 @@
-#include <gallery/panel.hpp>
+#include <gallery/frame/panel.hpp>
 
 #include <algorithm>
 #include <array>
@@ -7,10 +7,10 @@
 
 #include <gmock/gmock.h>
 
-#include <gallery/contact_sheet.hpp>
-#include <gallery/font.hpp>
-#include <gallery/picture.hpp>
-#include <gallery/render.hpp>
+#include <gallery/frame/contact_sheet.hpp>
+#include <gallery/frame/font.hpp>
+#include <gallery/frame/picture.hpp>
+#include <gallery/frame/render.hpp>
 
 #include "support/render_test.hpp"
 
@@ -39,7 +39,7 @@ protected:
 };
 
 /// The colour that most pixels have.
-gallery::Colour dominantColour(const offscreen::Image& image) {
+gallery::Color dominantColor(const offscreen::Image& image) {
     std::map<std::array<unsigned char, 3>, int> counts;
     for (std::size_t i = 0; i < image.pixels.size(); i += 4)
         ++counts[{image.pixels[i], image.pixels[i + 1], image.pixels[i + 2]}];
@@ -49,8 +49,8 @@ gallery::Colour dominantColour(const offscreen::Image& image) {
     return {most->first[0], most->first[1], most->first[2]};
 }
 
-offscreen::Image onePicture(gallery::Colour colour) {
-    return gallery::filled(gallery::panelSize, gallery::panelSize, colour);
+offscreen::Image onePicture(gallery::Color color) {
+    return gallery::filled(gallery::panelSize, gallery::panelSize, color);
 }
 
 TEST_F(GalleryRender, EveryPanelShowsWhatItMust) {
@@ -60,10 +60,10 @@ TEST_F(GalleryRender, EveryPanelShowsWhatItMust) {
     EXPECT_EQ(again.pixels, pictures.front().pixels) << "a panel left a switch behind";
 }
 
-TEST_F(GalleryRender, NoPanelPassesWithItsDominantColourOrThePictureOfAnother) {
+TEST_F(GalleryRender, NoPanelPassesWithItsDominantColorOrThePictureOfAnother) {
     for (std::size_t i = 0; i < pictures.size(); ++i) {
         const gallery::Panel& panel = gallery::panels()[i];
-        EXPECT_THAT(gallery::check(panel, onePicture(dominantColour(pictures[i]))), Not(IsEmpty()))
+        EXPECT_THAT(gallery::check(panel, onePicture(dominantColor(pictures[i]))), Not(IsEmpty()))
             << panel.name;
         for (std::size_t other = 0; other < pictures.size(); ++other) {
             if (other != i) {
@@ -145,9 +145,9 @@ TEST(GalleryPanels, AreDrawnWithNoMoreSamplesThanAPanelMayAskFor) {
 /// A white picture with a black right half, and probes held against it.
 class GalleryProbe : public ::testing::Test {
 protected:
-    static constexpr gallery::Colour white{255, 255, 255};
-    static constexpr gallery::Colour black{0, 0, 0};
-    static constexpr gallery::Colour red{255, 0, 0};
+    static constexpr gallery::Color white{255, 255, 255};
+    static constexpr gallery::Color black{0, 0, 0};
+    static constexpr gallery::Color red{255, 0, 0};
 
     GalleryProbe() : picture(onePicture(white)) {
         gallery::fill(picture, 120, 0, 120, gallery::panelSize, black);
@@ -160,15 +160,15 @@ protected:
     offscreen::Image picture;
 };
 
-TEST_F(GalleryProbe, OfAColourNamesPanelPlaceAndColours) {
-    EXPECT_THAT(check(gallery::ColourAt{{119, 7}, white}), IsEmpty());
-    EXPECT_THAT(check(gallery::ColourAt{{120, 7}, white}),
+TEST_F(GalleryProbe, OfAColorNamesPanelPlaceAndColors) {
+    EXPECT_THAT(check(gallery::ColorAt{{119, 7}, white}), IsEmpty());
+    EXPECT_THAT(check(gallery::ColorAt{{120, 7}, white}),
                 ElementsAre("Panel halves: at (120, 7) the colour is #000000, not #ffffff."));
 }
 
-TEST_F(GalleryProbe, OfAColourAllowsItsTolerance) {
-    EXPECT_THAT(check(gallery::ColourAt{{0, 0}, {245, 255, 255}, 10}), IsEmpty());
-    EXPECT_THAT(check(gallery::ColourAt{{0, 0}, {244, 255, 255}, 10}), Not(IsEmpty()));
+TEST_F(GalleryProbe, OfAColorAllowsItsTolerance) {
+    EXPECT_THAT(check(gallery::ColorAt{{0, 0}, {245, 255, 255}, 10}), IsEmpty());
+    EXPECT_THAT(check(gallery::ColorAt{{0, 0}, {244, 255, 255}, 10}), Not(IsEmpty()));
 }
 
 TEST_F(GalleryProbe, OfAnEdgeFindsIt) {
@@ -190,14 +190,14 @@ TEST_F(GalleryProbe, OfAnEdgeRefusesASecondOneBehind) {
     EXPECT_THAT(check(gallery::EdgeBetween{{110, 9}, {135, 9}, white, black}), Not(IsEmpty()));
 }
 
-TEST_F(GalleryProbe, OfAnEdgeAllowsThreePixelsOfOtherColours) {
+TEST_F(GalleryProbe, OfAnEdgeAllowsThreePixelsOfOtherColors) {
     gallery::fill(picture, 120, 0, 3, gallery::panelSize, red);
     EXPECT_THAT(check(gallery::EdgeBetween{{110, 9}, {130, 9}, white, black}), IsEmpty());
     gallery::fill(picture, 120, 0, 4, gallery::panelSize, red);
     EXPECT_THAT(check(gallery::EdgeBetween{{110, 9}, {130, 9}, white, black}), Not(IsEmpty()));
 }
 
-TEST_F(GalleryProbe, OfMixedColoursCountsThem) {
+TEST_F(GalleryProbe, OfMixedColorsCountsThem) {
     gallery::fill(picture, 120, 0, 3, gallery::panelSize, red);
     EXPECT_THAT(check(gallery::MixedBetween{{110, 9}, {130, 9}, white, black, 3, 3}), IsEmpty());
     EXPECT_THAT(check(gallery::MixedBetween{{110, 9}, {130, 9}, white, black, 4, 9}),
@@ -209,7 +209,7 @@ TEST_F(GalleryProbe, OfMixedColoursCountsThem) {
 
 TEST_F(GalleryProbe, OfAnyKindFailsOnAPictureOfAnotherSize) {
     picture = gallery::filled(10, 10, white);
-    EXPECT_THAT(check(gallery::ColourAt{{0, 0}, white}),
+    EXPECT_THAT(check(gallery::ColorAt{{0, 0}, white}),
                 ElementsAre("Panel halves: the picture has not the size of a panel."));
 }
 

@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include <gallery/panel.hpp>
+#include <gallery/frame/panel.hpp>
 #include <offscreen/image.hpp>
 
 #include "support/render_test.hpp"

@@ -13,16 +13,16 @@ protected:
         int count = 0;
         for (unsigned int y = y0; y <= y1; ++y) {
             for (unsigned int x = x0; x <= x1; ++x)
-                count += hasColour(x, y, 250, 247, 242) ? 0 : 1;
+                count += hasColor(x, y, 250, 247, 242) ? 0 : 1;
         }
         return count;
     }
 };
 
 TEST_F(PlotProgram, DrawsAxesOfOnePixel) {
-    EXPECT_TRUE(hasColour(44, 300, 43, 59, 71));
-    EXPECT_TRUE(hasColour(500, 359, 43, 59, 71));
-    EXPECT_TRUE(hasColour(100, 363, 43, 59, 71)) << "a tick";
+    EXPECT_TRUE(hasColor(44, 300, 43, 59, 71));
+    EXPECT_TRUE(hasColor(500, 359, 43, 59, 71));
+    EXPECT_TRUE(hasColor(100, 363, 43, 59, 71)) << "a tick";
     EXPECT_EQ(drawnBetween(30, 300, 47, 300), 1);
     EXPECT_EQ(drawnBetween(480, 350, 480, 370), 1);
     EXPECT_EQ(drawnBetween(0, 370, 639, 399), 0);
@@ -36,20 +36,20 @@ TEST_F(PlotProgram, DrawsADashedGrid) {
 }
 
 TEST_F(PlotProgram, DrawsASmoothCurve) {
-    EXPECT_TRUE(hasColour(213, 245, 41, 158, 143)) << "its first low";
+    EXPECT_TRUE(hasColor(213, 245, 41, 158, 143)) << "its first low";
     const int wide = drawnBetween(213, 238, 213, 252);
     EXPECT_GE(wide, 3);
     EXPECT_LE(wide, 5);
-    EXPECT_FALSE(hasColour(213, 244, 250, 247, 242) || hasColour(213, 244, 41, 158, 143))
+    EXPECT_FALSE(hasColor(213, 244, 250, 247, 242) || hasColor(213, 244, 41, 158, 143))
         << "its rim is blended";
 }
 
 TEST_F(PlotProgram, DrawsPointsAndABullseye) {
-    EXPECT_TRUE(hasColour(212, 232, 115, 153, 179)) << "a measured point";
+    EXPECT_TRUE(hasColor(212, 232, 115, 153, 179)) << "a measured point";
     EXPECT_EQ(drawnBetween(216, 205, 224, 218), 0) << "beside it";
-    EXPECT_TRUE(hasColour(126, 112, 232, 112, 82)) << "the middle of the bullseye";
-    EXPECT_TRUE(hasColour(126, 117, 255, 255, 255)) << "its ring";
-    EXPECT_TRUE(hasColour(126, 121, 232, 112, 82)) << "its rim";
+    EXPECT_TRUE(hasColor(126, 112, 232, 112, 82)) << "the middle of the bullseye";
+    EXPECT_TRUE(hasColor(126, 117, 255, 255, 255)) << "its ring";
+    EXPECT_TRUE(hasColor(126, 121, 232, 112, 82)) << "its rim";
     EXPECT_EQ(drawnBetween(118, 85, 136, 98), 0) << "above it";
 }
 

@@ -31,21 +31,21 @@ protected:
     int red(unsigned int x, unsigned int y) const { return picture.at(x, y)[0]; }
 };
 
-TEST_F(PostprocessProgram, KeepsTheColoursOfFlatAreas) {
-    EXPECT_TRUE(hasColour(20, 20, 207, 224, 227)) << "the sky";
-    EXPECT_TRUE(hasColour(120, 160, 232, 112, 82)) << "the box";
-    EXPECT_TRUE(hasColour(280, 130, 237, 199, 110)) << "the disc";
-    EXPECT_TRUE(hasColour(240, 300, 38, 69, 99)) << "the ground";
+TEST_F(PostprocessProgram, KeepsTheColorsOfFlatAreas) {
+    EXPECT_TRUE(hasColor(20, 20, 207, 224, 227)) << "the sky";
+    EXPECT_TRUE(hasColor(120, 160, 232, 112, 82)) << "the box";
+    EXPECT_TRUE(hasColor(280, 130, 237, 199, 110)) << "the disc";
+    EXPECT_TRUE(hasColor(240, 300, 38, 69, 99)) << "the ground";
     for (const unsigned int x : {0u, 479u}) {
-        EXPECT_TRUE(hasColour(x, 0, 207, 224, 227)) << "the ground came around the edge";
-        EXPECT_TRUE(hasColour(x, 319, 38, 69, 99)) << "the sky came around the edge";
+        EXPECT_TRUE(hasColor(x, 0, 207, 224, 227)) << "the ground came around the edge";
+        EXPECT_TRUE(hasColor(x, 319, 38, 69, 99)) << "the sky came around the edge";
     }
 }
 
 TEST_F(PostprocessProgram, DrawsTheSceneWithDepth) {
-    EXPECT_TRUE(hasColour(180, 130, 232, 112, 82)) << "the box is in front of the disc";
-    EXPECT_TRUE(hasColour(220, 130, 237, 199, 110)) << "the disc is beside it";
-    EXPECT_TRUE(hasColour(120, 60, 207, 224, 227)) << "the sky is above the box";
+    EXPECT_TRUE(hasColor(180, 130, 232, 112, 82)) << "the box is in front of the disc";
+    EXPECT_TRUE(hasColor(220, 130, 237, 199, 110)) << "the disc is beside it";
+    EXPECT_TRUE(hasColor(120, 60, 207, 224, 227)) << "the sky is above the box";
 }
 
 TEST_F(PostprocessProgram, BlursAcross) {
@@ -63,10 +63,10 @@ TEST_F(PostprocessProgram, BlursUpAndDown) {
 }
 
 TEST_F(PostprocessProgram, ReachesNoFurther) {
-    EXPECT_TRUE(hasColour(40 - reach - 2, 160, 207, 224, 227)) << "left of the box";
-    EXPECT_TRUE(hasColour(40 + reach + 2, 160, 232, 112, 82)) << "in the box";
-    EXPECT_TRUE(hasColour(400, 260 - reach - 2, 207, 224, 227)) << "above the ground";
-    EXPECT_TRUE(hasColour(400, 260 + reach + 2, 38, 69, 99)) << "in the ground";
+    EXPECT_TRUE(hasColor(40 - reach - 2, 160, 207, 224, 227)) << "left of the box";
+    EXPECT_TRUE(hasColor(40 + reach + 2, 160, 232, 112, 82)) << "in the box";
+    EXPECT_TRUE(hasColor(400, 260 - reach - 2, 207, 224, 227)) << "above the ground";
+    EXPECT_TRUE(hasColor(400, 260 + reach + 2, 38, 69, 99)) << "in the ground";
 }
 
 } // namespace

@@ -36,8 +36,8 @@ protected:
     }
 
     /// Whether a pixel has a colour but for a driver's rounding.
-    ::testing::AssertionResult hasColour(unsigned int x, unsigned int y, int red, int green,
-                                         int blue) const {
+    ::testing::AssertionResult hasColor(unsigned int x, unsigned int y, int red, int green,
+                                        int blue) const {
         const unsigned char* pixel = picture.at(x, y);
         const int expected[] = {red, green, blue};
         for (int i = 0; i < 3; ++i) {

@@ -7,11 +7,11 @@
 #include <X11/keysym.h>
 #include <gmock/gmock.h>
 
-#include <gallery/panel.hpp>
-#include <gallery/picture.hpp>
+#include <gallery/frame/panel.hpp>
+#include <gallery/frame/picture.hpp>
 
-#include "support/run_program.hpp"
 #include "examples/window_fixture.hpp"
+#include "support/run_program.hpp"
 
 namespace {
 
@@ -47,11 +47,10 @@ offscreen::Image cutOut(const offscreen::Image& image, Place place, unsigned int
     return part;
 }
 
-bool hasColour(const offscreen::Image& image, unsigned int x, unsigned int y,
-               gallery::Colour colour) {
+bool hasColor(const offscreen::Image& image, unsigned int x, unsigned int y, gallery::Color color) {
     const unsigned char* pixel = image.at(x, y);
-    return std::abs(pixel[0] - colour.red) <= 2 && std::abs(pixel[1] - colour.green) <= 2 &&
-           std::abs(pixel[2] - colour.blue) <= 2;
+    return std::abs(pixel[0] - color.red) <= 2 && std::abs(pixel[1] - color.green) <= 2 &&
+           std::abs(pixel[2] - color.blue) <= 2;
 }
 
 class WindowProgram : public WindowTest {
@@ -152,20 +151,20 @@ TEST_F(WindowProgram, StartsWithThePanelThatIsNamed) {
 TEST_F(WindowProgram, FitsThePanelIntoTheMiddleOfAnyWindow) {
     start();
     const gallery::Panel& panel = gallery::panels().front();
-    const gallery::Colour beside = gallery::palette::sheet;
+    const gallery::Color beside = gallery::palette::sheet;
     expectPanel(panel, 3);
     resize(2 * panelSize + 200, 2 * panelSize);
     expectPanel(panel, 2, {100, 0});
     const offscreen::Image wide = capture();
-    EXPECT_TRUE(hasColour(wide, 0, 0, beside));
-    EXPECT_TRUE(hasColour(wide, 99, 2 * panelSize - 1, beside));
-    EXPECT_TRUE(hasColour(wide, 100, 100, gallery::palette::paper));
-    EXPECT_TRUE(hasColour(wide, 2 * panelSize + 99, 100, gallery::palette::paper));
-    EXPECT_TRUE(hasColour(wide, 2 * panelSize + 100, 100, beside));
+    EXPECT_TRUE(hasColor(wide, 0, 0, beside));
+    EXPECT_TRUE(hasColor(wide, 99, 2 * panelSize - 1, beside));
+    EXPECT_TRUE(hasColor(wide, 100, 100, gallery::palette::paper));
+    EXPECT_TRUE(hasColor(wide, 2 * panelSize + 99, 100, gallery::palette::paper));
+    EXPECT_TRUE(hasColor(wide, 2 * panelSize + 100, 100, beside));
     resize(panelSize, panelSize + 300);
     expectPanel(panel, 1, {0, 150});
-    EXPECT_TRUE(hasColour(capture(), 100, 149, beside));
-    EXPECT_TRUE(hasColour(capture(), 100, panelSize + 150, beside));
+    EXPECT_TRUE(hasColor(capture(), 100, 149, beside));
+    EXPECT_TRUE(hasColor(capture(), 100, panelSize + 150, beside));
     resize(5 * panelSize, 5 * panelSize);
     expectPanel(panel, 5);
     resize(1, 1);

@@ -113,7 +113,7 @@ TEST_F(BlitRender, MultiSampleRenderbufferOfOneSampleIsCopiedPixelForPixel) {
     EXPECT_EQ(destination->download(), pattern());
 }
 
-TEST_F(BlitRender, EveryColourFormatIsCopiedWhereItCanBeDrawnTo) {
+TEST_F(BlitRender, EveryColorFormatIsCopiedWhereItCanBeDrawnTo) {
     eachOffered<ColorTexels>([](auto texel) {
         using F = typename decltype(texel)::type;
         SCOPED_TRACE(texelRow<F>.name);
@@ -173,7 +173,7 @@ TEST_F(BlitRender, SamplesOfAnEdgeAreAveraged) {
     EXPECT_EQ(pixels.back(), nothing);
 }
 
-TEST_F(BlitRender, OneSampleGivesNoIntermediateColours) {
+TEST_F(BlitRender, OneSampleGivesNoIntermediateColors) {
     const MultiSampleRenderbuffer<U8vec4> samples(edgeSize, edgeSize, 1);
     const Pixels pixels = resolvedEdge(samples);
     EXPECT_EQ(numGreys(pixels), 0);
@@ -181,7 +181,7 @@ TEST_F(BlitRender, OneSampleGivesNoIntermediateColours) {
     EXPECT_EQ(pixels.back(), nothing);
 }
 
-TEST_F(BlitRender, MultiSamplingThatIsOffGivesNoIntermediateColours) {
+TEST_F(BlitRender, MultiSamplingThatIsOffGivesNoIntermediateColors) {
     if (maxSamples() < 2)
         GTEST_SKIP() << "the driver has no multisampling";
     const MultiSampleRenderbuffer<U8vec4> samples(edgeSize, edgeSize, maxSamples());
@@ -215,11 +215,11 @@ void copiesDepthAndStencil(unsigned int samples) {
     }
 }
 
-TEST_F(BlitRender, DepthAndStencilAreCopiedWithTheColour) {
+TEST_F(BlitRender, DepthAndStencilAreCopiedWithTheColor) {
     copiesDepthAndStencil(1);
 }
 
-TEST_F(BlitRender, DepthAndStencilOfSeveralSamplesAreCopiedWithTheColour) {
+TEST_F(BlitRender, DepthAndStencilOfSeveralSamplesAreCopiedWithTheColor) {
     if (maxSamples() < 2)
         GTEST_SKIP() << "the driver has no multisampling";
     copiesDepthAndStencil(maxSamples());
@@ -385,7 +385,7 @@ std::vector<double> components(const F& pixel) {
     return values(0.f);
 }
 
-TEST_F(BlitRender, EveryColourFormatIsReadBackAndTheAlignmentStays) {
+TEST_F(BlitRender, EveryColorFormatIsReadBackAndTheAlignmentStays) {
     const auto shown = Texture2D<U8vec4>::make(width, height);
     const Shown framebuffer(*shown);
     Framebuffer::clearColor(glm::vec4(0.2f, 0.4f, 0.6f, 0.8f));
@@ -408,7 +408,7 @@ TEST_F(BlitRender, EveryColourFormatIsReadBackAndTheAlignmentStays) {
     EXPECT_EQ(takeError(), "");
 }
 
-TEST_F(BlitRender, EveryColourFormatIsReadFromItself) {
+TEST_F(BlitRender, EveryColorFormatIsReadFromItself) {
     eachOffered<ColorTexels>([](auto texel) {
         using F = typename decltype(texel)::type;
         SCOPED_TRACE(texelRow<F>.name);

@@ -271,7 +271,7 @@ std::string attachesTexture(const Texture& texture, const std::string& target,
            ", GL_TEXTURE_2D, " + std::to_string(texture.id()) + ", 0)";
 }
 
-TEST(BlitFrontEndTrace, EveryColourFormatIsCopiedFromEveryKindOfSource) {
+TEST(BlitFrontEndTrace, EveryColorFormatIsCopiedFromEveryKindOfSource) {
     FakeGl gl;
     ColorTexels::each([&](auto texel) {
         using F = typename decltype(texel)::type;
@@ -300,7 +300,7 @@ TEST(BlitFrontEndTrace, EveryColourFormatIsCopiedFromEveryKindOfSource) {
     gl.forget();
 }
 
-TEST(BlitFrontEndTrace, ColourDepthAndStencilAreCopiedInOne) {
+TEST(BlitFrontEndTrace, ColorDepthAndStencilAreCopiedInOne) {
     FakeGl gl;
     const MultiSampleRenderbuffer<U8vec4> color(4, 4, 4);
     const MultiSampleRenderbuffer<depth24_stencil8> packed(4, 4, 4);

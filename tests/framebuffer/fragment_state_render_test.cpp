@@ -440,7 +440,7 @@ TEST_F(FragmentStateRender, BlendingWeighsWithEveryPairOfFactors) {
     EXPECT_EQ(takeError(), "");
 }
 
-TEST_F(FragmentStateRender, BlendingWeighsColourAndAlphaApart) {
+TEST_F(FragmentStateRender, BlendingWeighsColorAndAlphaApart) {
     Framebuffer::enableBlending(Factor::ONE, Factor::ZERO, Factor::ZERO, Factor::ONE);
     expectBlended(vec4(vec3(source), destination.a));
     Framebuffer::enableBlending(Factor::ZERO, Factor::SRC_ALPHA, Factor::DST_ALPHA, Factor::ZERO);

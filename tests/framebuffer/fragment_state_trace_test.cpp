@@ -339,7 +339,7 @@ std::string numberText(float value) {
     return text.back() == '.' ? text.substr(0, text.size() - 1) : text;
 }
 
-TEST(FragmentStateTrace, BlendingOfFourAddsUpTheConstantsOfColoursAndOfAlphas) {
+TEST(FragmentStateTrace, BlendingOfFourAddsUpTheConstantsOfColorsAndOfAlphas) {
     FakeGl gl;
     int combinations = 0;
     eachColorPair([&](const auto& sourceRgb, const auto& destinationRgb) {
@@ -367,7 +367,7 @@ TEST(FragmentStateTrace, BlendingOfFourKeepsTheOrderOfItsArguments) {
                     "glBlendFuncSeparate(GL_SRC_COLOR, GL_DST_COLOR, GL_SRC_ALPHA, GL_DST_ALPHA)");
 }
 
-TEST(FragmentStateTrace, BlendEquationsOfColourAndAlphaAreApart) {
+TEST(FragmentStateTrace, BlendEquationsOfColorAndAlphaAreApart) {
     FakeGl gl;
     Framebuffer::setBlendEquation(Equation::MIN, Equation::FUNC_REVERSE_SUBTRACT);
     EXPECT_GL_CALLS(gl, "glBlendEquationSeparate(GL_MIN, GL_FUNC_REVERSE_SUBTRACT)");

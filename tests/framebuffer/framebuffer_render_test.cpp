@@ -167,7 +167,7 @@ void expectCompleteOrUnsupported() {
     EXPECT_THAT(problem(), AnyOf("", "GL_FRAMEBUFFER_UNSUPPORTED"));
 }
 
-TEST_F(FramebufferRender, EveryColourFormatAttachesAsEveryKindOfImage) {
+TEST_F(FramebufferRender, EveryColorFormatAttachesAsEveryKindOfImage) {
     framebuffer->bind();
     eachOffered<ColorTexels>([this](auto texel) {
         using F = typename decltype(texel)::type;
@@ -418,7 +418,7 @@ TEST_F(FramebufferRender, AttachingEditsWhatIsBoundInstead) {
     EXPECT_EQ(problem(), "GL_FRAMEBUFFER_INCOMPLETE_MISSING_ATTACHMENT");
 }
 
-TEST_F(FramebufferRender, ColourIndexThatGlDoesNotHaveIsRefused) {
+TEST_F(FramebufferRender, ColorIndexThatGlDoesNotHaveIsRefused) {
     const auto texture = blackTexture();
     const auto index = static_cast<unsigned int>(stateOf(GL_MAX_COLOR_ATTACHMENTS));
     framebuffer->bind();

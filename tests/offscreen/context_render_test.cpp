@@ -183,7 +183,7 @@ TEST(OffscreenContext, OutlivesAnother) {
 
 class OffscreenFramebuffer : public RenderTest {};
 
-TEST_F(OffscreenFramebuffer, HasColourDepthAndStencil) {
+TEST_F(OffscreenFramebuffer, HasColorDepthAndStencil) {
     SKIP_WITHOUT(Extension::Framebuffers);
     EXPECT_EQ(getInteger(GL_RED_BITS), 8);
     EXPECT_EQ(getInteger(GL_GREEN_BITS), 8);

@@ -34,9 +34,9 @@ void expect(bool holds, const char* what) {
 }
 
 glm::u8vec4 pixel(int x, int y) {
-    glm::u8vec4 colour;
-    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, &colour);
-    return colour;
+    glm::u8vec4 color;
+    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, &color);
+    return color;
 }
 
 /// Draws a triangle over the lower left half through a program and buffers of its own.
