@@ -5,35 +5,10 @@
 #include <vellis/gl.hpp>
 
 #include "gl/capability.hpp"
+#include "gl/enumerator.hpp"
 
 namespace vellis {
 namespace {
-
-/// The value of an enumerator that is GL's own.
-template <class Enumeration>
-constexpr unsigned int gl(Enumeration value) {
-    return static_cast<unsigned int>(value);
-}
-
-static_assert(gl(Drawable::PrimitiveType::Points) == GL_POINTS);
-static_assert(gl(Drawable::PrimitiveType::Lines) == GL_LINES);
-static_assert(gl(Drawable::PrimitiveType::LineLoop) == GL_LINE_LOOP);
-static_assert(gl(Drawable::PrimitiveType::LineStrip) == GL_LINE_STRIP);
-static_assert(gl(Drawable::PrimitiveType::Triangles) == GL_TRIANGLES);
-static_assert(gl(Drawable::PrimitiveType::TriangleStrip) == GL_TRIANGLE_STRIP);
-static_assert(gl(Drawable::PrimitiveType::TriangleFan) == GL_TRIANGLE_FAN);
-static_assert(gl(Drawable::PrimitiveType::Quads) == GL_QUADS);
-static_assert(gl(Drawable::PrimitiveType::QuadStrip) == GL_QUAD_STRIP);
-static_assert(gl(Drawable::PrimitiveType::Polygon) == GL_POLYGON);
-static_assert(gl(Drawable::Face::Front) == GL_FRONT);
-static_assert(gl(Drawable::Face::Back) == GL_BACK);
-static_assert(gl(Drawable::Face::FrontAndBack) == GL_FRONT_AND_BACK);
-static_assert(gl(Drawable::SmoothHint::DontCare) == GL_DONT_CARE);
-static_assert(gl(Drawable::SmoothHint::Fastest) == GL_FASTEST);
-static_assert(gl(Drawable::SmoothHint::Nicest) == GL_NICEST);
-static_assert(gl(Drawable::PolygonMode::Point) == GL_POINT);
-static_assert(gl(Drawable::PolygonMode::Line) == GL_LINE);
-static_assert(gl(Drawable::PolygonMode::Fill) == GL_FILL);
 
 /// Draws indices of type \p T, which GL calls \p glType.
 template <class T>
@@ -44,7 +19,7 @@ void drawIndexed(Drawable::PrimitiveType primitive, const IndexBuffer<T>& indice
     indices.bind();
     // With an element buffer bound, the pointer is an offset into it.
     const std::size_t offset = first * sizeof(T);
-    glDrawElements(gl(primitive), static_cast<int>(count), glType,
+    glDrawElements(gl::value(primitive), static_cast<int>(count), glType,
                    reinterpret_cast<const void*>(offset));
     indices.unbind();
 }
@@ -69,11 +44,11 @@ void Drawable::draw(const IndexBuffer<unsigned char>& indices, unsigned int firs
 void Drawable::draw(unsigned int first, unsigned int count) const {
     if (count == 0)
         count = numVertices_ - first;
-    glDrawArrays(gl(primitiveType_), static_cast<int>(first), static_cast<int>(count));
+    glDrawArrays(gl::value(primitiveType_), static_cast<int>(first), static_cast<int>(count));
 }
 
 void Drawable::enableFaceCulling(Face face) {
-    glCullFace(gl(face));
+    glCullFace(gl::value(face));
     glEnable(GL_CULL_FACE);
 }
 
@@ -87,7 +62,7 @@ void Drawable::disableFaceCulling() {
 
 void Drawable::enableLineSmooth(SmoothHint hint) {
     glEnable(GL_LINE_SMOOTH);
-    glHint(GL_LINE_SMOOTH_HINT, gl(hint));
+    glHint(GL_LINE_SMOOTH_HINT, gl::value(hint));
 }
 
 void Drawable::enableLineSmooth(bool on) {
@@ -100,7 +75,7 @@ void Drawable::disableLineSmooth() {
 
 void Drawable::enablePolygonSmooth(SmoothHint hint) {
     glEnable(GL_POLYGON_SMOOTH);
-    glHint(GL_POLYGON_SMOOTH_HINT, gl(hint));
+    glHint(GL_POLYGON_SMOOTH_HINT, gl::value(hint));
 }
 
 void Drawable::enablePolygonSmooth(bool on) {
@@ -132,7 +107,7 @@ void Drawable::setPointSize(float size) {
 }
 
 void Drawable::setPolygonMode(Face face, PolygonMode mode) {
-    glPolygonMode(gl(face), gl(mode));
+    glPolygonMode(gl::value(face), gl::value(mode));
 }
 
 } // namespace vellis

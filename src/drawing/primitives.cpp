@@ -8,14 +8,6 @@
 
 namespace vellis {
 
-static_assert(AttributeComponent<signed char>::type == GL_BYTE);
-static_assert(AttributeComponent<unsigned char>::type == GL_UNSIGNED_BYTE);
-static_assert(AttributeComponent<short>::type == GL_SHORT);
-static_assert(AttributeComponent<unsigned short>::type == GL_UNSIGNED_SHORT);
-static_assert(AttributeComponent<int>::type == GL_INT);
-static_assert(AttributeComponent<unsigned int>::type == GL_UNSIGNED_INT);
-static_assert(AttributeComponent<float>::type == GL_FLOAT);
-
 namespace detail {
 namespace {
 

@@ -21,14 +21,6 @@ namespace vellis {
 using BuiltIn = ProgramManager::BuiltIn;
 using Bytes = VertexAttributeBuffer<unsigned char>;
 
-/// The parts of other classes that are open to the Toolbox alone.
-struct ToolboxAccess {
-    static const std::shared_ptr<BufferObject>& find(BufferObject* key) {
-        return BufferObjectManager::instance().internal_get(key);
-    }
-    static void bind(const Program& program, const Drawable& drawable) { program.bind(drawable); }
-};
-
 namespace {
 
 /// The buffer that the calls share. Once the registry has let go of it, it is not made again.
@@ -106,7 +98,7 @@ public:
 template <class SetUniforms>
 void draw(Program& program, const Drawable& drawable, unsigned int first, unsigned int count,
           SetUniforms setUniforms) {
-    ToolboxAccess::bind(program, drawable);
+    program.bind(drawable.getAttributesBinding());
     setUniforms();
     drawable.draw(first, count);
     program.unbind();
@@ -224,52 +216,159 @@ std::shared_ptr<Bytes> Toolbox::getVertexBuffer() {
         SharedBuffer::key = BufferObjectManager::instance().add(buffer);
         hasBeenMade = true;
     }
-    return std::static_pointer_cast<Bytes>(ToolboxAccess::find(SharedBuffer::key));
+    return std::static_pointer_cast<Bytes>(
+        BufferObjectManager::instance().internal_get(SharedBuffer::key));
 }
 
-// The forms of each family, which differ only in the type of the points.
+void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
+                        const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                        const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::Lines, color, first, count, buffer.get(), glm::vec2::length(),
+             mvp);
+}
 
-#define VELLIS_FLAT_FAMILY(Primitive, V)                                                           \
-    void Toolbox::draw##Primitive(const glm::vec4& color, unsigned int first, unsigned int count,  \
-                                  const std::shared_ptr<VertexAttributeBuffer<V>>& buffer,         \
-                                  const glm::mat4& mvp) {                                          \
-        drawFlat(Drawable::PrimitiveType::Primitive, color, first, count, buffer.get(),            \
-                 V::length(), mvp);                                                                \
-    }                                                                                              \
-    void Toolbox::draw##Primitive(const glm::vec4& color, unsigned int first, unsigned int count,  \
-                                  const V* points, const glm::mat4& mvp) {                         \
-        drawFlat(Drawable::PrimitiveType::Primitive, color, first, count, points, mvp);            \
-    }
+void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
+                        const glm::vec2* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::Lines, color, first, count, points, mvp);
+}
 
-VELLIS_FLAT_FAMILY(Lines, glm::vec2)
-VELLIS_FLAT_FAMILY(Lines, glm::vec3)
-VELLIS_FLAT_FAMILY(LineStrip, glm::vec2)
-VELLIS_FLAT_FAMILY(LineStrip, glm::vec3)
-VELLIS_FLAT_FAMILY(LineLoop, glm::vec2)
-VELLIS_FLAT_FAMILY(LineLoop, glm::vec3)
-VELLIS_FLAT_FAMILY(TriangleFan, glm::vec2)
-VELLIS_FLAT_FAMILY(TriangleFan, glm::vec3)
-VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec2)
-VELLIS_FLAT_FAMILY(TriangleStrip, glm::vec3)
-#undef VELLIS_FLAT_FAMILY
+void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
+                        const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                        const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::Lines, color, first, count, buffer.get(), glm::vec3::length(),
+             mvp);
+}
 
-#define VELLIS_OTHER_FAMILIES(V)                                                                   \
-    void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first,               \
-                             unsigned int count, const V* points, const glm::mat4& mvp) {          \
-        drawDiscs({{color, size, 0.1f}}, first, count, points, mvp);                               \
-    }                                                                                              \
-    void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,     \
-                                unsigned int count, const V* points, const glm::mat4& mvp) {       \
-        drawRings(color, color2, radius, count, points, mvp);                                      \
-    }                                                                                              \
-    void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap,                 \
-                                    unsigned int count, const V* points, const glm::mat4& mvp) {   \
-        drawDashes(color, dash, gap, count, points, mvp);                                          \
-    }
+void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
+                        const glm::vec3* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::Lines, color, first, count, points, mvp);
+}
 
-VELLIS_OTHER_FAMILIES(glm::vec2)
-VELLIS_OTHER_FAMILIES(glm::vec3)
-#undef VELLIS_OTHER_FAMILIES
+void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                            const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                            const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::LineStrip, color, first, count, buffer.get(),
+             glm::vec2::length(), mvp);
+}
+
+void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                            const glm::vec2* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::LineStrip, color, first, count, points, mvp);
+}
+
+void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                            const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                            const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::LineStrip, color, first, count, buffer.get(),
+             glm::vec3::length(), mvp);
+}
+
+void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                            const glm::vec3* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::LineStrip, color, first, count, points, mvp);
+}
+
+void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
+                           const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                           const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::LineLoop, color, first, count, buffer.get(),
+             glm::vec2::length(), mvp);
+}
+
+void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
+                           const glm::vec2* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::LineLoop, color, first, count, points, mvp);
+}
+
+void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
+                           const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                           const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::LineLoop, color, first, count, buffer.get(),
+             glm::vec3::length(), mvp);
+}
+
+void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
+                           const glm::vec3* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::LineLoop, color, first, count, points, mvp);
+}
+
+void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
+                              const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                              const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::TriangleFan, color, first, count, buffer.get(),
+             glm::vec2::length(), mvp);
+}
+
+void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
+                              const glm::vec2* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::TriangleFan, color, first, count, points, mvp);
+}
+
+void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
+                              const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                              const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::TriangleFan, color, first, count, buffer.get(),
+             glm::vec3::length(), mvp);
+}
+
+void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
+                              const glm::vec3* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::TriangleFan, color, first, count, points, mvp);
+}
+
+void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                                const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
+                                const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::TriangleStrip, color, first, count, buffer.get(),
+             glm::vec2::length(), mvp);
+}
+
+void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                                const glm::vec2* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::TriangleStrip, color, first, count, points, mvp);
+}
+
+void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                                const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
+                                const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::TriangleStrip, color, first, count, buffer.get(),
+             glm::vec3::length(), mvp);
+}
+
+void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
+                                const glm::vec3* points, const glm::mat4& mvp) {
+    drawFlat(Drawable::PrimitiveType::TriangleStrip, color, first, count, points, mvp);
+}
+
+void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
+                         const glm::vec2* points, const glm::mat4& mvp) {
+    drawDiscs({{color, size, 0.1f}}, first, count, points, mvp);
+}
+
+void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
+                         const glm::vec3* points, const glm::mat4& mvp) {
+    drawDiscs({{color, size, 0.1f}}, first, count, points, mvp);
+}
+
+void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
+                            unsigned int count, const glm::vec2* points, const glm::mat4& mvp) {
+    drawRings(color, color2, radius, count, points, mvp);
+}
+
+void Toolbox::drawBullseyes(const glm::vec4& color, const glm::vec4& color2, float radius,
+                            unsigned int count, const glm::vec3* points, const glm::mat4& mvp) {
+    drawRings(color, color2, radius, count, points, mvp);
+}
+
+void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
+                                const glm::vec2* points, const glm::mat4& mvp) {
+    drawDashes(color, dash, gap, count, points, mvp);
+}
+
+void Toolbox::drawDashLineStrip(const glm::vec4& color, float dash, float gap, unsigned int count,
+                                const glm::vec3* points, const glm::mat4& mvp) {
+    drawDashes(color, dash, gap, count, points, mvp);
+}
 
 void Toolbox::drawQuad(const glm::vec4& color, const glm::vec3* points, const glm::mat4& mvp) {
     drawTriangleFan(color, 0, 4, points, mvp);

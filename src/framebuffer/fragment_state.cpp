@@ -5,22 +5,12 @@
 #include <vellis/gl.hpp>
 
 #include "gl/capability.hpp"
+#include "gl/enumerator.hpp"
 
 namespace vellis {
 namespace {
 
 using state::switchCapability;
-
-/// The value of an enumerator that is GL's own.
-template <class Enumeration>
-constexpr unsigned int gl(Enumeration value) {
-    return static_cast<unsigned int>(value);
-}
-
-#define VELLIS_SAME_AS_GL(enumeration, name)                                                       \
-    static_assert(gl(Framebuffer::enumeration::name) == GL_##name, "the value of GL's enumerator")
-#include "framebuffer/fragment_enumerators.inc"
-#undef VELLIS_SAME_AS_GL
 
 void setClearColor(const glm::vec4& color) {
     glClearColor(color.r, color.g, color.b, color.a);
@@ -78,12 +68,12 @@ void Framebuffer::blend(unsigned int sourceRgb, unsigned int destinationRgb,
 }
 
 void Framebuffer::setBlendEquation(BlendEquation rgb, BlendEquation alpha) {
-    glBlendEquationSeparate(gl(rgb), gl(alpha));
+    glBlendEquationSeparate(gl::value(rgb), gl::value(alpha));
 }
 
 void Framebuffer::enableDepthTest(FragmentComparator function) {
     glEnable(GL_DEPTH_TEST);
-    glDepthFunc(gl(function));
+    glDepthFunc(gl::value(function));
 }
 
 void Framebuffer::enableDepthTest(bool on) {
@@ -98,8 +88,8 @@ void Framebuffer::enableStencilTest(FragmentComparator function, unsigned int re
                                     unsigned int mask, StencilAction stencilFail,
                                     StencilAction depthFail, StencilAction depthPass) {
     glEnable(GL_STENCIL_TEST);
-    glStencilFunc(gl(function), static_cast<int>(reference), mask);
-    glStencilOp(gl(stencilFail), gl(depthFail), gl(depthPass));
+    glStencilFunc(gl::value(function), static_cast<int>(reference), mask);
+    glStencilOp(gl::value(stencilFail), gl::value(depthFail), gl::value(depthPass));
 }
 
 void Framebuffer::enableStencilTest(FragmentComparator function, unsigned int reference,
@@ -131,7 +121,7 @@ void Framebuffer::disableScissorTest() {
 
 void Framebuffer::enableLogicOp(LogicOperator op) {
     glEnable(GL_COLOR_LOGIC_OP);
-    glLogicOp(gl(op));
+    glLogicOp(gl::value(op));
 }
 
 void Framebuffer::enableLogicOp(bool on) {
@@ -167,11 +157,11 @@ void Framebuffer::setStencilMask(unsigned int mask) {
 }
 
 void Framebuffer::setDrawBuffer(BufferID buffer) {
-    glDrawBuffer(gl(buffer));
+    glDrawBuffer(gl::value(buffer));
 }
 
 void Framebuffer::setReadBuffer(BufferID buffer) {
-    glReadBuffer(gl(buffer));
+    glReadBuffer(gl::value(buffer));
 }
 
 } // namespace vellis

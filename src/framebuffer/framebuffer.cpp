@@ -10,11 +10,6 @@
 namespace vellis {
 namespace {
 
-// GL's targets as the unsigned numbers that callIfLoaded hands on.
-constexpr unsigned int both = GL_FRAMEBUFFER;
-constexpr unsigned int drawing = GL_DRAW_FRAMEBUFFER;
-constexpr unsigned int reading = GL_READ_FRAMEBUFFER;
-
 constexpr unsigned int numColorAttachments = 8;
 
 } // namespace
@@ -27,13 +22,13 @@ std::shared_ptr<Framebuffer> Framebuffer::makeNull() {
     return std::shared_ptr<Framebuffer>(new Framebuffer(0));
 }
 
-Framebuffer::Framebuffer() : external_(false), target_(both) {
+Framebuffer::Framebuffer() : external_(false), target_(GL_FRAMEBUFFER) {
     static_assert(drawFramebufferBinding == GL_DRAW_FRAMEBUFFER_BINDING);
     static_assert(GL_COLOR_ATTACHMENT0 + numColorPoints == GL_DEPTH_ATTACHMENT);
     callIfLoaded(glGenFramebuffers, 1, &id_);
 }
 
-Framebuffer::Framebuffer(unsigned int id) : id_(id), external_(true), target_(both) {}
+Framebuffer::Framebuffer(unsigned int id) : id_(id), external_(true), target_(GL_FRAMEBUFFER) {}
 
 Framebuffer::~Framebuffer() {
     if (!external_)
@@ -46,28 +41,28 @@ void Framebuffer::bind() const {
     if (glBindFramebuffer == nullptr)
         return;
     state::get(savedBindings_);
-    target_ = both;
+    target_ = GL_FRAMEBUFFER;
     bind(id_);
 }
 
 void Framebuffer::bindToDraw() const {
-    target_ = drawing;
+    target_ = GL_DRAW_FRAMEBUFFER;
     bindToDraw(id_);
 }
 
 void Framebuffer::bindToRead() const {
-    target_ = reading;
+    target_ = GL_READ_FRAMEBUFFER;
     bindToRead(id_);
 }
 
 void Framebuffer::unbind() const {
     state::set(savedBindings_);
-    target_ = both;
+    target_ = GL_FRAMEBUFFER;
 }
 
 void Framebuffer::unbindToDraw() const {
-    callIfLoaded(glBindFramebuffer, target_, 0u);
-    target_ = both;
+    callIfLoaded(glBindFramebuffer, target_, 0);
+    target_ = GL_FRAMEBUFFER;
 }
 
 void Framebuffer::unbindToRead() const {
@@ -78,41 +73,40 @@ bool Framebuffer::isBound() const {
     int bound = 0;
     if (glBindFramebuffer == nullptr)
         return external_ && id_ == 0; // one that could not be made has name 0, too
-    if (target_ == reading)
+    if (target_ == GL_READ_FRAMEBUFFER)
         glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &bound);
-    else if (target_ == drawing || target_ == both)
+    else if (target_ == GL_DRAW_FRAMEBUFFER || target_ == GL_FRAMEBUFFER)
         glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
     return static_cast<unsigned int>(bound) == id_;
 }
 
 void Framebuffer::bind(unsigned int id) {
-    callIfLoaded(glBindFramebuffer, both, id);
+    callIfLoaded(glBindFramebuffer, GL_FRAMEBUFFER, id);
 }
 
 void Framebuffer::bindToDraw(unsigned int id) {
-    callIfLoaded(glBindFramebuffer, drawing, id);
+    callIfLoaded(glBindFramebuffer, GL_DRAW_FRAMEBUFFER, id);
 }
 
 void Framebuffer::bindToRead(unsigned int id) {
-    callIfLoaded(glBindFramebuffer, reading, id);
+    callIfLoaded(glBindFramebuffer, GL_READ_FRAMEBUFFER, id);
 }
 
 void Framebuffer::attachTextureAt(unsigned int point, unsigned int texture, unsigned int level) {
-    callIfLoaded(glFramebufferTexture2D, target_, point, unsigned{GL_TEXTURE_2D}, texture,
+    callIfLoaded(glFramebufferTexture2D, target_, point, GL_TEXTURE_2D, texture,
                  static_cast<int>(level));
 }
 
 void Framebuffer::attachRenderbufferAt(unsigned int point, unsigned int renderbuffer) {
-    callIfLoaded(glFramebufferRenderbuffer, target_, point, unsigned{GL_RENDERBUFFER},
-                 renderbuffer);
+    callIfLoaded(glFramebufferRenderbuffer, target_, point, GL_RENDERBUFFER, renderbuffer);
 }
 
 void Framebuffer::selectColorAttachment0() {
     if (glBindFramebuffer == nullptr)
         return;
-    if (target_ == drawing || target_ == both)
+    if (target_ == GL_DRAW_FRAMEBUFFER || target_ == GL_FRAMEBUFFER)
         glDrawBuffer(GL_COLOR_ATTACHMENT0);
-    if (target_ == reading || target_ == both)
+    if (target_ == GL_READ_FRAMEBUFFER || target_ == GL_FRAMEBUFFER)
         glReadBuffer(GL_COLOR_ATTACHMENT0);
 }
 

@@ -25,13 +25,6 @@ struct HandleType {
     std::unique_ptr<UniformVariable> (*makeArray)(int location, std::size_t size);
 };
 
-#define VELLIS_UNIFORM_ELEMENT(glType, T, call)                                                    \
-    static_assert(detail::UniformType<T>::value == glType);
-#include "shading/uniform_elements.inc"
-#undef VELLIS_UNIFORM_ELEMENT
-static_assert(detail::UniformType<glm::mat3>::value == GL_FLOAT_MAT3);
-static_assert(detail::UniformType<glm::mat4>::value == GL_FLOAT_MAT4);
-
 constexpr HandleType handleTypes[] = {
 #define VELLIS_UNIFORM_ELEMENT(glType, T, call) {glType, makeElement<T>, makeArray<T>},
 #include "shading/uniform_elements.inc"

@@ -48,10 +48,10 @@ void read(bool (&values)[N]) {
 /// Most programs have one framebuffer bound for drawing and reading: putting that back is one call.
 void bindFramebuffers(unsigned int draw, unsigned int read) {
     if (draw == read) {
-        callIfLoaded(glBindFramebuffer, u(GL_FRAMEBUFFER), draw);
+        callIfLoaded(glBindFramebuffer, GL_FRAMEBUFFER, draw);
     } else {
-        callIfLoaded(glBindFramebuffer, u(GL_DRAW_FRAMEBUFFER), draw);
-        callIfLoaded(glBindFramebuffer, u(GL_READ_FRAMEBUFFER), read);
+        callIfLoaded(glBindFramebuffer, GL_DRAW_FRAMEBUFFER, draw);
+        callIfLoaded(glBindFramebuffer, GL_READ_FRAMEBUFFER, read);
     }
 }
 

@@ -15,11 +15,11 @@ RBO::~RBO() {
 }
 
 void RBO::bind() const {
-    callIfLoaded(glBindRenderbuffer, unsigned{GL_RENDERBUFFER}, id_);
+    callIfLoaded(glBindRenderbuffer, GL_RENDERBUFFER, id_);
 }
 
 void RBO::unbind() const {
-    callIfLoaded(glBindRenderbuffer, unsigned{GL_RENDERBUFFER}, 0u);
+    callIfLoaded(glBindRenderbuffer, GL_RENDERBUFFER, 0);
 }
 
 void RBO::alloc(unsigned int format, unsigned int width, unsigned int height,

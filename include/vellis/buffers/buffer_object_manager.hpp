@@ -8,7 +8,7 @@
 
 namespace vellis {
 
-struct ToolboxAccess;
+class Toolbox;
 
 /// The process-wide registry of buffers. It owns every buffer that is added to it, until that is
 /// removed or engine::dispose releases them all; a buffer's address is its key. Buffers are not
@@ -61,7 +61,7 @@ public:
     ~BufferObjectManager();
 
 private:
-    friend struct ToolboxAccess;
+    friend class Toolbox;
 
     BufferObjectManager() = default;
 

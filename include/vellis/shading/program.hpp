@@ -22,7 +22,7 @@
 namespace vellis {
 
 class Texture;
-struct ToolboxAccess;
+class Toolbox;
 
 namespace detail {
 
@@ -335,7 +335,7 @@ protected:
     unsigned int id_; ///< the GL name
 
 private:
-    friend struct ToolboxAccess;
+    friend class Toolbox;
     struct Variables;
     class Proxy;
 
