@@ -1,7 +1,5 @@
 #include <vellis/buffers/buffer_object.hpp>
 
-#include <vellis/buffers/element_buffer.hpp>
-#include <vellis/buffers/vertex_buffer.hpp>
 #include <vellis/gl.hpp>
 
 #include "gl/entry_point.hpp"
@@ -55,11 +53,6 @@ BufferObject::~BufferObject() {
     if (id_ != 0)
         glDeleteBuffers(1, &id_);
 }
-
-// Here, where they take in the base's instead of calling it.
-ArrayBuffer::~ArrayBuffer() = default;
-ElementBuffer::~ElementBuffer() = default;
-VertexBuffer::~VertexBuffer() = default;
 
 void BufferObject::dispose() {
     if (id_ != 0)

@@ -1,0 +1,7 @@
+#include <vellis/buffers/array_buffer.hpp>
+
+namespace vellis {
+
+ArrayBuffer::~ArrayBuffer() = default;
+
+} // namespace vellis

@@ -1,0 +1,7 @@
+#include <vellis/buffers/vertex_buffer.hpp>
+
+namespace vellis {
+
+VertexBuffer::~VertexBuffer() = default;
+
+} // namespace vellis
