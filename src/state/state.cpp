@@ -1,4 +1,4 @@
-#include <vellis/state.hpp>
+#include <vellis/state/state.hpp>
 
 #include <vellis/gl.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vellis/state.hpp>
+#include <vellis/state/state.hpp>
 
 namespace vellis::state {
 

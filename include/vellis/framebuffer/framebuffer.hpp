@@ -11,7 +11,7 @@
 #include <vellis/detail/mistaken_for_bool.hpp>
 #include <vellis/detail/vector_of.hpp>
 #include <vellis/export.hpp>
-#include <vellis/state.hpp>
+#include <vellis/state/state.hpp>
 #include <vellis/texture/multi_sample_renderbuffer.hpp>
 #include <vellis/texture/renderbuffer.hpp>
 #include <vellis/texture/texture_2d.hpp>
