@@ -11,8 +11,8 @@
 #include <vellis/gl.hpp>
 
 #include "gl/entry_point.hpp"
-#include "gl/log.hpp"
 #include "gl/enumerator_names.hpp"
+#include "gl/log.hpp"
 
 namespace vellis::internal {
 namespace {

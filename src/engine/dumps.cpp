@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
-#include <vellis/gl.hpp>
 #include <vellis/engine/diagnostics.hpp>
+#include <vellis/gl.hpp>
 
+#include "gl/enumerator_names.hpp"
 #include "gl/log.hpp"
 #include "shading/info_log.hpp"
-#include "gl/enumerator_names.hpp"
 #include "state/state_values.hpp"
 
 namespace vellis::internal {

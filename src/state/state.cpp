@@ -2,8 +2,8 @@
 
 #include <vellis/gl.hpp>
 
-#include "gl/entry_point.hpp"
 #include "gl/capability.hpp"
+#include "gl/entry_point.hpp"
 
 namespace vellis::state {
 namespace {

@@ -4,8 +4,6 @@
 #include <locale>
 #include <sstream>
 
-#include <vellis/engine/diagnostics.hpp>
-
 #include "gl/log.hpp"
 #include "state/value_writers.hpp"
 
@@ -62,7 +60,7 @@ std::string text(const StateRow& row, StateValues& values) {
 
 void printState(const StateRow& row) {
     StateValues values = query(row);
-    log(logTitle, "%s = %s", row.label, text(row, values).c_str());
+    printLine(logTitle, row.label + (" = " + text(row, values)));
 }
 
 } // namespace vellis::internal

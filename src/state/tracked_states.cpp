@@ -4,7 +4,6 @@
 #include <string>
 
 #include <vellis/gl.hpp>
-#include <vellis/engine/diagnostics.hpp>
 
 #include "gl/log.hpp"
 #include "state/state_values.hpp"
@@ -33,7 +32,7 @@ void diff(const StateRow& state, Remembered& previous) {
         const std::string before = text(state, old);
         const std::string after = text(state, current);
         const std::string title = std::string(logTitle) + " DIFF ";
-        log(title.c_str(), "%s = %s -> %s", state.label, before.c_str(), after.c_str());
+        printLine(title.c_str(), state.label + (" = " + before + " -> " + after));
     }
     previous.values = current;
     previous.isFirstCall = false;

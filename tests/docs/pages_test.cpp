@@ -13,10 +13,10 @@
 #include <vellis/engine.hpp>
 #include <vellis/shading.hpp>
 
-#include "operations/operations.hpp"
 #include "docs/page.hpp"
-#include "operations/state_effects.hpp"
 #include "docs/tables.hpp"
+#include "operations/operations.hpp"
+#include "operations/state_effects.hpp"
 #include "support/fake_gl.hpp"
 
 namespace {

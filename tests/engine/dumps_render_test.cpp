@@ -6,8 +6,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <vellis/gl.hpp>
 #include <vellis/engine/diagnostics.hpp>
+#include <vellis/gl.hpp>
 #include <vellis/shading.hpp>
 
 #include "support/render_test.hpp"

@@ -9,8 +9,8 @@
 #include <gmock/gmock.h>
 
 #include "examples/drawn_area.hpp"
-#include "support/run_program.hpp"
 #include "examples/window_fixture.hpp"
+#include "support/run_program.hpp"
 
 namespace {
 

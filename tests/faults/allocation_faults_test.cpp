@@ -12,12 +12,12 @@
 #include <vellis/engine.hpp>
 #include <vellis/shading/program.hpp>
 
-#include "operations/operations.hpp"
 #include "docs/page.hpp"
-#include "operations/state_effects.hpp"
 #include "docs/tables.hpp"
 #include "faults/failing_allocations.hpp"
+#include "operations/operations.hpp"
 #include "operations/silent_operations.hpp"
+#include "operations/state_effects.hpp"
 #include "support/allocation_count.hpp"
 #include "support/fake_gl.hpp"
 

@@ -10,11 +10,11 @@
 #include <vellis/internal.hpp>
 #include <vellis/shading.hpp>
 
-#include "operations/operations.hpp"
 #include "docs/page.hpp"
-#include "operations/state_effects.hpp"
 #include "faults/gl_faults.hpp"
+#include "operations/operations.hpp"
 #include "operations/silent_operations.hpp"
+#include "operations/state_effects.hpp"
 #include "support/fake_gl.hpp"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
 
-#include "support/render_test.hpp"
 #include "state/state_guard.hpp"
+#include "support/render_test.hpp"
 
 namespace {
 

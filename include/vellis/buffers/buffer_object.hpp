@@ -31,9 +31,9 @@ enum class MapAccess : unsigned int {
 /// public.
 ///
 /// Every operation that touches GL binds the buffer to its own target, works, and binds 0 there: a
-/// buffer that was bound before is unbound after it. One that has nothing to work on, such as a load
-/// of null, binds 0 all the same. Only bind leaves a buffer bound; flush and unmap of a buffer that
-/// is not mapped make no GL call.
+/// buffer that was bound before is unbound after it. One that has nothing to work on, such as a
+/// load of null, binds 0 all the same. Only bind leaves a buffer bound; flush and unmap of a buffer
+/// that is not mapped make no GL call.
 ///
 /// No operation checks GL errors. After dispose() the name is 0, and what is done with the buffer
 /// goes to GL's name 0, which GL answers with an error.
@@ -98,7 +98,8 @@ protected:
     void load(const void* data, unsigned int offset, unsigned int numBytes);
 
     /// Maps the whole store with `glMapBufferRange`. The mapping outlasts the binding.
-    /// \return the store, or null where GL refuses or the context lacks map_buffer_range; 0 is bound
+    /// \return the store, or null where GL refuses or the context lacks map_buffer_range; 0 is
+    /// bound
     ///         then, too.
     void* map(MapAccess access);
 

@@ -14,8 +14,8 @@ class Program;
 ///
 /// Where the context has no vertex array objects, the GL name is 0 and no operation does anything.
 ///
-/// Copies copy the GL name, and each destructor deletes that name. Hold a binding through the shared
-/// pointer that a program gave, and copy the pointer.
+/// Copies copy the GL name, and each destructor deletes that name. Hold a binding through the
+/// shared pointer that a program gave, and copy the pointer.
 class VELLIS_EXPORT VertexAttributesBinding {
 public:
     /// Copies the GL name: no GL call is made, and isCurrent() holds for neither but the one that
