@@ -16,16 +16,16 @@
 #include <common/ready_context.hpp>
 #include <offscreen/image.hpp>
 #include <vellis/buffers.hpp>
+#include <vellis/diagnostics.hpp>
 #include <vellis/drawing.hpp>
 #include <vellis/framebuffer.hpp>
 #include <vellis/gl.hpp>
-#include <vellis/internal.hpp>
 #include <vellis/shading.hpp>
 #include <vellis/texture.hpp>
 
 namespace {
 
-namespace internal = vellis::internal;
+namespace diagnostics = vellis::diagnostics;
 using vellis::Framebuffer;
 using vellis::Toolbox;
 
@@ -40,7 +40,7 @@ const glm::vec4 coral(0.91f, 0.44f, 0.32f, 1.0f);
 const glm::vec4 glow(1.0f, 0.9f, 0.6f, 0.5f);
 
 void heading(const char* text) {
-    internal::log(nullptr, "--- %s", text);
+    diagnostics::log(nullptr, "--- %s", text);
 }
 
 // A blend function that leaks.
@@ -76,13 +76,14 @@ void drawFrame(float left) {
 offscreen::Image leakBlendFunction() {
     heading("A blend function that leaks");
     Framebuffer::clear(paper, 1.0f, 0);
-    internal::diff_gl_states();
+    diagnostics::diff_gl_states();
     drawFrame(0.0f);
-    internal::diff_gl_states();
+    diagnostics::diff_gl_states();
     drawFrame(frameWidth);
     offscreen::Image picture = offscreen::readPixels(width, height);
     glDisable(GL_BLEND);
-    internal::check_glerror(); // takes what the diff leaves where the context lacks a tracked state
+    diagnostics::check_glerror(); // takes what the diff leaves where the context lacks a tracked
+                                  // state
     return picture;
 }
 
@@ -119,12 +120,12 @@ void misspellAttribute() {
     const auto triangle = vellis::drawable::Triangles<vellis::VertexAttribute<glm::vec2>>::make(
         program, {"positions", corners});
     program->draw(*triangle);
-    if (const char* error = internal::check_glerror())
-        internal::log("triangle", "%s", error);
+    if (const char* error = diagnostics::check_glerror())
+        diagnostics::log("triangle", "%s", error);
     if (!program->hasAttrib("positions"))
-        internal::log("triangle", "the program has no attribute 'positions', but these:");
-    internal::print_program_attributes(program->id());
-    internal::print_program_uniforms(program->id());
+        diagnostics::log("triangle", "the program has no attribute 'positions', but these:");
+    diagnostics::print_program_attributes(program->id());
+    diagnostics::print_program_uniforms(program->id());
 }
 
 // A shader that does not compile.
@@ -142,8 +143,8 @@ void breakShader() {
     heading("A shader that does not compile");
     const auto fragment = vellis::FragmentShader::make(brokenSource, version);
     if (fragment->hasCompilationError()) {
-        internal::print_shader_compilation_info(fragment->id());
-        internal::print_shader(fragment->id());
+        diagnostics::print_shader_compilation_info(fragment->id());
+        diagnostics::print_shader(fragment->id());
     }
 }
 
@@ -155,11 +156,11 @@ void forgetStorage() {
     const auto framebuffer = Framebuffer::make();
     framebuffer->bind();
     framebuffer->attachFragmentOut(*texture);
-    if (const char* problem = internal::check_framebuffer_complete())
-        internal::log("framebuffer", "%s", problem);
+    if (const char* problem = diagnostics::check_framebuffer_complete())
+        diagnostics::log("framebuffer", "%s", problem);
     glClear(GL_COLOR_BUFFER_BIT);
-    if (const char* error = internal::check_glerror())
-        internal::log("framebuffer", "%s", error);
+    if (const char* error = diagnostics::check_glerror())
+        diagnostics::log("framebuffer", "%s", error);
     framebuffer->unbind();
 }
 

@@ -5,8 +5,8 @@
 #include <string>
 
 #include <common/downloaded_picture.hpp>
+#include <vellis/diagnostics.hpp>
 #include <vellis/gl.hpp>
-#include <vellis/internal.hpp>
 
 namespace gears {
 namespace {
@@ -19,7 +19,7 @@ unsigned int numSamples() {
 }
 
 void requireComplete() {
-    if (const char* problem = vellis::internal::check_framebuffer_complete())
+    if (const char* problem = vellis::diagnostics::check_framebuffer_complete())
         throw std::runtime_error("The driver refuses a framebuffer (" + std::string(problem) +
                                  "): use another driver or a smaller picture.");
 }

@@ -15,9 +15,9 @@
 #include <common/picture_file.hpp>
 #include <common/ready_context.hpp>
 #include <vellis/buffers.hpp>
+#include <vellis/diagnostics.hpp>
 #include <vellis/drawing.hpp>
 #include <vellis/framebuffer.hpp>
-#include <vellis/internal.hpp>
 #include <vellis/shading.hpp>
 #include <vellis/texture.hpp>
 
@@ -105,7 +105,7 @@ void drawBlurred(const std::shared_ptr<vellis::Program>& program, const Texture&
 /// Makes drawing go to a texture; the depth buffer stays attached.
 void drawTo(Framebuffer& framebuffer, const Texture& texture) {
     framebuffer.attachFragmentOut(texture);
-    if (const char* problem = vellis::internal::check_framebuffer_complete())
+    if (const char* problem = vellis::diagnostics::check_framebuffer_complete())
         throw std::runtime_error("The driver refuses the framebuffer (" + std::string(problem) +
                                  "): use another driver.");
 }

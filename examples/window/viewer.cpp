@@ -5,8 +5,8 @@
 #include <gallery/frame/color.hpp>
 #include <gallery/frame/render.hpp>
 #include <gallery/panels/textured.hpp>
+#include <vellis/diagnostics.hpp>
 #include <vellis/framebuffer.hpp>
-#include <vellis/internal.hpp>
 #include <vellis/texture.hpp>
 
 namespace window {
@@ -42,7 +42,7 @@ void show(const gallery::Panel& panel, const glm::uvec2& size) {
 /// so that nobody holds them against a panel.
 void printStates(void (*print)()) {
     print();
-    while (vellis::internal::check_glerror() != nullptr) {
+    while (vellis::diagnostics::check_glerror() != nullptr) {
     }
 }
 
@@ -59,7 +59,7 @@ Viewer::Viewer(common::Window& window, const Selection& selection)
     : window_(window),
       selection_(selection) {
     window_.onKey(help, [this](int key) { handle(key); });
-    printStates(vellis::internal::diff_gl_states); // from here on
+    printStates(vellis::diagnostics::diff_gl_states); // from here on
 }
 
 void Viewer::run() {
@@ -85,10 +85,10 @@ void Viewer::handle(int key) {
         selection_.toNextGroup();
         break;
     case GLFW_KEY_D:
-        printStates(vellis::internal::diff_gl_states);
+        printStates(vellis::diagnostics::diff_gl_states);
         break;
     case GLFW_KEY_P:
-        printStates(vellis::internal::print_gl_states);
+        printStates(vellis::diagnostics::print_gl_states);
         break;
     default:
         if (key >= GLFW_KEY_0 && key <= GLFW_KEY_9)

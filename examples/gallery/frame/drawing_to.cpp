@@ -4,8 +4,8 @@
 #include <string>
 
 #include <gallery/frame/color.hpp>
+#include <vellis/diagnostics.hpp>
 #include <vellis/gl.hpp>
-#include <vellis/internal.hpp>
 
 namespace gallery {
 
@@ -23,7 +23,7 @@ DrawingTo::~DrawingTo() {
 
 void DrawingTo::start(const glm::uvec2& size) {
     using vellis::Framebuffer;
-    if (const char* problem = vellis::internal::check_framebuffer_complete()) {
+    if (const char* problem = vellis::diagnostics::check_framebuffer_complete()) {
         framebuffer_.unbind();
         throw std::runtime_error("the driver refuses a framebuffer: " + std::string(problem) + ".");
     }

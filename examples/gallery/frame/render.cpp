@@ -5,7 +5,7 @@
 
 #include <common/downloaded_picture.hpp>
 #include <gallery/frame/picture.hpp>
-#include <vellis/internal.hpp>
+#include <vellis/diagnostics.hpp>
 
 namespace gallery {
 
@@ -13,7 +13,7 @@ void draw(const Panel& panel, const ColorTexture& picture) {
     try {
         const DrawingTo drawing(glm::uvec2(drawnSize(panel)), picture);
         panel.draw({panel.sampling});
-        if (const char* error = vellis::internal::check_glerror())
+        if (const char* error = vellis::diagnostics::check_glerror())
             throw std::runtime_error("drawing it makes the GL error " + std::string(error) + ".");
     } catch (const std::runtime_error& error) {
         throw std::runtime_error("Panel " + std::string(panel.name) + ": " + error.what());
