@@ -168,6 +168,25 @@ TEST_F(ProgramRender, EmptyProgramHasALinkError) {
     EXPECT_TRUE(empty->hasLinkError());
 }
 
+TEST_F(ProgramRender, MissingShadersLeaveTheirStageToTheFixedFunctionsOfACompatibilityContext) {
+    const auto vertexShader = VertexShader::make(vertexSource);
+    const auto fragmentShader = FragmentShader::make(fragmentSource);
+    const std::shared_ptr<VertexShader> noVertexShader;
+    const std::shared_ptr<FragmentShader> noFragmentShader;
+    for (const auto& incomplete : {Program::make(vertexShader, noFragmentShader),
+                                   Program::make(noVertexShader, fragmentShader),
+                                   Program::make(noVertexShader, noFragmentShader)})
+        EXPECT_FALSE(incomplete->hasLinkError()) << incomplete->linkLog();
+
+    // The colour is that of the fixed functions, the place the vertex shader's.
+    const auto white = Program::make(vertexShader, noFragmentShader);
+    const auto positions = vertices({{-1.f, -1.f}, {3.f, -1.f}, {-1.f, 3.f}});
+    glColor4f(1.f, 1.f, 1.f, 1.f);
+    EXPECT_FALSE(isDrawn(0.f, 0.f));
+    white->draw(Shape(*white, *positions));
+    EXPECT_TRUE(isDrawn(0.f, 0.f));
+}
+
 TEST_F(ProgramRender, ProgramOutlivesTheShadersItWasMadeFrom) {
     auto vertexShader = VertexShader::make(vertexSource);
     auto fragmentShader = FragmentShader::make(fragmentSource);

@@ -599,6 +599,27 @@ TEST_F(UniformRender, SetTextureIsBoundOnItsUnitAndDrawn) {
     glActiveTexture(GL_TEXTURE0);
 }
 
+TEST_F(UniformRender, SamplersReadUnitZeroUntilTheyAreSet) {
+    const auto program = make("uniform sampler2D red; \n"
+                              "uniform sampler2D green; \n"
+                              "void main() { \n"
+                              "  gl_FragColor = vec4(texture2D(red, vec2(0.5)).r, \n"
+                              "                      texture2D(green, vec2(0.5)).g, 0.0, 1.0); \n"
+                              "} \n");
+    const auto first = makeImage(Rgba(200, 10, 0, 255));
+    const auto second = makeImage(Rgba(20, 100, 0, 255));
+    glActiveTexture(GL_TEXTURE1);
+    second->bind();
+    glActiveTexture(GL_TEXTURE0);
+    first->bind();
+    EXPECT_EQ(draw(program), Rgba(200, 10, 0, 255)); // both from unit 0
+    program->bind();
+    program->setUniform("green", *second);
+    program->setUniform("red", *first);
+    EXPECT_EQ(draw(program), Rgba(200, 100, 0, 255));
+    glActiveTexture(GL_TEXTURE0);
+}
+
 TEST_F(UniformRender, TextureCanBeSetAtALocationAndAUnitOfOnesOwn) {
     const auto program = make("uniform sampler2D images[2]; \n"
                               "void main() { \n"

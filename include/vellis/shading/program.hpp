@@ -85,6 +85,20 @@ struct BeginsWithValue<First, Others...>
 /// program->draw(triangle, radius); // without a lookup
 /// \endcode
 ///
+/// Linking sends no units to GL, whose samplers all begin with unit 0: textures that are bound by
+/// hand to units 0 and 1 are both looked for at unit 0 until each sampler was set.
+///
+/// setUniform takes a value of any type that GLSL 1.20 has, also where there is no handle, and an
+/// element of an array or a member by its name. For these GL is asked once for each name: the
+/// program remembers it, also that GL does not have it, until it links again or is disposed.
+///
+/// \code
+/// program->bind();
+/// program->setUniform("isLit", true); // has no handle
+/// program->setUniform("weights[1]", 0.5f);
+/// program->draw(triangle);
+/// \endcode
+///
 /// A uniform stays set when the program is unbound. An unknown name is no error: locations are then
 /// `0xFFFFFFFF`, handles inert. Ask hasUniform and hasAttrib first where it matters.
 ///
@@ -99,7 +113,8 @@ public:
     static std::shared_ptr<Program> make();
 
     /// Attaches both shaders and links. The program keeps the shaders. An empty pointer attaches
-    /// nothing, and the link then fails.
+    /// nothing: a compatibility context links all the same, and its fixed functions take the place
+    /// of what is missing; other contexts refuse to link.
     static std::shared_ptr<Program> make(const std::shared_ptr<VertexShader>& vertexShader,
                                          const std::shared_ptr<FragmentShader>& fragmentShader);
 
