@@ -1,26 +1,10 @@
-/// The static functions of Framebuffer that copy pictures and read them back.
+/// The static functions of Framebuffer that copy pictures.
 
 #include <vellis/framebuffer/framebuffer.hpp>
 
-#include <algorithm>
-
 #include <vellis/gl.hpp>
 
-#include "gl/size_limits.hpp"
-#include "state/pixel_alignment.hpp"
-#include "state/pixel_memory.hpp"
-
 namespace vellis {
-namespace {
-
-/// A coordinate that GL can add a size to. Those beyond, on either side, are as far from any
-/// framebuffer as the last one that is not.
-unsigned int within(unsigned int coordinate) {
-    constexpr int most = largestAddable;
-    return static_cast<unsigned int>(std::clamp(static_cast<int>(coordinate), -most, most));
-}
-
-} // namespace
 
 /// Copies between two framebuffers that live for the time of the call; the arguments are functions
 /// that attach what is copied to each, once it is bound for reading and for drawing.
@@ -83,28 +67,6 @@ void Framebuffer::blitMultiSampleRenderbuffersToTexture2Ds(
             framebuffer.attachDepthStencilTexture(destinationDepthStencil, 0);
         },
         width, height, GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-}
-
-void Framebuffer::readPixels(void* data, unsigned int x, unsigned int y, unsigned int width,
-                             unsigned int height, const PixelLayout& layout) {
-    if (state::isNowhere(data, GL_PIXEL_PACK_BUFFER_BINDING))
-        return;
-    downloadPixels(data, within(x), within(y), atMost(largestAddable, width),
-                   atMost(largestAddable, height), layout.format, layout.type, layout.alignment);
-}
-
-void Framebuffer::readPixelsToMemory(void* data, unsigned int x, unsigned int y, unsigned int width,
-                                     unsigned int height, const PixelLayout& layout) {
-    const state::PackingToMemory packing;
-    readPixels(data, x, y, width, height, layout);
-}
-
-void Framebuffer::downloadPixels(void* data, unsigned int x, unsigned int y, unsigned int width,
-                                 unsigned int height, unsigned int format, unsigned int type,
-                                 unsigned int alignment) {
-    const state::PackAlignment rows(alignment);
-    glReadPixels(static_cast<int>(x), static_cast<int>(y), static_cast<int>(width),
-                 static_cast<int>(height), format, type, data);
 }
 
 } // namespace vellis

@@ -11,6 +11,7 @@
 #include <vellis/detail/mistaken_for_bool.hpp>
 #include <vellis/detail/vector_of.hpp>
 #include <vellis/export.hpp>
+#include <vellis/framebuffer/fragment_state.hpp>
 #include <vellis/state/state.hpp>
 #include <vellis/texture/multi_sample_renderbuffer.hpp>
 #include <vellis/texture/renderbuffer.hpp>
@@ -67,111 +68,17 @@ struct IsColorImage<MultiSampleRenderbuffer<F>> : IsColorFormat<F> {};
 class VELLIS_EXPORT Framebuffer {
 public:
     /// \name Enumerations
-    /// Each value is the GL enumerator's of the same name.
+    /// See <vellis/framebuffer/fragment_state.hpp>.
     /// @{
-
-    /// When a fragment passes a test against a stored value.
-    enum class FragmentComparator : unsigned int {
-        NEVER = 0x0200,
-        LESS = 0x0201,
-        EQUAL = 0x0202,
-        LEQUAL = 0x0203,
-        GREATER = 0x0204,
-        NOTEQUAL = 0x0205,
-        GEQUAL = 0x0206,
-        ALWAYS = 0x0207,
-    };
-
-    /// What happens to the stencil value.
-    enum class StencilAction : unsigned int {
-        KEEP = 0x1E00,
-        ZERO = 0,
-        REPLACE = 0x1E01,
-        INCR = 0x1E02,
-        INCR_WRAP = 0x8507,
-        DECR = 0x1E03,
-        DECR_WRAP = 0x8508,
-        INVERT = 0x150A,
-    };
-
-    /// How a fragment's colour is combined bit by bit with that of the framebuffer.
-    enum class LogicOperator : unsigned int {
-        CLEAR = 0x1500,
-        AND = 0x1501,
-        AND_REVERSE = 0x1502,
-        COPY = 0x1503,
-        AND_INVERTED = 0x1504,
-        NOOP = 0x1505,
-        XOR = 0x1506,
-        OR = 0x1507,
-        NOR = 0x1508,
-        EQUIV = 0x1509,
-        INVERT = 0x150A,
-        OR_REVERSE = 0x150B,
-        COPY_INVERTED = 0x150C,
-        OR_INVERTED = 0x150D,
-        NAND = 0x150E,
-        SET = 0x150F,
-    };
-
-    /// A colour buffer of the framebuffer.
-    enum class BufferID : unsigned int {
-        NONE = 0,
-        FRONT = 0x0404,
-        BACK = 0x0405,
-        FRONT_AND_BACK = 0x0408,
-        COLOR_ATTACHMENT0 = 0x8CE0,
-        COLOR_ATTACHMENT1 = 0x8CE1,
-        COLOR_ATTACHMENT2 = 0x8CE2,
-        COLOR_ATTACHMENT3 = 0x8CE3,
-        COLOR_ATTACHMENT4 = 0x8CE4,
-        COLOR_ATTACHMENT5 = 0x8CE5,
-        COLOR_ATTACHMENT6 = 0x8CE6,
-        COLOR_ATTACHMENT7 = 0x8CE7,
-    };
-
-    /// What a colour is multiplied by in blending. For a constant give the colour or the alpha
-    /// itself. GL before 3.3 takes SRC_ALPHA_SATURATE for the fragment alone.
-    enum class BlendingFactor : unsigned int {
-        ZERO = 0,
-        ONE = 1,
-        SRC_COLOR = 0x0300,
-        ONE_MINUS_SRC_COLOR = 0x0301,
-        SRC_ALPHA = 0x0302,
-        ONE_MINUS_SRC_ALPHA = 0x0303,
-        DST_ALPHA = 0x0304,
-        ONE_MINUS_DST_ALPHA = 0x0305,
-        DST_COLOR = 0x0306,
-        ONE_MINUS_DST_COLOR = 0x0307,
-        SRC_ALPHA_SATURATE = 0x0308,
-    };
-
-    /// How the two products of blending are combined.
-    enum class BlendEquation : unsigned int {
-        FUNC_ADD = 0x8006,
-        MIN = 0x8007,
-        MAX = 0x8008,
-        FUNC_SUBTRACT = 0x800A,
-        FUNC_REVERSE_SUBTRACT = 0x800B,
-    };
+    using FragmentComparator = vellis::FragmentComparator; ///< when a fragment passes a test
+    using StencilAction = vellis::StencilAction;           ///< what happens to the stencil value
+    using LogicOperator = vellis::LogicOperator;           ///< how colours are combined bit by bit
+    using BufferID = vellis::BufferID;                     ///< a colour buffer
+    using BlendingFactor = vellis::BlendingFactor;         ///< what a colour is multiplied by
+    using BlendEquation = vellis::BlendEquation;           ///< how the products are combined
     /// @}
 
-private:
-    template <class T>
-    static constexpr bool isConstantAlpha = std::is_same<T, float>::value;
-    template <class T>
-    static constexpr bool isColorFactor =
-        std::is_same<T, BlendingFactor>::value || std::is_same<T, glm::vec3>::value;
-    template <class T>
-    static constexpr bool isAlphaFactor =
-        std::is_same<T, BlendingFactor>::value || isConstantAlpha<T>;
-
-    /// Behind the points for colours follow those for depth and stencil.
-    static constexpr unsigned int numColorPoints = 32;
-
-public:
-    /// How many fragment outputs can be mapped to colour attachments.
-    static constexpr unsigned int MAX_NUM_DRAW_MAPPINGS = 4;
+    // --- The object ---
 
     /// \name Making
     /// @{
@@ -236,8 +143,13 @@ public:
     static void bindToRead(unsigned int id);
     /// @}
 
+    // --- Attachments ---
+
     /// \name Fragment outputs
     /// @{
+
+    /// How many fragment outputs can be mapped to colour attachments.
+    static constexpr unsigned int MAX_NUM_DRAW_MAPPINGS = 4;
 
     /// Attaches \p image as colour attachment 0 and makes it the draw buffer, the read buffer, or
     /// both, according to the binding point. \p level is the mipmap level of a texture; a
@@ -335,6 +247,81 @@ public:
     /// detachAll().
     void reset();
 
+    // --- Copies and read-back ---
+
+    /// \name Copies
+    /// Copies the lower left \p width by \p height pixels of one image into the same place of a
+    /// texture of the same format, level 0. From several samples a pixel to one they are averaged.
+    /// All bindings, draw and read buffers end as they were. The scissor test confines the copy.
+    /// Nothing is written outside the destination, and what lies outside the source is undefined.
+    /// GL refuses images without storage, of formats that it cannot draw to, and of sample counts
+    /// that differ, with `GL_INVALID_FRAMEBUFFER_OPERATION`. Each call makes and deletes two
+    /// framebuffer objects.
+    /// @{
+    template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
+    static void blit(const MultiSampleRenderbuffer<F>& source, const Texture2D<F>& destination,
+                     unsigned int width, unsigned int height) {
+        blitMultiSampleRenderbufferToTexture2D(source.id(), destination.id(), width, height);
+    }
+    template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
+    static void blit(const Renderbuffer<F>& source, const Texture2D<F>& destination,
+                     unsigned int width, unsigned int height) {
+        blitRenderbufferToTexture2D(source.id(), destination.id(), width, height);
+    }
+    template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
+    static void blit(const Texture2D<F>& source, const Texture2D<F>& destination,
+                     unsigned int width, unsigned int height) {
+        blitTexture2DToTexture2D(source.id(), destination.id(), width, height);
+    }
+
+    /// Colour, depth and stencil in one.
+    template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
+    static void blit(const MultiSampleRenderbuffer<F>& sourceColor,
+                     const MultiSampleRenderbuffer<depth24_stencil8>& sourceDepthStencil,
+                     const Texture2D<F>& destinationColor,
+                     const Texture2D<depth24_stencil8>& destinationDepthStencil, unsigned int width,
+                     unsigned int height) {
+        blitMultiSampleRenderbuffersToTexture2Ds(sourceColor.id(), sourceDepthStencil.id(),
+                                                 destinationColor.id(),
+                                                 destinationDepthStencil.id(), width, height);
+    }
+    /// @}
+
+    /// \name Reading back
+    /// Reads a rectangle of pixels, the lower row first and without gaps, from the read buffer of
+    /// the framebuffer that is bound for reading. `GL_PACK_ALIGNMENT` is put back. Pixels outside
+    /// the framebuffer are undefined, and GL refuses a width or height of 2^30 and more.
+    /// GL refuses to read several samples a pixel (blit() them into a texture first), and depth or
+    /// stencil that is not there.
+    ///
+    /// \tparam F  The type of the pixels: any that is stored, see TexelFormat. GL converts colours.
+    /// @{
+
+    /// Into \p data, which must have room for \p width times \p height pixels, and for what the
+    /// other settings of `glPixelStorei`, such as row lengths, add: they hold. While a PixelBuffer
+    /// is bound for download, it is a byte offset into that. Does nothing where it is null and none
+    /// is bound.
+    template <class F, class = std::enable_if_t<IsStorageFormat<F>::value>>
+    static void download(F* data, unsigned int x, unsigned int y, unsigned int width,
+                         unsigned int height) {
+        readPixels(data, x, y, width, height, pixelLayout<F>);
+    }
+
+    /// Into a vector: an empty one where it would be larger than vectors can be. What
+    /// `glPixelStorei` was told of packing, and a PixelBuffer that is bound for download, do not
+    /// matter: they are put aside for the transfer and put back.
+    template <class F, class = std::enable_if_t<IsStorageFormat<F>::value>>
+    static std::vector<F> download(unsigned int x, unsigned int y, unsigned int width,
+                                   unsigned int height) {
+        std::vector<F> pixels = detail::vectorOf<F>(detail::product(width, height));
+        if (!pixels.empty())
+            readPixelsToMemory(pixels.data(), x, y, width, height, pixelLayout<F>);
+        return pixels;
+    }
+    /// @}
+
+    // --- The state of the fragment pipeline ---
+
     /// \name Clearing
     /// Sets the clear values, which stay set, and clears the buffers of the framebuffer that is
     /// bound for drawing, within the scissor rectangle and the write masks.
@@ -370,11 +357,14 @@ public:
     /// (`float`). GL has one constant: its colour is the sum of the colours given, its alpha the
     /// sum of the alphas, or 1 where none is given. `glEnable`, `glBlendColor`,
     /// `glBlendFuncSeparate`.
-    template <class Source, class Destination,
-              class = std::enable_if_t<isColorFactor<Source> || isAlphaFactor<Source>>,
-              class = std::enable_if_t<isColorFactor<Destination> || isAlphaFactor<Destination>>>
+    template <
+        class Source, class Destination,
+        class = std::enable_if_t<detail::isColorFactor<Source> || detail::isAlphaFactor<Source>>,
+        class = std::enable_if_t<detail::isColorFactor<Destination> ||
+                                 detail::isAlphaFactor<Destination>>>
     static void enableBlending(const Source& source, const Destination& destination) {
-        constexpr bool hasAlpha = isConstantAlpha<Source> || isConstantAlpha<Destination>;
+        constexpr bool hasAlpha =
+            detail::isConstantAlpha<Source> || detail::isConstantAlpha<Destination>;
         const auto sourceFactor = static_cast<unsigned int>(factor(source));
         const auto destinationFactor = static_cast<unsigned int>(factor(destination));
         blend(sourceFactor, destinationFactor, sourceFactor, destinationFactor,
@@ -385,10 +375,11 @@ public:
     /// The same with separate factors: for the colours a BlendingFactor or a constant colour, for
     /// the alphas a BlendingFactor or a constant alpha. The constant's parts are the sums of what
     /// is given, 0 where nothing is.
-    template <
-        class SourceRgb, class DestinationRgb, class SourceAlpha, class DestinationAlpha,
-        class = std::enable_if_t<isColorFactor<SourceRgb> && isColorFactor<DestinationRgb>>,
-        class = std::enable_if_t<isAlphaFactor<SourceAlpha> && isAlphaFactor<DestinationAlpha>>>
+    template <class SourceRgb, class DestinationRgb, class SourceAlpha, class DestinationAlpha,
+              class = std::enable_if_t<detail::isColorFactor<SourceRgb> &&
+                                       detail::isColorFactor<DestinationRgb>>,
+              class = std::enable_if_t<detail::isAlphaFactor<SourceAlpha> &&
+                                       detail::isAlphaFactor<DestinationAlpha>>>
     static void enableBlending(const SourceRgb& sourceRgb, const DestinationRgb& destinationRgb,
                                const SourceAlpha& sourceAlpha,
                                const DestinationAlpha& destinationAlpha) {
@@ -518,77 +509,6 @@ public:
     static void setReadBuffer(BufferID buffer);
     /// @}
 
-    /// \name Copies
-    /// Copies the lower left \p width by \p height pixels of one image into the same place of a
-    /// texture of the same format, level 0. From several samples a pixel to one they are averaged.
-    /// All bindings, draw and read buffers end as they were. The scissor test confines the copy.
-    /// Nothing is written outside the destination, and what lies outside the source is undefined.
-    /// GL refuses images without storage, of formats that it cannot draw to, and of sample counts
-    /// that differ, with `GL_INVALID_FRAMEBUFFER_OPERATION`. Each call makes and deletes two
-    /// framebuffer objects.
-    /// @{
-    template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
-    static void blit(const MultiSampleRenderbuffer<F>& source, const Texture2D<F>& destination,
-                     unsigned int width, unsigned int height) {
-        blitMultiSampleRenderbufferToTexture2D(source.id(), destination.id(), width, height);
-    }
-    template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
-    static void blit(const Renderbuffer<F>& source, const Texture2D<F>& destination,
-                     unsigned int width, unsigned int height) {
-        blitRenderbufferToTexture2D(source.id(), destination.id(), width, height);
-    }
-    template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
-    static void blit(const Texture2D<F>& source, const Texture2D<F>& destination,
-                     unsigned int width, unsigned int height) {
-        blitTexture2DToTexture2D(source.id(), destination.id(), width, height);
-    }
-
-    /// Colour, depth and stencil in one.
-    template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
-    static void blit(const MultiSampleRenderbuffer<F>& sourceColor,
-                     const MultiSampleRenderbuffer<depth24_stencil8>& sourceDepthStencil,
-                     const Texture2D<F>& destinationColor,
-                     const Texture2D<depth24_stencil8>& destinationDepthStencil, unsigned int width,
-                     unsigned int height) {
-        blitMultiSampleRenderbuffersToTexture2Ds(sourceColor.id(), sourceDepthStencil.id(),
-                                                 destinationColor.id(),
-                                                 destinationDepthStencil.id(), width, height);
-    }
-    /// @}
-
-    /// \name Reading back
-    /// Reads a rectangle of pixels, the lower row first and without gaps, from the read buffer of
-    /// the framebuffer that is bound for reading. `GL_PACK_ALIGNMENT` is put back. Pixels outside
-    /// the framebuffer are undefined, and GL refuses a width or height of 2^30 and more.
-    /// GL refuses to read several samples a pixel (blit() them into a texture first), and depth or
-    /// stencil that is not there.
-    ///
-    /// \tparam F  The type of the pixels: any that is stored, see TexelFormat. GL converts colours.
-    /// @{
-
-    /// Into \p data, which must have room for \p width times \p height pixels, and for what the
-    /// other settings of `glPixelStorei`, such as row lengths, add: they hold. While a PixelBuffer
-    /// is bound for download, it is a byte offset into that. Does nothing where it is null and none
-    /// is bound.
-    template <class F, class = std::enable_if_t<IsStorageFormat<F>::value>>
-    static void download(F* data, unsigned int x, unsigned int y, unsigned int width,
-                         unsigned int height) {
-        readPixels(data, x, y, width, height, pixelLayout<F>);
-    }
-
-    /// Into a vector: an empty one where it would be larger than vectors can be. What
-    /// `glPixelStorei` was told of packing, and a PixelBuffer that is bound for download, do not
-    /// matter: they are put aside for the transfer and put back.
-    template <class F, class = std::enable_if_t<IsStorageFormat<F>::value>>
-    static std::vector<F> download(unsigned int x, unsigned int y, unsigned int width,
-                                   unsigned int height) {
-        std::vector<F> pixels = detail::vectorOf<F>(detail::product(width, height));
-        if (!pixels.empty())
-            readPixelsToMemory(pixels.data(), x, y, width, height, pixelLayout<F>);
-        return pixels;
-    }
-    /// @}
-
 private:
     /// The default framebuffer, or one that somebody else owns.
     explicit Framebuffer(unsigned int id);
@@ -644,14 +564,14 @@ private:
     /// What an argument of any kind contributes to the constant colour, and to its alpha.
     template <class T>
     static glm::vec3 colorPart(const T& argument) {
-        if constexpr (isColorFactor<T>)
+        if constexpr (detail::isColorFactor<T>)
             return const_rgb(argument);
         else
             return glm::vec3(0.f);
     }
     template <class T>
     static float alphaPart(const T& argument) {
-        if constexpr (isAlphaFactor<T>)
+        if constexpr (detail::isAlphaFactor<T>)
             return const_a(argument);
         else
             return 0.f;
@@ -683,6 +603,9 @@ private:
     static void downloadPixels(void* data, unsigned int x, unsigned int y, unsigned int width,
                                unsigned int height, unsigned int format, unsigned int type,
                                unsigned int alignment);
+
+    /// Behind the points for colours follow those for depth and stencil.
+    static constexpr unsigned int numColorPoints = 32;
 
     static constexpr unsigned int drawFramebufferBinding = 0x8CA6; // GL_DRAW_FRAMEBUFFER_BINDING
     static constexpr unsigned int constantColor = 0x8001;          // GL_CONSTANT_COLOR
