@@ -12,6 +12,7 @@ set(fast_sources
     src/drawing/primitives.cpp
     src/drawing/vertex_attributes_binding.cpp
     src/shading/program.cpp
+    src/shading/program_drawing.cpp
     src/shading/uniform.cpp
     src/state/state.cpp)
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")

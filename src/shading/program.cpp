@@ -34,16 +34,6 @@ private:
     Proxy() { id_ = 0; }
 };
 
-namespace {
-
-/// Whether a pointer shares in owning anything. Unlike a count, the compiler sees through this
-/// comparison: behind it, it knows whether there is anything to release.
-bool ownsAnything(const std::shared_ptr<VertexAttributesBinding>& pointer) {
-    return std::shared_ptr<VertexAttributesBinding>().owner_before(pointer);
-}
-
-} // namespace
-
 Program::~Program() {
     dispose();
     attributesBinding_.reset(); // before the shaders
@@ -55,50 +45,6 @@ void Program::dispose() {
     variables_.reset();
     glDeleteProgram(id_);
     id_ = 0;
-}
-
-void Program::bind() const {
-    bound_ = true;
-    glUseProgram(id_);
-}
-
-void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
-    if (ownsAnything(attributesBinding_)) {
-        rebind(binding);
-        return;
-    }
-    // Empty, it has nothing to release, and the code for that is not in the way of each draw.
-    attributesBinding_ = binding;
-    bind();
-    if (attributesBinding_ != nullptr)
-        VertexAttributesBinding::Inlined::bind(*attributesBinding_);
-}
-
-[[gnu::noinline, gnu::cold]] void
-Program::rebind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
-    bind();
-    attributesBinding_ = binding;
-    if (attributesBinding_ != nullptr)
-        VertexAttributesBinding::Inlined::bind(*attributesBinding_);
-}
-
-void Program::bind(const Drawable& drawable) const {
-    bind(drawable.getAttributesBinding());
-}
-
-void Program::unbind() const {
-    bound_ = false;
-    if (attributesBinding_ != nullptr) {
-        const std::shared_ptr<VertexAttributesBinding> unbound = std::move(attributesBinding_);
-        VertexAttributesBinding::Inlined::unbind();
-    }
-    glUseProgram(0);
-}
-
-void Program::draw(const Drawable& drawable, unsigned int first, unsigned int count) const {
-    bind(drawable);
-    drawable.draw(first, count);
-    unbind();
 }
 
 void Program::beginAttributesBinding() const {

@@ -354,7 +354,8 @@ private:
     struct Variables;
     class Proxy;
 
-    // Beside the name: what bind and unbind touch is then one line of the processor's cache.
+    // These stand beside the name, so that bind and unbind touch one cache line: see
+    // detail/hot.hpp.
     mutable bool bound_ = false;
     mutable std::shared_ptr<VertexAttributesBinding> attributesBinding_;
 
@@ -435,16 +436,15 @@ private:
                    : nullptr;
     }
 
-    /// Sends the value of a handle without a location to this program's uniform of its name. Kept
-    /// out of the way of handles that have one.
+    /// Sends the value of a handle without a location to this program's uniform of its name.
     template <class T>
-    [[gnu::noinline, gnu::cold]] void sendByName(const Uniform<T>& uniform) {
+    VELLIS_COLD void sendByName(const Uniform<T>& uniform) {
         setUniform(Parts<T>{-1, uniform.name, lengthOf(uniform.name), uniform.value});
     }
 
     /// Sends a value that no handle of its type stands for.
     template <class T>
-    [[gnu::noinline, gnu::cold]] void setUnkept(const char* name, const T& value) {
+    VELLIS_COLD void setUnkept(const char* name, const T& value) {
         const int location = findUnkept(name, IsUniformValue<T>::value);
         if (location == nowhere)
             return;
@@ -460,7 +460,7 @@ private:
     /// for. Names that the table has are not asked for, and with a type that has handles only those
     /// of elements and members are: such a value goes to location -1. Otherwise, and where GL has
     /// no such name, it goes nowhere.
-    [[gnu::cold]] int findUnkept(const char* name, bool hasHandles) const;
+    VELLIS_COLD int findUnkept(const char* name, bool hasHandles) const;
 
     /// A handle with location -1 and its first value.
     template <class T>

@@ -30,7 +30,7 @@ public:
 private:
     friend class Program;
 
-    // UniformType of the class that this is; here it takes no room of its own.
+    // UniformType of the class that this is. Between two members that leave a gap it takes no room.
     const unsigned int type_;
 
 public:
