@@ -56,10 +56,6 @@ void Drawable::enableFaceCulling(bool on) {
     state::switchCapability(GL_CULL_FACE, on);
 }
 
-void Drawable::disableFaceCulling() {
-    enableFaceCulling(false);
-}
-
 void Drawable::enableLineSmooth(SmoothHint hint) {
     glEnable(GL_LINE_SMOOTH);
     glHint(GL_LINE_SMOOTH_HINT, gl::value(hint));
@@ -67,10 +63,6 @@ void Drawable::enableLineSmooth(SmoothHint hint) {
 
 void Drawable::enableLineSmooth(bool on) {
     state::switchCapability(GL_LINE_SMOOTH, on);
-}
-
-void Drawable::disableLineSmooth() {
-    enableLineSmooth(false);
 }
 
 void Drawable::enablePolygonSmooth(SmoothHint hint) {
@@ -82,19 +74,11 @@ void Drawable::enablePolygonSmooth(bool on) {
     state::switchCapability(GL_POLYGON_SMOOTH, on);
 }
 
-void Drawable::disablePolygonSmooth() {
-    enablePolygonSmooth(false);
-}
-
 void Drawable::enablePointSprite(bool on) {
     state::switchCapability(GL_POINT_SPRITE, on);
     // Contexts that have only point sprites refuse to switch them; that is nobody's mistake.
     glGetError();
     state::switchCapability(GL_VERTEX_PROGRAM_POINT_SIZE, on);
-}
-
-void Drawable::disablePointSprite() {
-    enablePointSprite(false);
 }
 
 void Drawable::setLineWidth(float width) {

@@ -128,10 +128,6 @@ void Framebuffer::detachFragmentOut(unsigned int i) {
     attachRenderbufferAt(GL_COLOR_ATTACHMENT0 + i, 0);
 }
 
-void Framebuffer::detachFragmentOuts(unsigned int i) {
-    detachFragmentOut(i);
-}
-
 void Framebuffer::detachDepthbuffer() {
     attachRenderbufferAt(GL_DEPTH_ATTACHMENT, 0);
 }
@@ -150,10 +146,6 @@ void Framebuffer::detachAll() {
     detachDepthbuffer();
     detachStencilbuffer();
     detachDepthStencilbuffer();
-}
-
-void Framebuffer::reset() {
-    detachAll();
 }
 
 void Framebuffer::resetDrawMappings() {

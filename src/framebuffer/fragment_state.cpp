@@ -54,10 +54,6 @@ void Framebuffer::enableBlending(bool on) {
     switchCapability(GL_BLEND, on);
 }
 
-void Framebuffer::disableBlending() {
-    enableBlending(false);
-}
-
 void Framebuffer::blend(unsigned int sourceRgb, unsigned int destinationRgb,
                         unsigned int sourceAlpha, unsigned int destinationAlpha,
                         const glm::vec3& rgb, float alpha) {
@@ -80,10 +76,6 @@ void Framebuffer::enableDepthTest(bool on) {
     switchCapability(GL_DEPTH_TEST, on);
 }
 
-void Framebuffer::disableDepthTest() {
-    enableDepthTest(false);
-}
-
 void Framebuffer::enableStencilTest(FragmentComparator function, unsigned int reference,
                                     unsigned int mask, StencilAction stencilFail,
                                     StencilAction depthFail, StencilAction depthPass) {
@@ -102,10 +94,6 @@ void Framebuffer::enableStencilTest(bool on) {
     switchCapability(GL_STENCIL_TEST, on);
 }
 
-void Framebuffer::disableStencilTest() {
-    enableStencilTest(false);
-}
-
 void Framebuffer::enableScissorTest(int x, int y, unsigned int width, unsigned int height) {
     glEnable(GL_SCISSOR_TEST);
     glScissor(x, y, static_cast<int>(width), static_cast<int>(height));
@@ -113,10 +101,6 @@ void Framebuffer::enableScissorTest(int x, int y, unsigned int width, unsigned i
 
 void Framebuffer::enableScissorTest(bool on) {
     switchCapability(GL_SCISSOR_TEST, on);
-}
-
-void Framebuffer::disableScissorTest() {
-    enableScissorTest(false);
 }
 
 void Framebuffer::enableLogicOp(LogicOperator op) {
@@ -128,16 +112,8 @@ void Framebuffer::enableLogicOp(bool on) {
     switchCapability(GL_COLOR_LOGIC_OP, on);
 }
 
-void Framebuffer::disableLogicOp() {
-    enableLogicOp(false);
-}
-
 void Framebuffer::enableMultiSampling(bool on) {
     switchCapability(GL_MULTISAMPLE, on);
-}
-
-void Framebuffer::disableMultiSampling() {
-    enableMultiSampling(false);
 }
 
 void Framebuffer::setViewport(int x, int y, unsigned int width, unsigned int height) {

@@ -57,10 +57,6 @@ void Framebuffer::unbindToDraw() const {
     target_ = GL_FRAMEBUFFER;
 }
 
-void Framebuffer::unbindToRead() const {
-    unbindToDraw();
-}
-
 bool Framebuffer::isBound() const {
     int bound = 0;
     if (glBindFramebuffer == nullptr)

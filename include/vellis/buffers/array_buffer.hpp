@@ -12,7 +12,7 @@ public:
     ArrayBuffer(const ArrayBuffer&) = default;
     ArrayBuffer& operator=(const ArrayBuffer&) = default;
     /// @}
-    ~ArrayBuffer() override;
+    ~ArrayBuffer() override = default;
 
     using BufferObject::bind;
     using BufferObject::id;

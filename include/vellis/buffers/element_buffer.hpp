@@ -13,7 +13,7 @@ public:
     ElementBuffer(const ElementBuffer&) = default;
     ElementBuffer& operator=(const ElementBuffer&) = default;
     /// @}
-    ~ElementBuffer() override;
+    ~ElementBuffer() override = default;
 
     using BufferObject::bind;
     using BufferObject::id;

@@ -13,7 +13,7 @@ public:
     VertexBuffer(const VertexBuffer&) = default;
     VertexBuffer& operator=(const VertexBuffer&) = default;
     /// @}
-    ~VertexBuffer() override;
+    ~VertexBuffer() override = default;
 
     /// The size of the elements in bytes.
     virtual unsigned int size() const = 0;

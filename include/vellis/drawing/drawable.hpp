@@ -111,7 +111,7 @@ public:
     static void enableFaceCulling(bool on);
 
     /// enableFaceCulling(false).
-    static void disableFaceCulling();
+    static void disableFaceCulling() { enableFaceCulling(false); }
 
     /// Antialiases lines: `glEnable(GL_LINE_SMOOTH)`, then `glHint`. It shows where blending is on.
     static void enableLineSmooth(SmoothHint hint);
@@ -120,7 +120,7 @@ public:
     static void enableLineSmooth(bool on);
 
     /// enableLineSmooth(false).
-    static void disableLineSmooth();
+    static void disableLineSmooth() { enableLineSmooth(false); }
 
     /// Antialiases polygon edges: `glEnable(GL_POLYGON_SMOOTH)`, then `glHint`.
     static void enablePolygonSmooth(SmoothHint hint);
@@ -129,7 +129,7 @@ public:
     static void enablePolygonSmooth(bool on);
 
     /// enablePolygonSmooth(false).
-    static void disablePolygonSmooth();
+    static void disablePolygonSmooth() { enablePolygonSmooth(false); }
 
     /// Switches `GL_POINT_SPRITE` and `GL_VERTEX_PROGRAM_POINT_SIZE`: points have coordinates
     /// (`gl_PointCoord`) and the size that the vertex shader gives them. A context without the
@@ -137,7 +137,7 @@ public:
     static void enablePointSprite(bool on);
 
     /// enablePointSprite(false).
-    static void disablePointSprite();
+    static void disablePointSprite() { enablePointSprite(false); }
 
     /// \name No switches
     /// Numbers, pointers and GL's own enumerators do not switch anything:

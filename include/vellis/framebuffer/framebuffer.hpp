@@ -126,7 +126,7 @@ public:
     void unbindToDraw() const;
 
     /// The same as unbindToDraw().
-    void unbindToRead() const;
+    void unbindToRead() const { unbindToDraw(); }
 
     /// Asks GL whether this is bound to the point that it was last bound to; after bind(), whether
     /// it is bound for drawing. Where the context has no framebuffer objects, only the default
@@ -196,7 +196,7 @@ public:
     void detachFragmentOut(unsigned int i);
 
     /// Removes colour attachment \p i: one, in spite of the name.
-    void detachFragmentOuts(unsigned int i);
+    void detachFragmentOuts(unsigned int i) { detachFragmentOut(i); }
     /// @}
 
     /// \name Depth and stencil
@@ -245,7 +245,7 @@ public:
     void detachAll();
 
     /// detachAll().
-    void reset();
+    void reset() { detachAll(); }
 
     // --- Copies and read-back ---
 
@@ -350,7 +350,7 @@ public:
     static void enableBlending(bool on);
 
     /// enableBlending(false).
-    static void disableBlending();
+    static void disableBlending() { enableBlending(false); }
 
     /// Enables blending with a factor for the fragment and one for the framebuffer, each for colour
     /// and alpha alike: a BlendingFactor, a constant colour (`glm::vec3`) or a constant alpha
@@ -405,7 +405,7 @@ public:
     static void enableDepthTest(bool on);
 
     /// enableDepthTest(false).
-    static void disableDepthTest();
+    static void disableDepthTest() { enableDepthTest(false); }
     /// @}
 
     /// \name Stencil test
@@ -432,7 +432,7 @@ public:
     static void enableStencilTest(bool on);
 
     /// enableStencilTest(false).
-    static void disableStencilTest();
+    static void disableStencilTest() { enableStencilTest(false); }
     /// @}
 
     /// \name Scissor test
@@ -445,7 +445,7 @@ public:
     static void enableScissorTest(bool on);
 
     /// enableScissorTest(false).
-    static void disableScissorTest();
+    static void disableScissorTest() { enableScissorTest(false); }
     /// @}
 
     /// \name Logical operation
@@ -459,14 +459,14 @@ public:
     static void enableLogicOp(bool on);
 
     /// enableLogicOp(false).
-    static void disableLogicOp();
+    static void disableLogicOp() { enableLogicOp(false); }
     /// @}
 
     /// Switches the use of several samples a pixel, where the framebuffer has them.
     static void enableMultiSampling(bool on);
 
     /// enableMultiSampling(false).
-    static void disableMultiSampling();
+    static void disableMultiSampling() { enableMultiSampling(false); }
 
     /// \name No switches
     /// Numbers, pointers and GL's own enumerators do not switch anything:

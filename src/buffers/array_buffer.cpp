@@ -1,7 +1,0 @@
-#include <vellis/buffers/array_buffer.hpp>
-
-namespace vellis {
-
-ArrayBuffer::~ArrayBuffer() = default;
-
-} // namespace vellis

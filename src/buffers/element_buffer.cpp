@@ -1,7 +1,0 @@
-#include <vellis/buffers/element_buffer.hpp>
-
-namespace vellis {
-
-ElementBuffer::~ElementBuffer() = default;
-
-} // namespace vellis

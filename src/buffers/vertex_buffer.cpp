@@ -1,7 +1,0 @@
-#include <vellis/buffers/vertex_buffer.hpp>
-
-namespace vellis {
-
-VertexBuffer::~VertexBuffer() = default;
-
-} // namespace vellis
