@@ -1,5 +1,5 @@
 # What `cpack -G DEB` makes of the installed files: libvellis1, the shared library, and libvellis-dev,
-# what programs are built with. scripts/package.sh makes and checks them.
+# what programs are built with. scripts/checks/package.sh makes and checks them.
 
 # Whoever makes packages is their maintainer, named as Debian's own tools would have it.
 set(maintainer "The vellis authors <vellis@example.org>")

@@ -1,4 +1,4 @@
-/// The program that scripts/instructions.sh runs under valgrind.
+/// The program that scripts/measurements/instructions.sh runs under valgrind.
 
 #include "instructions/count.hpp"
 

@@ -1,4 +1,4 @@
-/// The program that scripts/peers.sh runs under valgrind.
+/// The program that scripts/measurements/peers.sh runs under valgrind.
 
 #include "instructions/count.hpp"
 #include "null_driver/null_driver.hpp"

@@ -2,7 +2,7 @@
 #
 # VELLIS_WINDOWS_ROOT, an option of CMake or a variable of the environment, names a folder with the
 # dependencies' headers, libraries and CMake packages, which are looked for there, in the folders of
-# CMAKE_PREFIX_PATH and among mingw-w64's own alone: scripts/windows.sh makes one.
+# CMAKE_PREFIX_PATH and among mingw-w64's own alone: scripts/checks/windows.sh makes one.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)

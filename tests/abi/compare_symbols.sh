@@ -6,6 +6,6 @@ set -euo pipefail
 
 "$(dirname "${BASH_SOURCE[0]}")/exported_symbols.sh" "$1" |
     diff --unified=0 --label "kept in ${2##*/}" "$2" --label "exported by ${1##*/}" - || {
-    printf '%s\n' "Exported by accident (+) or lost (-): see above. Where it is meant, 'scripts/abi.sh --update' keeps the new list." >&2
+    printf '%s\n' "Exported by accident (+) or lost (-): see above. Where it is meant, 'scripts/checks/abi.sh --update' keeps the new list." >&2
     exit 1
 }

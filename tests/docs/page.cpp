@@ -51,7 +51,7 @@ void Page::expectPart(const std::string& name, const std::string& text) {
     }
     const std::string found = text_.substr(begin, end - begin);
     EXPECT_TRUE(found == expected)
-        << path_ << ", part " << name << ", is not what the library does; scripts/pages.sh "
+        << path_ << ", part " << name << ", is not what the library does; scripts/updates/pages.sh "
         << "writes it anew.\n"
         << linesOnlyIn(found, expected, "  only in the page: ")
         << linesOnlyIn(expected, found, "  missing there:    ");

@@ -51,7 +51,8 @@ TEST(GalleryProgram, LeavesAPictureOfEachPanelAndAContactSheetAndSaysWhere) {
         EXPECT_TRUE(offscreen::readPng(path, image, error)) << error;
         EXPECT_GE(image.width, gallery::panelSize);
     }
-    EXPECT_TRUE(runGallery(quoted(target)).succeeded) << "a second time";
+    const Outcome again = runGallery(quoted(target));
+    EXPECT_TRUE(again.succeeded) << "a second time: " << again.errors;
     const auto files = std::distance(fs::directory_iterator(target), fs::directory_iterator());
     EXPECT_EQ(static_cast<std::size_t>(files), paths.size());
 }

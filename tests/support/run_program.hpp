@@ -1,12 +1,16 @@
 #pragma once
 
+#include <cerrno>
+#include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <list>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/environment_variable.hpp"
@@ -48,6 +52,28 @@ inline std::vector<std::string> lines(const std::string& text) {
 inline const std::vector<std::string> noEgl = {"OFFSCREEN_PLATFORM=egl",
                                                "__EGL_VENDOR_LIBRARY_FILENAMES=/nonexistent"};
 
+/// Runs a command in the shell, which makes the file \p output before it does anything else. A
+/// busy system may refuse a new process, as Wine does at times: a shell that has not begun is
+/// started again, a few times. What has begun is not: its failure is the test's to judge.
+/// \param error  Why the shell does not start, or empty.
+/// \return       What std::system has returned.
+inline int runShell(const std::string& command, const std::filesystem::path& output,
+                    std::string& error) {
+    constexpr int attempts = 3;
+    for (int attempt = 1;; ++attempt) {
+        errno = 0;
+        const int status = std::system(command.c_str());
+        if (status == 0 || std::filesystem::exists(output))
+            return status;
+        if (attempt == attempts) {
+            error = "The shell does not start: status " + std::to_string(status) + ", " +
+                    std::strerror(errno) + ".\n";
+            return status;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+}
+
 /// Runs a program to its end.
 /// \param environment  Variables that it gets, `NAME=value`, or does not get, `NAME`.
 inline Outcome runProgram(std::filesystem::path program, const std::string& arguments,
@@ -67,6 +93,7 @@ inline Outcome runProgram(std::filesystem::path program, const std::string& argu
                                end != variable.npos ? std::optional(variable.substr(end + 1))
                                                     : std::nullopt);
     }
-    const int status = std::system(command.c_str());
-    return {status == 0, contents(output), contents(errors)};
+    std::string error;
+    const int status = runShell(command, output, error);
+    return {status == 0, contents(output), error + contents(errors)};
 }

@@ -2,11 +2,11 @@
 # Measures how cost grows: with the uniforms of a program, with registered objects, with the points of
 # a call. Draws the curves of docs/performance.md from what was measured. Installs what is missing.
 #
-# Usage: scripts/growth.sh [folder for the plots, by default docs/images]
+# Usage: scripts/measurements/growth.sh [folder for the plots, by default docs/images]
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 if [[ $# -gt 1 ]]; then
     fail "usage: growth.sh [folder]"

@@ -2,11 +2,11 @@
 # Compares the library with Qt's OpenGL classes, globjects and SFML: instructions and allocations on a GL
 # that does nothing, times on a driver, headers and libraries. Installs what is missing.
 #
-# Usage: scripts/peers.sh
+# Usage: scripts/measurements/peers.sh
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 install_dependencies
 install_packages libbenchmark-dev xvfb "${peer_packages[@]}"
@@ -21,7 +21,7 @@ for package in libqt6opengl6-dev libglobjects-dev libglbinding-dev libsfml-dev; 
 done
 
 say "Instructions and allocations, on a GL that does nothing"
-"$repository/scripts/instructions.sh" "$programs/vellis_peer_instructions" || status=1
+"$repository/scripts/measurements/instructions.sh" "$programs/vellis_peer_instructions" || status=1
 
 # Prints the counters of a Google Benchmark report, one line for each library of a workload.
 print_times() {
@@ -51,5 +51,5 @@ done
 DISPLAY=":$(<"$display")" "$programs/vellis_sfml_benchmarks" --benchmark_format=json 2>/dev/null |
     print_times
 
-"$repository/scripts/footprint.sh" --peers || status=1
+"$repository/scripts/measurements/footprint.sh" --peers || status=1
 exit "$status"

@@ -3,11 +3,11 @@
 # the library, on a GL that does nothing, and compares them with benchmarks/budget.txt. The counts do
 # not depend on how busy the machine is. Installs what is missing.
 #
-# Usage: scripts/instructions.sh [program that counts, by default the library's own]
+# Usage: scripts/measurements/instructions.sh [program that counts, by default the library's own]
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 if [[ $# -gt 1 ]]; then
     fail "usage: instructions.sh [program]"

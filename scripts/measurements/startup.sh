@@ -3,12 +3,12 @@
 # loader alone with EGL's own lookup, one process after the other in turns. Fails where the median of
 # engine::init is above its limit. Installs what is missing.
 #
-# Usage: scripts/startup.sh
+# Usage: scripts/measurements/startup.sh
 # shellcheck disable=SC2016 # what is in single quotes is awk's
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 limit=1.1 # of the loader's time, for the first engine::init
 rounds=101

@@ -3,11 +3,11 @@
 # header, beside <SFML/Graphics.hpp> in the same run, and the size of the stripped shared library. Fails
 # above the limits. Installs what is missing.
 #
-# Usage: scripts/footprint.sh [--peers]    --peers: the headers and libraries of Qt and globjects, too
+# Usage: scripts/measurements/footprint.sh [--peers]    --peers: the headers and libraries of Qt and globjects, too
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 reference=SFML/Graphics.hpp
 umbrella_limit=1.0 # of the reference's time, for <vellis/vellis.hpp>

@@ -2,13 +2,13 @@
 # Compares the binary interface of the library with the kept one, and says what has changed: types,
 # functions, layouts. Installs what is missing.
 #
-# Usage: scripts/abi.sh             report; succeeds whatever has changed
-#        scripts/abi.sh --strict    the same, but fails where anything was changed or removed
-#        scripts/abi.sh --update    keep the interface, and the list of exported symbols, as they are now
+# Usage: scripts/checks/abi.sh             report; succeeds whatever has changed
+#        scripts/checks/abi.sh --strict    the same, but fails where anything was changed or removed
+#        scripts/checks/abi.sh --update    keep the interface, and the list of exported symbols, as they are now
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 mode="${1:---report}"
 if [[ $# -gt 1 || ! "$mode" =~ ^--(report|strict|update)$ ]]; then
@@ -61,7 +61,7 @@ elif ((status == 0)); then
 elif abidiff --no-added-syms "$dumps/kept.abi" "$dumps/now.abi" >/dev/null; then
     say "The interface has grown; what was there is unchanged."
 elif [[ "$mode" == --strict ]]; then
-    fail "what was there has changed or gone: programs that were built against it need a new SOVERSION. Where that is meant, run 'scripts/abi.sh --update'."
+    fail "what was there has changed or gone: programs that were built against it need a new SOVERSION. Where that is meant, run 'scripts/checks/abi.sh --update'."
 else
     say "What was there has changed or gone: programs that were built against it would break."
 fi

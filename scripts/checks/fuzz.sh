@@ -2,13 +2,13 @@
 # Feeds the fuzz targets with random inputs, with clang's libFuzzer and the address and
 # undefined-behaviour sanitizers, each for a fixed time. Installs what is missing.
 #
-# Usage: scripts/fuzz.sh [--keep] [seconds for each target, by default 20]
+# Usage: scripts/checks/fuzz.sh [--keep] [seconds for each target, by default 20]
 #
 # --keep adds the inputs that reached new code to the corpus in tests/fuzz/corpus.
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 keep=false
 if [[ "${1:-}" == --keep ]]; then

@@ -2,11 +2,11 @@
 # Draws the pictures of the documentation anew, into docs/images: the gallery, the plot, the gears, the
 # picture of a mistake, and those of the guide's pages. Installs what is missing.
 #
-# Usage: scripts/pictures.sh
+# Usage: scripts/updates/pictures.sh
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 if [[ $# -gt 0 ]]; then
     fail "usage: pictures.sh"

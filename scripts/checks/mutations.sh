@@ -3,7 +3,7 @@
 # fails. The changes are made by rule and drawn by a seed. Works in build/mutations, where the report
 # is left, too; takes hours. Installs what is missing.
 #
-# Usage: scripts/mutations.sh [--seed N] [--count N] [--of src|include] [--list | --again]
+# Usage: scripts/checks/mutations.sh [--seed N] [--count N] [--of src|include] [--list | --again]
 #
 # --seed    another number draws other changes; 1 by default
 # --count   changes that compile; 300 by default
@@ -13,7 +13,7 @@
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 install_dependencies
 for tool in git ninja; do

@@ -2,7 +2,7 @@
 # Makes Debian packages of the library and checks them: lintian has no error to report, and a program
 # builds and runs with what they unpack to. Installs what is missing.
 #
-# Usage: scripts/package.sh [--install]
+# Usage: scripts/checks/package.sh [--install]
 #
 # By default the packages are unpacked into a temporary folder, so that this system stays as it is.
 # --install installs them on this system with apt-get, builds and runs the programs there, and removes
@@ -10,7 +10,7 @@
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 if [[ $# -gt 1 || "${1:---install}" != --install ]]; then
     fail "usage: package.sh [--install]"

@@ -3,11 +3,11 @@
 # fails below the limits. Branches that an exception would take are left out. A page for each source,
 # with what was not reached: build/coverage/report/index.html. Installs what is missing.
 #
-# Usage: scripts/coverage.sh
+# Usage: scripts/checks/coverage.sh
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 if [[ $# -gt 0 ]]; then
     fail "usage: coverage.sh"

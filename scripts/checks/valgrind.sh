@@ -2,11 +2,11 @@
 # Runs the tests that need no driver under valgrind's memcheck: a use of memory that is not there or
 # not set, or a leak, is a failure; nothing is suppressed. Installs what is missing.
 #
-# Usage: scripts/valgrind.sh
+# Usage: scripts/checks/valgrind.sh
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 if [[ $# -gt 0 ]]; then
     fail "usage: valgrind.sh"

@@ -3,12 +3,12 @@
 # over, and compares the medians of the ratios with benchmarks/ratios.txt. Fails where one is above its
 # limit. Installs what is missing.
 #
-# Usage: scripts/times.sh [--limited]    --limited: only the workloads that have a limit, and again for
+# Usage: scripts/measurements/times.sh [--limited]    --limited: only the workloads that have a limit, and again for
 #                                        as long as one is above it, a few times
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 limits="$repository/benchmarks/ratios.txt"
 runs=9

@@ -2,14 +2,14 @@
 # Builds the library, its tests and its examples for Windows with mingw-w64, and runs the tests with
 # Wine on an X server of its own. Installs what is missing.
 #
-# Usage: scripts/windows.sh [trace | docs | render | package]   (builds and runs one label's tests alone)
+# Usage: scripts/checks/windows.sh [trace | docs | render | package]   (builds and runs one label's tests alone)
 #
 # The first run makes what the build needs beside the compiler: build/windows-root, with the headers
 # of glm and stb and with GoogleTest built for Windows, and build/windows-wine, Wine's files.
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 labels=(trace docs render package)
 any_label="$(IFS='|' && printf '%s' "${labels[*]}")"

@@ -2,11 +2,11 @@
 # Writes the generated parts of the documentation's pages anew: the tables of GL calls, of GL state and
 # of faults, and the texts of the portable preamble. Installs what is missing.
 #
-# Usage: scripts/pages.sh
+# Usage: scripts/updates/pages.sh
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
-source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../setup.sh"
 
 if [[ $# -gt 0 ]]; then
     fail "usage: pages.sh"
