@@ -1,9 +1,13 @@
 #!/usr/bin/env python3
-"""Checks what a compiler does not: links, shell blocks and CMake blocks of Markdown pages.
+"""Checks what a compiler does not: links, shell blocks, CMake blocks and tables of folders of Markdown
+pages.
 
-Usage: check_pages.py links ROOT PAGE...    links to files and headings lead somewhere
+Usage: check_pages.py links ROOT PAGE...    links to files and headings lead somewhere, and scripts that
+                                            are named exist
        check_pages.py shell ROOT FILE...    the shell reads each file, and the scripts it names exist
        check_pages.py cmake CMAKE FILE...   CMake reads each file, and what is linked is ours
+       check_pages.py folders ROOT PAGE     the table of folders has each folder of the repository, once
+       check_pages.py scripts ROOT PAGE     the page names each shell script of scripts once in its tables
 """
 
 import pathlib
@@ -18,7 +22,8 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "docs"))
 from markdown import HEADING, LINK, Anchors, marked_lines  # noqa: E402
 
 CODE = re.compile(r"`[^`]*`")
-SCRIPT = re.compile(r"(?<![\w/])scripts/[\w.-]+")
+SCRIPT = re.compile(r"(?<![\w/])scripts/[\w/-]+\.[a-z]+")
+FOLDERS = re.compile(r"\| folder \|")
 
 # Commands that a script may not use, and ones that would fetch: a block of them runs all the same.
 CMAKE_STUBS = """\
@@ -55,10 +60,16 @@ def anchors(page):
     return found.known
 
 
+def absent_scripts(root, text):
+    return [script for script in SCRIPT.findall(text) if not (root / script).is_file()]
+
+
 def broken_links(root, pages):
     for name in pages:
         page = root / name
         for number, line in text_lines(page):
+            for script in absent_scripts(root, line):
+                yield f"{name}:{number}: there is no {script}."
             for _, target in LINK.findall(CODE.sub("", line)):
                 if re.match(r"[a-z]+:", target):
                     continue
@@ -77,9 +88,8 @@ def broken_shell(root, files):
         read = subprocess.run(["bash", "-n", name], capture_output=True, text=True, check=False)
         if read.returncode != 0:
             yield f"{name}: {read.stderr.strip()}"
-        for script in SCRIPT.findall(pathlib.Path(name).read_text(encoding="utf-8")):
-            if not (root / script).is_file():
-                yield f"{name}: there is no {script}."
+        for script in absent_scripts(root, pathlib.Path(name).read_text(encoding="utf-8")):
+            yield f"{name}: there is no {script}."
 
 
 def broken_cmake(cmake, files):
@@ -93,6 +103,63 @@ def broken_cmake(cmake, files):
                 yield f"{name}: {run.stderr.strip()}"
 
 
+def table_of_folders(page):
+    """The folders in the first cells of the table of folders, with the numbers of their lines."""
+    within = False
+    for number, line in text_lines(page):
+        within = bool(FOLDERS.match(line)) or (within and line.startswith("|"))
+        if within:
+            for folder in CODE.findall(line.split("|")[1]):
+                yield number, folder.strip("`")
+
+
+def folders_of(root):
+    """The folders that git knows at the root, but for hidden ones; None without git."""
+    listed = subprocess.run(["git", "-C", root, "ls-files"], capture_output=True, text=True, check=False)
+    if listed.returncode != 0:
+        return None
+    return {pathlib.PurePosixPath(parent) for file in listed.stdout.splitlines()
+            for parent in pathlib.PurePosixPath(file).parents if not file.startswith(".")}
+
+
+def families(root, folder):
+    """The folders that a name such as tests/<family> stands for: those that the sources have, too."""
+    return [path.relative_to(root) for path in (root / folder).parent.iterdir()
+            if path.is_dir() and (root / "src" / path.name).is_dir()]
+
+
+def wrong_folders(root, name, known):
+    """What is wrong with a page's table of folders. Where the table names a folder within another, it
+    must name all of that one's."""
+    there = set()
+    for number, folder in table_of_folders(root / name):
+        path = pathlib.PurePosixPath(folder)
+        named = families(root, path) if path.name == "<family>" else [path]
+        for each in named:
+            if not (root / each).is_dir():
+                yield f"{name}:{number}: {each}: there is no such folder."
+            if each in there:
+                yield f"{name}:{number}: {each}: it is there twice."
+            there.add(each)
+    if not there:
+        yield f"{name}: there is no table of folders."
+    parents = {parent for path in there for parent in path.parents}
+    for folder in sorted(known or []):
+        if folder.parent in parents and folder not in there and folder not in parents:
+            yield f"{name}: {folder} is not in the table of folders."
+
+
+def unnamed_scripts(root, name):
+    """The scripts that the tables of a page do not name first in one row."""
+    named = [script for _, line in text_lines(root / name) if line.startswith("| `")
+             for script in SCRIPT.findall(line.split("|")[1])]
+    for path in sorted((root / "scripts").rglob("*.sh")):
+        script = path.relative_to(root).as_posix()
+        is_shared = not path.stat().st_mode & 0o100
+        if named.count(script) != (0 if is_shared else 1):
+            yield f"{name}: {script} is there {named.count(script)} times."
+
+
 def main(kind, first, *rest):
     if not rest:
         return [f"There is nothing to check for {kind}."]
@@ -102,6 +169,11 @@ def main(kind, first, *rest):
         return list(broken_shell(pathlib.Path(first), rest))
     if kind == "cmake":
         return list(broken_cmake(first, rest))
+    if kind == "folders":
+        root = pathlib.Path(first)
+        return list(wrong_folders(root, rest[0], folders_of(root)))
+    if kind == "scripts":
+        return list(unnamed_scripts(pathlib.Path(first), rest[0]))
     sys.exit(__doc__)
 
 

@@ -169,9 +169,60 @@ class Pages(WithFolder):
         good = self.write("good.sh", "scripts/there.sh # comment")
         absent = self.write("absent.sh", "scripts/absent.sh")
         broken = self.write("broken.sh", "if true; then")
+        self.write("scripts/group/there.sh", "true")
+        group = self.write("group.sh", "scripts/group/there.sh && scripts/group/absent.sh")
         self.assertEqual(list(check_pages.broken_shell(self.root, [good])), [])
         self.assertEqual(len(list(check_pages.broken_shell(self.root, [absent]))), 1)
         self.assertEqual(len(list(check_pages.broken_shell(self.root, [broken]))), 1)
+        self.assertEqual(list(check_pages.broken_shell(self.root, [group])),
+                         [f"{group}: there is no scripts/group/absent.sh."])
+
+    def test_scripts_that_the_text_names(self):
+        self.write("scripts/there.sh", "true")
+        self.assertEqual(self.links("Run `scripts/there.sh --all`, or scripts/there.sh."), [])
+        self.assertEqual(self.links("Run `scripts/absent.sh` first."),
+                         ["page.md:1: there is no scripts/absent.sh."])
+
+    def folders(self, *rows):
+        self.write("page.md", "| folder | what stands there |", "|---|---|", *rows, "", "| `no` | |")
+        for folder in ("src/state", "tests/state", "tests/support", "docs"):
+            self.write(folder + "/file", "")
+        known = {pathlib.PurePosixPath(folder) for folder in
+                 ("src", "src/state", "tests", "tests/state", "tests/support", "docs")}
+        return list(check_pages.wrong_folders(self.root, "page.md", known))
+
+    def test_table_with_every_folder(self):
+        self.assertEqual(self.folders("| `src`, `docs` | a |", "| `tests/state` | b |",
+                                      "| `tests/support` | c |"), [])
+        self.assertEqual(self.folders("| `src`, `docs` | a |", "| `tests/<family>` | b |",
+                                      "| `tests/support` | `tests/absent` |"), [])
+
+    def test_folder_that_is_missing_twice_there_or_absent(self):
+        self.assertEqual(self.folders("| `src` | a |", "| `tests` | b |"),
+                         ["page.md: docs is not in the table of folders."])
+        self.assertEqual(self.folders("| `src`, `docs` | a |", "| `tests/state` | b |"),
+                         ["page.md: tests/support is not in the table of folders."])
+        self.assertEqual(self.folders("| `src`, `docs`, `tests` | a |", "| `src` | b |"),
+                         ["page.md:4: src: it is there twice."])
+        self.assertEqual(self.folders("| `src`, `docs`, `tests` | a |", "| `other` | b |"),
+                         ["page.md:4: other: there is no such folder."])
+        self.write("empty.md", "Text.")
+        self.assertEqual(list(check_pages.wrong_folders(self.root, "empty.md", set())),
+                         ["empty.md: there is no table of folders."])
+
+    def test_table_of_scripts(self):
+        for name in ("scripts/one.sh", "scripts/group/two.sh"):
+            self.write(name, "true").chmod(0o755)
+        self.write("scripts/shared.sh", "true")
+
+        def unnamed(*rows):
+            self.write("page.md", *rows, "Text on `scripts/one.sh`.")
+            return list(check_pages.unnamed_scripts(self.root, "page.md"))
+
+        both = ("| `scripts/one.sh` | a |", "| `scripts/group/two.sh` | `scripts/one.sh` |")
+        self.assertEqual(unnamed(*both), [])
+        self.assertEqual(unnamed(both[0]), ["page.md: scripts/group/two.sh is there 0 times."])
+        self.assertEqual(unnamed(*both, both[0]), ["page.md: scripts/one.sh is there 2 times."])
 
     def test_cmake(self):
         good = self.write("good.cmake", "add_subdirectory(vellis)",
