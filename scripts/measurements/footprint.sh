@@ -61,44 +61,14 @@ say "Timing ${#headers[@]} headers, $rounds times each"
 TIMEFORMAT='%3U %3S'
 for ((round = 0; round < rounds; ++round)); do
     for i in "${!headers[@]}"; do
-        printf '%s %s\n' "$i" "$({ time "$compiler" "${flags[@]}" "$work/$i.cpp"; } 2>&1)"
+        read -r user system <<<"$({ time "$compiler" "${flags[@]}" "$work/$i.cpp"; } 2>&1)"
+        printf '%s\t%s\n' "${headers[$i]}" "$(awk "BEGIN { print $user + $system }")"
     done
 done >"$work/times"
 
-printf '%s\n' "${headers[@]}" >"$work/names"
 above=0
-awk -v umbrella="$umbrella_limit" -v family="$family_limit" '
-    function median(values, count,    i, j, held) {
-        for (i = 2; i <= count; i++)
-            for (j = i; j > 1 && values[j - 1] > values[j]; j--) {
-                held = values[j]; values[j] = values[j - 1]; values[j - 1] = held
-            }
-        return values[int((count + 1) / 2)]
-    }
-    FILENAME == ARGV[1] { name[FNR - 1] = $0; names = FNR; next }
-    {
-        if ($1 == 0)
-            round++
-        time[$1, round] = $2 + $3
-    }
-    END {
-        printf "%-80s %8s %8s\n", "header", "ms", "ratio"
-        for (i = 0; i < names; i++) {
-            for (r = 1; r <= round; r++) {
-                own[r] = time[i, r]
-                ratio[r] = time[i, r] / time[0, r]
-            }
-            of = median(ratio, round)
-            printf "%-80s %8.0f %8.2f", name[i], 1000 * median(own, round), of
-            if (name[i] ~ /^vellis/) {
-                limit = name[i] == "vellis/vellis.hpp" ? umbrella : family
-                printf "   %s %.1f", of <= limit ? "within" : "ABOVE", limit
-                above += of > limit
-            }
-            print ""
-        }
-        exit above > 0
-    }' "$work/names" "$work/times" || above=1
+python3 "$repository/scripts/measurements/reports.py" headers "$umbrella_limit" "$family_limit" <"$work/times" ||
+    above=1
 
 # --- Library ---
 

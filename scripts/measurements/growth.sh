@@ -29,13 +29,7 @@ measure() {
     # With the driver's cache of shaders, linking would be reading a file.
     MESA_SHADER_CACHE_DISABLE=true "$repository/build/bench/benchmarks/vellis_benchmarks" "$where" \
         --benchmark_filter="$pattern" --benchmark_format=json 2>/dev/null |
-        python3 -c '
-import json, sys
-for run in json.load(sys.stdin)["benchmarks"]:
-    family, operation, size = run["name"].split("/")[:3]
-    for side in ("raw", "vellis"):
-        with open(f"{sys.argv[1]}/{operation}-{side}", "a") as curve:
-            print(size, run[f"{side}_ns"], file=curve)' "$work"
+        python3 "$repository/scripts/measurements/reports.py" curves "$work"
 }
 
 # Draws curves into plots/NAME.svg: axis, unit of the times and how many nanoseconds it has, then a file

@@ -42,46 +42,5 @@ while read -r run; do
     printf '%s %s\n' "$run" "$(sed -n 's/^totals: //p' "$profile")"
 done <"$counted/runs" >"$counted/instructions"
 
-# The first run is the loop alone. The first library of a workload is raw GL.
-awk '
-    FILENAME == ARGV[1] {
-        if ($0 !~ /^#/ && NF > 0) {
-            limit[$1, $2] = $3
-            allocationLimit[$1, $2] = $4
-            unused[$1 " " $2]
-        }
-        next
-    }
-    { workload = $1; size = $2; library = $3; runs = $4; allocations = $5 / runs; total = $6 / runs }
-    FNR == 1 {
-        loop = total
-        printf "%-24s %7s  %-10s %12s %8s %12s\n", "workload", "size", "library", "instructions",
-            "added", "allocations"
-        next
-    }
-    {
-        total -= loop
-        key = workload SUBSEP size
-        if (key != last) {
-            raw = total
-            printf "%-24s %7d  %-10s %12.0f\n", workload, size, library, total
-        } else {
-            printf "%-24s %7s  %-10s %12.0f %+8.0f %12.4g", "", "", library, total, total - raw, allocations
-            if (library == "vellis" && key in limit) {
-                delete unused[workload " " size]
-                within = total - raw <= limit[key] && allocations <= allocationLimit[key]
-                printf "   %s %d, %d", within ? "within" : "ABOVE", limit[key], allocationLimit[key]
-                above += !within
-            }
-            print ""
-        }
-        last = key
-    }
-    END {
-        for (row in unused) {
-            print "budget.txt has a limit for " row ", which was not counted" > "/dev/stderr"
-            above++
-        }
-        exit above > 0
-    }' "$budget" "$counted/instructions" ||
+python3 "$repository/scripts/measurements/reports.py" instructions "$budget" <"$counted/instructions" ||
     fail "above the limits in $budget: see ABOVE in the table."

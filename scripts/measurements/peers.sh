@@ -23,17 +23,9 @@ done
 say "Instructions and allocations, on a GL that does nothing"
 "$repository/scripts/measurements/instructions.sh" "$programs/vellis_peer_instructions" || status=1
 
-# Prints the counters of a Google Benchmark report, one line for each library of a workload.
+# Prints the counters of a report, one line for each library of a workload.
 print_times() {
-    python3 -c '
-import json, sys
-print("workload             library            ns    ratio")
-for run in json.load(sys.stdin)["benchmarks"]:
-    workload = "/".join(run["name"].split("/")[:2])
-    libraries = [name[:-3] for name in run if name.endswith("_ns")]
-    for library in sorted(libraries, key=lambda name: (name != "raw", name != "vellis", name)):
-        nanoseconds, ratio = run[f"{library}_ns"], run.get(f"{library}_ratio", 1)
-        print(f"{workload:20} {library:10} {nanoseconds:10.0f} {ratio:8.2f}")'
+    python3 "$repository/scripts/measurements/reports.py" peers
 }
 
 say "Times, on the driver"

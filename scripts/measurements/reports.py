@@ -1,0 +1,204 @@
+"""Reads what the measurements of this folder leave, and makes their tables, each against its limits.
+
+Usage: reports.py times LIMITS             reports of Google Benchmark, one run after the other
+       reports.py workloads LIMITS         prints the filter of Google Benchmark for those with a limit
+       reports.py curves FOLDER            a report: leaves FOLDER/operation-side, a line for each size
+       reports.py peers                    a report with several libraries
+       reports.py instructions LIMITS      lines: workload size library runs allocations instructions
+       reports.py headers UMBRELLA FAMILY  lines: name, a tab, seconds; in rounds, the reference first
+       reports.py startup LIMIT            lines: bare or engine, microseconds, those of a second load
+
+Each reads its standard input, and fails where something is above its limit.
+"""
+
+import collections
+import json
+import pathlib
+import statistics
+import sys
+
+UMBRELLA = "vellis/vellis.hpp"
+
+
+class Missing(Exception):
+    """What a report lacks."""
+
+
+# --- What is read ---
+
+Benchmark = collections.namedtuple("Benchmark", "workload size counters")
+Run = collections.namedtuple("Run", "workload size library allocations instructions")
+
+
+def read_benchmarks(text):
+    """The benchmarks of reports that follow one another: of `family/operation/size`, the first two are the
+    workload."""
+    decoder, text, found = json.JSONDecoder(), text.strip(), []
+    while text:
+        report, end = decoder.raw_decode(text)
+        text = text[end:].strip()
+        for benchmark in report["benchmarks"]:
+            family, operation, size = benchmark["name"].split("/")[:3]
+            found.append(Benchmark(f"{family}/{operation}", int(size), benchmark))
+    if not found:
+        raise Missing("nothing was measured.")
+    return found
+
+
+def read_limits(path):
+    """The limits of each workload and size, from a file with comments behind #."""
+    limits = {}
+    for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
+        if fields := line.split("#")[0].split():
+            limits[fields[0], int(fields[1])] = [float(field) for field in fields[2:]]
+    return limits
+
+
+def read_runs(text):
+    """The runs, with what one of each has cost. The first is the loop alone, which is taken off the others."""
+    runs = []
+    for line in text.splitlines():
+        workload, size, library, *numbers = line.split()
+        count, allocations, instructions = map(float, numbers)
+        runs.append(Run(workload, int(size), library, allocations / count, instructions / count))
+    if len(runs) < 2:
+        raise Missing("nothing was counted.")
+    loop = runs[0].instructions
+    return [run._replace(instructions=run.instructions - loop) for run in runs[1:]]
+
+
+def grouped(pairs):
+    groups = {}
+    for key, value in pairs:
+        groups.setdefault(key, []).append(value)
+    return groups
+
+
+# --- What is said ---
+
+
+class Verdicts:
+    """Holds values against limits, and remembers whether one was above its own."""
+
+    def __init__(self):
+        self.above = 0
+
+    def of(self, values, limits):
+        is_within = all(value <= limit for value, limit in zip(values, limits))
+        self.above += not is_within
+        return f"{'within' if is_within else 'ABOVE'} {', '.join(f'{limit:g}' for limit in limits)}"
+
+    def missing(self, limits, measured, path):
+        """A limit of what was not measured holds nothing."""
+        for workload, size in limits:
+            if (workload, size) not in measured:
+                print(f"{path} has a limit for {workload} {size}, which was not measured", file=sys.stderr)
+                self.above += 1
+
+
+def say(text):
+    print(text.rstrip())
+
+
+def times(verdicts, text, path):
+    limits = read_limits(path)
+    measured = grouped(((run.workload, run.size), run.counters) for run in read_benchmarks(text))
+    say(f"{'workload':24} {'size':>7} {'by hand, ns':>12} {'vellis, ns':>12} {'ratio':>7}  of all runs")
+    for (workload, size), runs in measured.items():
+        raw, own = (statistics.median(run[key] for run in runs) for key in ("raw_ns", "vellis_ns"))
+        ratios = [run["vellis_ratio"] for run in runs]
+        ratio = round(statistics.median(ratios), 3)
+        limit = limits.get((workload, size))
+        verdict = verdicts.of([ratio], limit) if limit else ""
+        say(f"{workload:24} {size:7} {raw:12.0f} {own:12.0f} {ratio:7.3f}  "
+            f"{min(ratios):.3f} to {max(ratios):.3f}   {verdict}")
+    verdicts.missing(limits, measured, path)
+
+
+def workloads(_verdicts, _text, path):
+    say(f"^({'|'.join(workload for workload, _ in read_limits(path))})/")
+
+
+def curves(_verdicts, text, folder):
+    for side in ("raw", "vellis"):
+        for operation, runs in grouped((run.workload.split("/")[1], run)
+                                       for run in read_benchmarks(text)).items():
+            lines = [f"{run.size} {run.counters[side + '_ns']}\n" for run in runs]
+            with open(pathlib.Path(folder) / f"{operation}-{side}", "a", encoding="ascii") as curve:
+                curve.writelines(lines)
+
+
+def peers(_verdicts, text):
+    say(f"{'workload':20} {'library':10} {'ns':>10} {'ratio':>8}")
+    for run in read_benchmarks(text):
+        libraries = [name[:-len("_ns")] for name in run.counters if name.endswith("_ns")]
+        for library in sorted(libraries, key=lambda name: (name != "raw", name != "vellis", name)):
+            ratio = run.counters.get(f"{library}_ratio", 1)
+            say(f"{run.workload:20} {library:10} {run.counters[f'{library}_ns']:10.0f} {ratio:8.2f}")
+
+
+def instructions(verdicts, text, path):
+    """The first library of a workload is raw GL."""
+    limits = read_limits(path)
+    measured = grouped(((run.workload, run.size), run) for run in read_runs(text))
+    say(f"{'workload':24} {'size':>7}  {'library':10} {'instructions':>12} {'added':>8} {'allocations':>12}")
+    held = set()
+    for (workload, size), (raw, *others) in measured.items():
+        say(f"{workload:24} {size:7}  {raw.library:10} {raw.instructions:12.0f}")
+        for run in others:
+            added = run.instructions - raw.instructions
+            verdict = ""
+            if run.library == "vellis" and (workload, size) in limits:
+                held.add((workload, size))
+                verdict = verdicts.of([added, run.allocations], limits[workload, size])
+            say(f"{'':24} {'':7}  {run.library:10} {run.instructions:12.0f} {added:+8.0f} "
+                f"{run.allocations:12.4g}   {verdict}")
+    verdicts.missing(limits, held, path)
+
+
+def headers(verdicts, text, umbrella, family):
+    """The headers take turns: the ratios are those of one round."""
+    measured = grouped((name, float(seconds)) for name, seconds in
+                       (line.split("\t") for line in text.splitlines()))
+    if not measured:
+        raise Missing("nothing was measured.")
+    reference = next(iter(measured.values()))
+    say(f"{'header':80} {'ms':>8} {'ratio':>8}")
+    for name, seconds in measured.items():
+        ratio = statistics.median(own / other for own, other in zip(seconds, reference))
+        verdict = ""
+        if name.startswith("vellis/"):
+            verdict = verdicts.of([ratio], [float(umbrella if name == UMBRELLA else family)])
+        say(f"{name:80} {1000 * statistics.median(seconds):8.0f} {ratio:8.2f}   {verdict}")
+
+
+def startup(verdicts, text, limit):
+    measured = grouped((name, [float(first), float(again)]) for name, first, again in
+                       (line.split() for line in text.splitlines()))
+    if {"bare", "engine"} - measured.keys():
+        raise Missing("nothing was measured.")
+    (bare, bare_again), (engine, engine_again) = (zip(*measured[name]) for name in ("bare", "engine"))
+    ratio = statistics.median(own / other for own, other in zip(engine, bare))
+    say(f"{'load':28} {'µs':>8} {'ratio':>8}")
+    say(f"{'the loader alone':28} {statistics.median(bare):8.0f}")
+    say(f"{'engine::init':28} {statistics.median(engine):8.0f} {ratio:8.2f}   "
+        f"{verdicts.of([ratio], [float(limit)])}")
+    say(f"{'the loader alone, again':28} {statistics.median(bare_again):8.0f}")
+    say(f"{'engine::init, again':28} {statistics.median(engine_again):8.0f}")
+
+
+def main(kind="", *arguments):
+    kinds = {report.__name__: report
+             for report in (times, workloads, curves, peers, instructions, headers, startup)}
+    if kind not in kinds:
+        sys.exit(__doc__)
+    verdicts = Verdicts()
+    try:
+        kinds[kind](verdicts, "" if kind == "workloads" else sys.stdin.read(), *arguments)
+    except Missing as missing:
+        sys.exit(str(missing))
+    sys.exit(1 if verdicts.above else 0)
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])

@@ -1,0 +1,114 @@
+#!/usr/bin/env python3
+"""Tests of scripts/measurements/reports.py: what it reads, and what it takes for above a limit.
+
+Usage: reports_test.py [arguments of unittest]
+"""
+
+import contextlib
+import io
+import json
+import pathlib
+import sys
+import tempfile
+import unittest
+from unittest import mock
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "scripts/measurements"))
+
+import reports  # noqa: E402
+
+
+def benchmarks(*runs):
+    """A report of runs: name, by hand, vellis, their ratio."""
+    return json.dumps({"benchmarks": [
+        {"name": name, "raw_ns": raw, "vellis_ns": own, "vellis_ratio": ratio}
+        for name, raw, own, ratio in runs]}) + "\n"
+
+
+class Reports(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def limits(self, *lines):
+        path = self.folder / "limits"
+        path.write_text("# a comment\n\n" + "\n".join(lines) + "\n", encoding="utf-8")
+        return str(path)
+
+    def report(self, text, *arguments):
+        """The status of the script, and the words of each line that it prints."""
+        said = io.StringIO()
+        with mock.patch.object(sys, "stdin", io.StringIO(text)), contextlib.redirect_stdout(said), \
+                contextlib.redirect_stderr(said), self.assertRaises(SystemExit) as ended:
+            reports.main(*arguments)
+        return ended.exception.code, [line.split() for line in said.getvalue().splitlines()]
+
+    def test_times_are_medians_of_runs_that_follow_one_another(self):
+        text = "".join(benchmarks(("draw/handles/1/x", 100, own, own / 100)) for own in (103, 101, 102))
+        status, lines = self.report(text, "times", self.limits("draw/handles 1 1.02 # why"))
+        self.assertEqual(lines[1], "draw/handles 1 100 102 1.020 1.010 to 1.030 within 1.02".split())
+        self.assertEqual(status, 0)
+        status, lines = self.report(text, "times", self.limits("draw/handles 1 1.01"))
+        self.assertEqual((status, lines[1][-2:]), (1, ["ABOVE", "1.01"]))
+
+    def test_limit_of_what_was_not_measured_fails(self):
+        text = benchmarks(("draw/handles/1", 100, 100, 1))
+        status, lines = self.report(text, "times", self.limits("draw/handles 8 1.02"))
+        self.assertEqual(status, 1)
+        self.assertIn("draw/handles 8, which was not measured", " ".join(lines[-1]))
+
+    def test_nothing_measured_fails(self):
+        for kind in (["times", self.limits()], ["peers"], ["startup", "1"], ["headers", "1", "1"],
+                     ["instructions", self.limits()]):
+            self.assertNotEqual(self.report("", *kind)[0], 0, kind)
+
+    def test_filter_names_the_workloads_with_limits(self):
+        _, lines = self.report("", "workloads", self.limits("draw/handles 1 1", "program/link 1 1"))
+        self.assertEqual(lines, [["^(draw/handles|program/link)/"]])
+
+    def test_curves_are_files_with_a_line_for_each_size(self):
+        text = benchmarks(("registry/programs/1", 10, 20, 2), ("registry/programs/8", 11, 21, 2))
+        self.report(text, "curves", str(self.folder))
+        self.assertEqual((self.folder / "programs-raw").read_text(encoding="ascii"), "1 10\n8 11\n")
+        self.assertEqual((self.folder / "programs-vellis").read_text(encoding="ascii"), "1 20\n8 21\n")
+
+    def test_peers_begin_with_raw_gl_and_vellis(self):
+        text = json.dumps({"benchmarks": [{"name": "draw/plain/1", "other_ns": 30, "other_ratio": 3,
+                                           "vellis_ns": 20, "vellis_ratio": 2, "raw_ns": 10}]})
+        _, lines = self.report(text, "peers")
+        self.assertEqual(lines[1:], [["draw/plain", "raw", "10", "1.00"], ["draw/plain", "vellis", "20", "2.00"],
+                                     ["draw/plain", "other", "30", "3.00"]])
+
+    def test_instructions_are_those_added_to_raw_gl_without_the_loop(self):
+        text = "loop 1 raw 10 0 50\ndraw 1 raw 10 0 1050\ndraw 1 vellis 10 20 1950\n"
+        status, lines = self.report(text, "instructions", self.limits("draw 1 90 2"))
+        self.assertEqual(lines[1], ["draw", "1", "raw", "100"])
+        self.assertEqual(lines[2], ["vellis", "190", "+90", "2", "within", "90,", "2"])
+        self.assertEqual(status, 0)
+        self.assertEqual(self.report(text, "instructions", self.limits("draw 1 89 2"))[0], 1)
+        self.assertEqual(self.report(text, "instructions", self.limits("draw 1 90 1"))[0], 1)
+        self.assertEqual(self.report(text, "instructions", self.limits("draw 2 90 2"))[0], 1)
+
+    def test_headers_are_held_against_the_reference_of_their_round(self):
+        rounds = [(0.1, 0.09, 0.05), (0.4, 0.32, 0.2), (0.1, 0.08, 0.07)]
+        names = ("other.hpp", "vellis/vellis.hpp", "vellis/state.hpp")
+        text = "".join(f"{name}\t{seconds}\n" for times in rounds for name, seconds in zip(names, times))
+        status, lines = self.report(text, "headers", "0.8", "0.5")
+        self.assertEqual(lines[2], ["vellis/vellis.hpp", "90", "0.80", "within", "0.8"])
+        self.assertEqual(lines[3], ["vellis/state.hpp", "70", "0.50", "within", "0.5"])
+        self.assertEqual(status, 0)
+        self.assertEqual(self.report(text, "headers", "0.79", "0.5")[0], 1)
+        self.assertEqual(self.report(text, "headers", "0.8", "0.49")[0], 1)
+
+    def test_start_is_held_against_the_loader_of_its_round(self):
+        text = "bare 100 10\nengine 110 5\nbare 200 10\nengine 210 5\nbare 100 10\nengine 106 5\n"
+        status, lines = self.report(text, "startup", "1.06")
+        self.assertEqual(lines[2], ["engine::init", "110", "1.06", "within", "1.06"])
+        self.assertEqual(status, 0)
+        self.assertEqual(self.report(text, "startup", "1.05")[0], 1)
+
+
+if __name__ == "__main__":
+    unittest.main()
