@@ -110,6 +110,7 @@ protected:
         std::cerr.rdbuf(buffer_);
         std::cerr.clear();
         std::cerr.tie(tied_);
+        std::cerr.imbue(before_.getloc()); // copyfmt leaves the buffer its locale
         std::cerr.copyfmt(before_);
     }
 
