@@ -28,9 +28,9 @@ check() {
         fail "'$*' failed under valgrind: see above."
 }
 
-for program in "$tests"/vellis_*_tests; do
+for program in "$tests"/vellis_*trace_tests; do
     # The diff remembers for the whole process: each of its tests has one of its own.
-    if [[ "$program" == */vellis_diff_tests ]]; then
+    if [[ "$program" == */vellis_diff_gl_states_trace_tests ]]; then
         suite=
         while read -r name; do
             case "$name" in

@@ -40,16 +40,20 @@ class Program(NamedTuple):
 
 # The quickest to find something first.
 FAST_TESTS = [Program("tests/vellis_trace_tests", "Loader.EntryPointsAreNullBeforeTheFirstLoad"),
-              Program("tests/vellis_platform_tests"), Program("tests/vellis_toolbox_tests"),
-              Program("tests/vellis_toolbox_dispose_tests"), Program("tests/vellis_workload_tests"),
+              Program("tests/vellis_platform_lookup_trace_tests"),
+              Program("tests/vellis_toolbox_trace_tests"),
+              Program("tests/vellis_toolbox_dispose_trace_tests"),
+              Program("tests/vellis_dash_distances_trace_tests"),
+              Program("tests/vellis_exit_trace_tests"),
+              Program("tests/vellis_workloads_trace_tests"),
               Program("tests/docs/vellis_pages_tests"),
               Program("tests/faults/vellis_allocation_fault_tests"),
               Program("tests/faults/vellis_gl_fault_tests"),
               Program("tests/fuzz/vellis_state_machine_tests"),
-              Program("tests/vellis_diff_tests", "DiffGlStatesTrace.*")]
+              Program("tests/vellis_diff_gl_states_trace_tests", "DiffGlStatesTrace.*")]
 FAST_TARGETS = ["vellis_tests_trace", "vellis_pages_tests"]
-DRIVER_TESTS = [Program("tests/render/vellis_toolbox_render_tests"),
-                Program("tests/render/vellis_render_tests", "TrackedStatesRender.*")]
+DRIVER_TESTS = [Program("tests/vellis_toolbox_render_tests"),
+                Program("tests/vellis_render_tests", "TrackedStatesRender.*")]
 DRIVER_TARGETS = ["vellis_toolbox_render_tests", "vellis_render_tests"]
 # What a test that has lost its way may use: it ends there.
 MEMORY_LIMIT = 8 << 30
