@@ -1,8 +1,8 @@
 # How the library is built to be fast and small. It is right without any of this: what is here is here for
 # a number, which docs/performance.md shows and a script measures.
 
-# Code for speed, the rest for size: scripts/footprint.sh holds the size of the library, and
-# scripts/instructions.sh and scripts/times.sh what operations cost. What runs for every draw, or makes
+# Code for speed, the rest for size: scripts/measurements/footprint.sh holds the size of the library, and
+# scripts/measurements/instructions.sh and scripts/measurements/times.sh what operations cost. What runs for every draw, or makes
 # what frames make, is optimised as the build type says; what runs once, prints, or waits for the driver
 # is compiled to be small, which takes a quarter off the library.
 set(fast_sources
@@ -39,12 +39,12 @@ target_compile_options(vellis PRIVATE
     $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-tree-slp-vectorize>)
 
 # What the library calls is found when it is loaded, and not in the first calls, which engine::init would
-# pay for (scripts/startup.sh); its tables of addresses are read-only from then on.
+# pay for (scripts/measurements/startup.sh); its tables of addresses are read-only from then on.
 check_linker_flag(CXX "-Wl,-z,relro,-z,now" VELLIS_HAS_BIND_NOW)
 target_link_options(vellis PRIVATE $<$<BOOL:${VELLIS_HAS_BIND_NOW}>:-Wl,-z,relro,-z,now>)
 
 # Most relocations only add the address that the library is loaded at: packed they take 20 kB less room
-# (scripts/footprint.sh). Where the C library that is here can unpack them, so can those that the library
+# (scripts/measurements/footprint.sh). Where the C library that is here can unpack them, so can those that the library
 # runs with.
 if(VELLIS_PACK_RELOCATIONS)
     check_linker_flag(CXX "-Wl,-z,pack-relative-relocs" VELLIS_HAS_PACKED_RELOCATIONS)
