@@ -100,7 +100,8 @@ void compare(const offscreen::Image& image, const std::string& path, const std::
         common::writePicture(drawn, image);
         throw std::runtime_error(path + " is not what the page's example draws (" +
                                  std::to_string(100.0 * share) + " % of the pixels differ): see " +
-                                 drawn + ", and run scripts/updates/pictures.sh where the page is right.");
+                                 drawn +
+                                 ", and run scripts/updates/pictures.sh where the page is right.");
     }
 }
 
