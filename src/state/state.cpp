@@ -66,7 +66,7 @@ struct Access;
         static void get(T (&values)[N]) { read<VELLIS_QUERIES queries>(values); }                  \
         static void set(const T (&v)[N]) { command; }                                              \
     };
-#include "state/state_records.inc"
+#include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
 #undef VELLIS_QUERIES
 
@@ -85,7 +85,7 @@ void set(const State<T, N, pname>& record) {
 #define VELLIS_STATE(T, N, pname, queries, command)                                                \
     template VELLIS_EXPORT void get(State<T, N, pname>& record);                                   \
     template VELLIS_EXPORT void set(const State<T, N, pname>& record);
-#include "state/state_records.inc"
+#include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
 
 } // namespace vellis::state

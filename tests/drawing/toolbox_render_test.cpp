@@ -544,7 +544,7 @@ std::vector<double> trackedState(unsigned int pname, unsigned int count) {
 Snapshot takeSnapshot() {
     Snapshot snapshot;
 #define VELLIS_STATE(T, N, pname, queries, command) add<T, N, pname>(snapshot, #pname);
-#include "state/state_records.inc"
+#include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
 #define VELLIS_TRACKED_STATE(name, kind, count)                                                    \
     snapshot.emplace("GL_" #name, trackedState(GL_##name, count));

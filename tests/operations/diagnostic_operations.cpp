@@ -18,7 +18,7 @@ void useState(UseRecorder& use) {
         use("get", [&] { vellis::state::get(record); });                                           \
         use("set", [&] { vellis::state::set(record); });                                           \
     }
-#include "state/state_records.inc"
+#include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
     const vellis::state::State<bool, 1, GL_BLEND> on = {{true}};
     use("set", [&] { vellis::state::set(on); });

@@ -31,7 +31,7 @@ void survivesARoundTrip(const char* name) {
 TEST_F(StateRender, EveryRecordSurvivesARoundTrip) {
     SKIP_WITHOUT_EVERY_STATE();
 #define VELLIS_STATE(T, N, pname, queries, command) survivesARoundTrip<T, N, pname>(#pname);
-#include "state/state_records.inc"
+#include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
 }
 

@@ -220,7 +220,7 @@ INSTANTIATE_TEST_SUITE_P(Records, StateTrace, testing::ValuesIn(rows()),
 TEST(StateTable, HasThe46RecordsThatTheTestsWalk) {
     const std::multiset<std::string> table = {
 #define VELLIS_STATE(T, N, pname, queries, command) keyOf<T, N, pname>(),
-#include "state/state_records.inc"
+#include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
     };
     std::multiset<std::string> walked;

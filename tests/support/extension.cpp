@@ -133,7 +133,7 @@ std::string missingState() {
     };
     constexpr StateRow states[] = {
 #define VELLIS_STATE(T, N, pname, queries, command) {#pname, pname},
-#include "state/state_records.inc"
+#include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
     };
     for (const Extension extension : {Extension::VertexArrays, Extension::Framebuffers}) {

@@ -19,30 +19,15 @@ namespace vellis::state {
 /// aggregate of exactly \p N values: no flag, no context. The values are whatever the last get, or
 /// the caller, wrote.
 ///
-/// get and set are there for these 46 records; any other combination does not link.
+/// get and set are there for the 46 records of this table, which they are made from; any other
+/// combination does not link. Of each it says the type, the number of values, the enumerator that
+/// names the record, what GL is asked for, in the order of the values, and the command that writes
+/// them back.
 ///
-/// Records of `int`, names and enumerators included, with 1 value:
-/// - `GL_TEXTURE_BINDING_1D`, `…_2D`, `…_3D`, `…_RECTANGLE`, `…_CUBE_MAP`, `…_1D_ARRAY`,
-///   `…_2D_ARRAY`, and `GL_ACTIVE_TEXTURE` (`GL_TEXTURE0` + unit)
-/// - `GL_VERTEX_ARRAY_BINDING`, `GL_ELEMENT_ARRAY_BUFFER_BINDING`, `GL_CURRENT_PROGRAM`,
-///   `GL_RENDERBUFFER_BINDING`
-/// - `GL_CULL_FACE_MODE`, `GL_DEPTH_FUNC`, `GL_STENCIL_CLEAR_VALUE`, `GL_LOGIC_OP_MODE`
-/// - `GL_DRAW_BUFFER`, `GL_READ_BUFFER`, `GL_UNPACK_ALIGNMENT`, `GL_PACK_ALIGNMENT`
+/// \include vellis/state/state_records.inc
 ///
-/// With more:
-/// - 2: `GL_BLEND_EQUATION_RGB` (colour, alpha), `GL_DRAW_FRAMEBUFFER_BINDING` (draw, read),
-///   `GL_POLYGON_MODE` (front, back)
-/// - 3: `GL_STENCIL_FUNC`, `GL_STENCIL_BACK_FUNC` (function, reference, value mask),
-///   `GL_STENCIL_FAIL`, `GL_STENCIL_BACK_FAIL` (stencil fails, depth fails, both pass)
-/// - 4: `GL_BLEND_SRC_RGB` (source and destination colour, source and destination alpha),
-///   `GL_VIEWPORT`, `GL_SCISSOR_BOX` (x, y, width, height)
-///
-/// Records of other types:
-/// - `float`: `GL_POINT_SIZE`, `GL_LINE_WIDTH` (1), `GL_COLOR_CLEAR_VALUE` (4)
-/// - `double`: `GL_DEPTH_CLEAR_VALUE` (1), `GL_DEPTH_RANGE` (2)
-/// - `bool`: `GL_PROGRAM_POINT_SIZE`, `GL_LINE_SMOOTH`, `GL_POLYGON_SMOOTH`, `GL_CULL_FACE`,
-///   `GL_DEPTH_TEST`, `GL_STENCIL_TEST`, `GL_BLEND`, `GL_COLOR_LOGIC_OP`, `GL_SCISSOR_TEST`,
-///   `GL_DEPTH_WRITEMASK` (1), `GL_COLOR_WRITEMASK` (4)
+/// `GL_ACTIVE_TEXTURE` is `GL_TEXTURE0` and the unit; `GL_POLYGON_MODE` has the mode of the front and
+/// that of the back; rectangles have x, y, width and height.
 ///
 /// \tparam T      `int`, `float`, `double` or `bool`.
 /// \tparam N      How many values.

@@ -20,7 +20,7 @@ void getAndSet() {
 
 constexpr void (*recordsGetAndSet[])() = {
 #define VELLIS_STATE(T, N, pname, queries, command) getAndSet<state::State<T, N, pname>>,
-#include "state/state_records.inc"
+#include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
 };
 
