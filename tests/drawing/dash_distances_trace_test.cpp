@@ -39,6 +39,12 @@ float plus(float a, float b) {
 }
 /// @}
 
+/// A product and a sum, rounded once. Not every std::fma is exact for floats, whose product a
+/// double holds.
+float fused(float a, float b, float c) {
+    return static_cast<float>(double{a} * double{b} + double{c});
+}
+
 using Numbers = std::vector<float>;
 using SumOfSquares = float (*)(const Numbers& step);
 
@@ -51,7 +57,7 @@ float inSteps(const Numbers& step) {
 
 /// With the first square and the sum in one.
 float firstFused(const Numbers& step) {
-    float sum = std::fma(step[1], step[1], times(step[0], step[0]));
+    float sum = fused(step[1], step[1], times(step[0], step[0]));
     if (step.size() == 3)
         sum = plus(sum, times(step[2], step[2]));
     return sum;
@@ -60,8 +66,8 @@ float firstFused(const Numbers& step) {
 /// With the last square and the sum in one.
 float lastFused(const Numbers& step) {
     if (step.size() == 3)
-        return std::fma(step[2], step[2], inSteps({step[0], step[1]}));
-    return std::fma(step[0], step[0], times(step[1], step[1]));
+        return fused(step[2], step[2], inSteps({step[0], step[1]}));
+    return fused(step[0], step[0], times(step[1], step[1]));
 }
 
 /// Points and the lengths up to them, as they should be.
