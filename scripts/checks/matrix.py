@@ -75,7 +75,7 @@ KNOWN_FAILURES = [
                  "a clear under a stencil mask clears the other bits, too; so it is in a program of nothing but GL"),
     KnownFailure("zink", "OffscreenFramebuffer.IsReadFromTheTopRowDown", r"\bimage\.at\(1, [01]\)",
                  "clears under three scissors, with nothing but GL, and two of them are lost"),
-    KnownFailure("zink", "BlitRender.MultiSamplingThatIsOffGivesNoIntermediateColours", r"\bnumGreys\(",
+    KnownFailure("zink", "BlitRender.MultiSamplingThatIsOffGivesNoIntermediateColors", r"\bnumGreys\(",
                  "glDisable(GL_MULTISAMPLE) has no effect on what is drawn"),
     KnownFailure("zink", "ToolboxDashesRender/*.PatternGoesOnAroundTheCorner", r"\bfound\.size\(\)",
                  "one pixel differs where a line turns a corner"),

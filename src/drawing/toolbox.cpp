@@ -23,10 +23,13 @@ using Bytes = VertexAttributeBuffer<unsigned char>;
 
 namespace {
 
+constexpr unsigned int sharedBufferSize = 1024; ///< in bytes: what one call can stream
+
 /// The buffer that the calls share. Once the registry has let go of it, it is not made again.
 struct SharedBuffer : Bytes {
     SharedBuffer()
-        : VertexAttributeBuffer(nullptr, 1024, BufferUsage::Static, BufferAccess::Draw) {}
+        : VertexAttributeBuffer(nullptr, sharedBufferSize, BufferUsage::Static,
+                                BufferAccess::Draw) {}
     /// Its address may be another buffer's next.
     ~SharedBuffer() override { key = BufferObjectManager::invalidId(); }
     SharedBuffer(const SharedBuffer&) = delete;
