@@ -2,6 +2,7 @@
 """Tests of folders.py on trees that are made for it."""
 
 import pathlib
+import re
 import tempfile
 import unittest
 
@@ -48,6 +49,12 @@ class Folders(unittest.TestCase):
         found = self.wrong({"src/cellar/a.cpp": "#include <vellis/gl.hpp>\n"})
         self.assertEqual(len(found), 1)
         self.assertIn("'cellar'", found[0])
+
+    def test_contributing_has_the_same_floors(self):
+        page = pathlib.Path(__file__).parents[2] / "CONTRIBUTING.md"
+        rows = re.findall(r"^\| (\d) \| ((?:`\w+`(?:, )?)+) \|", page.read_text(encoding="utf-8"), re.M)
+        told = {int(floor): set(re.findall(r"`(\w+)`", names)) for floor, names in rows}
+        self.assertEqual(told, dict(enumerate(folders.FLOORS[:-1])))
 
 
 if __name__ == "__main__":

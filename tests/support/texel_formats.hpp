@@ -27,6 +27,8 @@ struct TypeOf {
 /// A list of types.
 template <class... Types>
 struct TypeList {
+    static constexpr std::size_t size = sizeof...(Types);
+
     /// Calls \p function with the TypeOf each.
     template <class Function>
     static void each(Function function) {
@@ -99,5 +101,14 @@ constexpr TexelRow texelRow = {};
                                                 "GL_" #pixelType};
 #include <vellis/texture/texel_formats.inc>
 #undef VELLIS_TEXEL
+
+/// How many rows the table has.
+constexpr std::size_t numTexelRows = 0
+#define VELLIS_TEXEL(...) +1
+#include <vellis/texture/texel_formats.inc>
+#undef VELLIS_TEXEL
+    ;
+static_assert(ColorTexels::size + DepthTexels::size + StencilTexels::size == numTexelRows,
+              "each row is in a list");
 
 } // namespace vellis::test
