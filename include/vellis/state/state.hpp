@@ -26,8 +26,8 @@ namespace vellis::state {
 ///
 /// \include vellis/state/state_records.inc
 ///
-/// `GL_ACTIVE_TEXTURE` is `GL_TEXTURE0` and the unit; `GL_POLYGON_MODE` has the mode of the front and
-/// that of the back; rectangles have x, y, width and height.
+/// `GL_ACTIVE_TEXTURE` is `GL_TEXTURE0` and the unit; `GL_POLYGON_MODE` has the mode of the front
+/// and that of the back; rectangles have x, y, width and height.
 ///
 /// \tparam T      `int`, `float`, `double` or `bool`.
 /// \tparam N      How many values.
