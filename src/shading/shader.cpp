@@ -79,6 +79,14 @@ void Shader::compileBehind(std::string preamble, std::string_view source) const 
     compile(preamble.append(source).c_str());
 }
 
+std::shared_ptr<VertexShader> VertexShader::make(const std::string& source) {
+    return make(std::string_view(source));
+}
+
+std::shared_ptr<VertexShader> VertexShader::make(const std::string& source, Version version) {
+    return make(std::string_view(source), version);
+}
+
 std::shared_ptr<VertexShader> VertexShader::make(std::string_view source) {
     return std::shared_ptr<VertexShader>(new VertexShader(source));
 }
@@ -96,6 +104,14 @@ VertexShader::VertexShader(std::string_view source, Version version) : Shader(GL
 }
 
 VertexShader::~VertexShader() = default;
+
+std::shared_ptr<FragmentShader> FragmentShader::make(const std::string& source) {
+    return make(std::string_view(source));
+}
+
+std::shared_ptr<FragmentShader> FragmentShader::make(const std::string& source, Version version) {
+    return make(std::string_view(source), version);
+}
 
 std::shared_ptr<FragmentShader> FragmentShader::make(std::string_view source) {
     return std::shared_ptr<FragmentShader>(new FragmentShader(source));

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <cstring>
 #include <initializer_list>
+#include <iosfwd> // declares std::string: who hands one over or takes one includes <string>
 #include <limits>
 #include <memory>
-#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -196,10 +196,10 @@ public:
     /// program->draw(mesh, 0, 3, vellis::Uniform("color", glm::vec4(1.f)));
     /// \endcode
     ///
-    /// \param values  Each a handle of the program, as getUniform finds it, or a `Uniform` of a
-    /// name and a value of any of the 27 types, textures included. What has a name is looked up in
-    /// this program's table; the value is not kept in the program's handle. As with setUniform, a
-    /// name that the program does not have sets nothing.
+    /// A value is a handle of the program, as getUniform finds it, or a `Uniform` of a name and a
+    /// value of any of the 27 types, textures included. What has a name is looked up in this
+    /// program's table; the value is not kept in the program's handle. As with setUniform, a name
+    /// that the program does not have sets nothing.
     /// @{
     template <class... Values, class = std::enable_if_t<detail::BeginsWithValue<Values...>::value>>
     void draw(const Drawable& drawable, Values&&... values) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <iosfwd> // declares std::string: who hands one over or takes one includes <string>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include <vellis/export.hpp>
@@ -99,18 +99,14 @@ class VELLIS_EXPORT VertexShader : public Shader {
 public:
     /// Compiles \p source as it stands.
     /// @{
-    static std::shared_ptr<VertexShader> make(const std::string& source) {
-        return make(std::string_view(source));
-    }
+    static std::shared_ptr<VertexShader> make(const std::string& source);
     static std::shared_ptr<VertexShader> make(const char* source) { return make(textOf(source)); }
     static std::shared_ptr<VertexShader> make(std::string_view source);
     /// @}
 
     /// Compiles \p source behind the line of that version and the vertex macros.
     /// @{
-    static std::shared_ptr<VertexShader> make(const std::string& source, Version version) {
-        return make(std::string_view(source), version);
-    }
+    static std::shared_ptr<VertexShader> make(const std::string& source, Version version);
     static std::shared_ptr<VertexShader> make(const char* source, Version version) {
         return make(textOf(source), version);
     }
@@ -127,11 +123,8 @@ public:
 protected:
     /// What make() makes.
     /// @{
-    explicit VertexShader(const std::string& source) : VertexShader(std::string_view(source)) {}
     explicit VertexShader(const char* source) : VertexShader(textOf(source)) {}
     explicit VertexShader(std::string_view source);
-    VertexShader(const std::string& source, Version version)
-        : VertexShader(std::string_view(source), version) {}
     VertexShader(const char* source, Version version) : VertexShader(textOf(source), version) {}
     VertexShader(std::string_view source, Version version);
     /// @}
@@ -142,18 +135,14 @@ class VELLIS_EXPORT FragmentShader : public Shader {
 public:
     /// Compiles \p source as it stands.
     /// @{
-    static std::shared_ptr<FragmentShader> make(const std::string& source) {
-        return make(std::string_view(source));
-    }
+    static std::shared_ptr<FragmentShader> make(const std::string& source);
     static std::shared_ptr<FragmentShader> make(const char* source) { return make(textOf(source)); }
     static std::shared_ptr<FragmentShader> make(std::string_view source);
     /// @}
 
     /// Compiles \p source behind the line of that version and the fragment macros.
     /// @{
-    static std::shared_ptr<FragmentShader> make(const std::string& source, Version version) {
-        return make(std::string_view(source), version);
-    }
+    static std::shared_ptr<FragmentShader> make(const std::string& source, Version version);
     static std::shared_ptr<FragmentShader> make(const char* source, Version version) {
         return make(textOf(source), version);
     }
@@ -170,11 +159,8 @@ public:
 protected:
     /// What make() makes.
     /// @{
-    explicit FragmentShader(const std::string& source) : FragmentShader(std::string_view(source)) {}
     explicit FragmentShader(const char* source) : FragmentShader(textOf(source)) {}
     explicit FragmentShader(std::string_view source);
-    FragmentShader(const std::string& source, Version version)
-        : FragmentShader(std::string_view(source), version) {}
     FragmentShader(const char* source, Version version) : FragmentShader(textOf(source), version) {}
     FragmentShader(std::string_view source, Version version);
     /// @}
