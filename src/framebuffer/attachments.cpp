@@ -68,58 +68,8 @@ void Framebuffer::attachDepthStencilbuffer(unsigned int renderbuffer) {
     attachRenderbufferAt(GL_DEPTH_STENCIL_ATTACHMENT, renderbuffer);
 }
 
-void Framebuffer::attachDepthbuffer(const Renderbuffer<depth16>& renderbuffer) {
-    attachDepthbuffer(renderbuffer.id());
-}
-
-void Framebuffer::attachDepthbuffer(const Renderbuffer<depth32>& renderbuffer) {
-    attachDepthbuffer(renderbuffer.id());
-}
-
-void Framebuffer::attachDepthbuffer(const MultiSampleRenderbuffer<depth16>& renderbuffer) {
-    attachDepthbuffer(renderbuffer.id());
-}
-
-void Framebuffer::attachDepthbuffer(const MultiSampleRenderbuffer<depth32>& renderbuffer) {
-    attachDepthbuffer(renderbuffer.id());
-}
-
-void Framebuffer::attachDepthbuffer(const Texture2D<depth16>& texture, unsigned int level) {
-    attachDepthTexture(texture.id(), level);
-}
-
-void Framebuffer::attachDepthbuffer(const Texture2D<depth32>& texture, unsigned int level) {
-    attachDepthTexture(texture.id(), level);
-}
-
-void Framebuffer::attachStencilbuffer(const Renderbuffer<stencil8>& renderbuffer) {
-    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer.id());
-}
-
-void Framebuffer::attachStencilbuffer(const Renderbuffer<stencil16>& renderbuffer) {
-    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer.id());
-}
-
-void Framebuffer::attachStencilbuffer(const MultiSampleRenderbuffer<stencil8>& renderbuffer) {
-    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer.id());
-}
-
-void Framebuffer::attachStencilbuffer(const MultiSampleRenderbuffer<stencil16>& renderbuffer) {
-    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer.id());
-}
-
-void Framebuffer::attachDepthStencilbuffer(const Renderbuffer<depth24_stencil8>& renderbuffer) {
-    attachDepthStencilbuffer(renderbuffer.id());
-}
-
-void Framebuffer::attachDepthStencilbuffer(
-    const MultiSampleRenderbuffer<depth24_stencil8>& renderbuffer) {
-    attachDepthStencilbuffer(renderbuffer.id());
-}
-
-void Framebuffer::attachDepthStencilbuffer(const Texture2D<depth24_stencil8>& texture,
-                                           unsigned int level) {
-    attachDepthStencilTexture(texture.id(), level);
+void Framebuffer::attachStencilbuffer(unsigned int renderbuffer) {
+    attachRenderbufferAt(GL_STENCIL_ATTACHMENT, renderbuffer);
 }
 
 // Renderbuffer 0 takes the place of a texture, too.

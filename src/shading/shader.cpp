@@ -95,6 +95,11 @@ std::shared_ptr<VertexShader> VertexShader::make(std::string_view source, Versio
     return std::shared_ptr<VertexShader>(new VertexShader(source, version));
 }
 
+VertexShader::VertexShader(const std::string& source) : VertexShader(std::string_view(source)) {}
+
+VertexShader::VertexShader(const std::string& source, Version version)
+    : VertexShader(std::string_view(source), version) {}
+
 VertexShader::VertexShader(std::string_view source) : Shader(GL_VERTEX_SHADER) {
     compileBehind({}, source);
 }
@@ -120,6 +125,12 @@ std::shared_ptr<FragmentShader> FragmentShader::make(std::string_view source) {
 std::shared_ptr<FragmentShader> FragmentShader::make(std::string_view source, Version version) {
     return std::shared_ptr<FragmentShader>(new FragmentShader(source, version));
 }
+
+FragmentShader::FragmentShader(const std::string& source)
+    : FragmentShader(std::string_view(source)) {}
+
+FragmentShader::FragmentShader(const std::string& source, Version version)
+    : FragmentShader(std::string_view(source), version) {}
 
 FragmentShader::FragmentShader(std::string_view source) : Shader(GL_FRAGMENT_SHADER) {
     compileBehind({}, source);

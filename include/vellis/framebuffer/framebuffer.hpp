@@ -207,28 +207,54 @@ public:
 
     /// Attaches a depth image.
     /// @{
-    void attachDepthbuffer(const Renderbuffer<depth16>& renderbuffer);
-    void attachDepthbuffer(const Renderbuffer<depth32>& renderbuffer);
-    void attachDepthbuffer(const MultiSampleRenderbuffer<depth16>& renderbuffer);
-    void attachDepthbuffer(const MultiSampleRenderbuffer<depth32>& renderbuffer);
-    void attachDepthbuffer(const Texture2D<depth16>& texture, unsigned int level = 0);
-    void attachDepthbuffer(const Texture2D<depth32>& texture, unsigned int level = 0);
+    void attachDepthbuffer(const Renderbuffer<depth16>& renderbuffer) {
+        attachDepthbuffer(renderbuffer.id());
+    }
+    void attachDepthbuffer(const Renderbuffer<depth32>& renderbuffer) {
+        attachDepthbuffer(renderbuffer.id());
+    }
+    void attachDepthbuffer(const MultiSampleRenderbuffer<depth16>& renderbuffer) {
+        attachDepthbuffer(renderbuffer.id());
+    }
+    void attachDepthbuffer(const MultiSampleRenderbuffer<depth32>& renderbuffer) {
+        attachDepthbuffer(renderbuffer.id());
+    }
+    void attachDepthbuffer(const Texture2D<depth16>& texture, unsigned int level = 0) {
+        attachDepthTexture(texture.id(), level);
+    }
+    void attachDepthbuffer(const Texture2D<depth32>& texture, unsigned int level = 0) {
+        attachDepthTexture(texture.id(), level);
+    }
     /// @}
 
     /// Attaches a stencil image.
     /// @{
-    void attachStencilbuffer(const Renderbuffer<stencil8>& renderbuffer);
-    void attachStencilbuffer(const Renderbuffer<stencil16>& renderbuffer);
-    void attachStencilbuffer(const MultiSampleRenderbuffer<stencil8>& renderbuffer);
-    void attachStencilbuffer(const MultiSampleRenderbuffer<stencil16>& renderbuffer);
+    void attachStencilbuffer(const Renderbuffer<stencil8>& renderbuffer) {
+        attachStencilbuffer(renderbuffer.id());
+    }
+    void attachStencilbuffer(const Renderbuffer<stencil16>& renderbuffer) {
+        attachStencilbuffer(renderbuffer.id());
+    }
+    void attachStencilbuffer(const MultiSampleRenderbuffer<stencil8>& renderbuffer) {
+        attachStencilbuffer(renderbuffer.id());
+    }
+    void attachStencilbuffer(const MultiSampleRenderbuffer<stencil16>& renderbuffer) {
+        attachStencilbuffer(renderbuffer.id());
+    }
     /// @}
 
     /// Attaches one image for both.
     /// @{
-    void attachDepthStencilbuffer(const Renderbuffer<depth24_stencil8>& renderbuffer);
-    void attachDepthStencilbuffer(const MultiSampleRenderbuffer<depth24_stencil8>& renderbuffer);
+    void attachDepthStencilbuffer(const Renderbuffer<depth24_stencil8>& renderbuffer) {
+        attachDepthStencilbuffer(renderbuffer.id());
+    }
+    void attachDepthStencilbuffer(const MultiSampleRenderbuffer<depth24_stencil8>& renderbuffer) {
+        attachDepthStencilbuffer(renderbuffer.id());
+    }
     void attachDepthStencilbuffer(const Texture2D<depth24_stencil8>& texture,
-                                  unsigned int level = 0);
+                                  unsigned int level = 0) {
+        attachDepthStencilTexture(texture.id(), level);
+    }
     /// @}
 
     /// Removes the depth image.
@@ -518,6 +544,7 @@ private:
     void attachRenderbuffer(unsigned int renderbuffer);
     void attachRenderbuffer(unsigned int index, unsigned int renderbuffer);
     void attachDepthTexture(unsigned int texture, unsigned int level);
+    void attachStencilbuffer(unsigned int renderbuffer);
     void attachDepthbuffer(unsigned int renderbuffer);
     void attachDepthStencilTexture(unsigned int texture, unsigned int level);
     void attachDepthStencilbuffer(unsigned int renderbuffer);

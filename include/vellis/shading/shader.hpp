@@ -123,8 +123,10 @@ public:
 protected:
     /// What make() makes.
     /// @{
+    explicit VertexShader(const std::string& source);
     explicit VertexShader(const char* source) : VertexShader(textOf(source)) {}
     explicit VertexShader(std::string_view source);
+    VertexShader(const std::string& source, Version version);
     VertexShader(const char* source, Version version) : VertexShader(textOf(source), version) {}
     VertexShader(std::string_view source, Version version);
     /// @}
@@ -159,8 +161,10 @@ public:
 protected:
     /// What make() makes.
     /// @{
+    explicit FragmentShader(const std::string& source);
     explicit FragmentShader(const char* source) : FragmentShader(textOf(source)) {}
     explicit FragmentShader(std::string_view source);
+    FragmentShader(const std::string& source, Version version);
     FragmentShader(const char* source, Version version) : FragmentShader(textOf(source), version) {}
     FragmentShader(std::string_view source, Version version);
     /// @}
