@@ -97,7 +97,7 @@ public:
 };
 
 using Kinds = testing::Types<Buffers, Programs>;
-TYPED_TEST_SUITE(RegistryExitDeathTest, Kinds);
+TYPED_TEST_SUITE(RegistryExitDeathTest, Kinds, );
 
 TYPED_TEST(RegistryExitDeathTest, RegisteredObjectsMayCallTheRegistryAsTheyEnd) {
     const auto early = [] {

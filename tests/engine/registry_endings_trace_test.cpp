@@ -52,7 +52,7 @@ protected:
 };
 
 using Kinds = testing::Types<Buffers, Programs>;
-TYPED_TEST_SUITE(RegistryEndingsTrace, Kinds);
+TYPED_TEST_SUITE(RegistryEndingsTrace, Kinds, );
 
 TYPED_TEST(RegistryEndingsTrace, RemovedObjectMayRemoveItselfAndOthers) {
     std::vector<typename TypeParam::Object*> keys;
