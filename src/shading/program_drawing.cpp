@@ -2,8 +2,8 @@
 ///
 /// This is shaped by measurement. Binding tells a program that holds no binding, as between any two
 /// draws, from one that does, so that the code which releases a binding stands elsewhere; and what
-/// is unbound is released behind GL's calls. Without, the benchmark draw/handles is above its
-/// limit on a driver.
+/// is unbound is released behind GL's calls. The benchmarks draw/handles and
+/// draw/values show it.
 
 #include <vellis/shading/program.hpp>
 

@@ -19,35 +19,13 @@
 #include <vellis/texture/texture_2d.hpp>
 
 #include "support/render_test.hpp"
+#include "support/uniform_types.hpp"
 
 namespace {
 
 using namespace vellis;
 
-using glm::bvec2;
-using glm::bvec3;
-using glm::bvec4;
-using glm::ivec2;
-using glm::ivec3;
-using glm::ivec4;
-using glm::mat2;
-using glm::mat2x3;
-using glm::mat2x4;
-using glm::mat3;
-using glm::mat3x2;
-using glm::mat3x4;
-using glm::mat4;
-using glm::mat4x2;
-using glm::mat4x3;
-using glm::uvec2;
-using glm::uvec3;
-using glm::uvec4;
-using glm::vec2;
-using glm::vec3;
-using glm::vec4;
-
-template <class T>
-using List = std::vector<T>;
+using namespace vellis::test::uniform_types;
 
 using Rgba = glm::vec<4, unsigned char>;
 

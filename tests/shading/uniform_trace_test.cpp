@@ -21,6 +21,7 @@
 #include "shading/program_variables.hpp"
 #include "support/allocation_count.hpp"
 #include "support/fake_gl.hpp"
+#include "support/uniform_types.hpp"
 
 namespace {
 
@@ -60,30 +61,7 @@ std::size_t size(const vellis::NameTable<T>& table) {
     return table.entries_.size();
 }
 
-template <class T>
-using List = std::vector<T>;
-
-using glm::bvec2;
-using glm::bvec3;
-using glm::bvec4;
-using glm::ivec2;
-using glm::ivec3;
-using glm::ivec4;
-using glm::mat2;
-using glm::mat2x3;
-using glm::mat2x4;
-using glm::mat3;
-using glm::mat3x2;
-using glm::mat3x4;
-using glm::mat4;
-using glm::mat4x2;
-using glm::mat4x3;
-using glm::uvec2;
-using glm::uvec3;
-using glm::uvec4;
-using glm::vec2;
-using glm::vec3;
-using glm::vec4;
+using namespace vellis::test::uniform_types;
 
 const mat3 someMat3(1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f, 9.f);
 const mat4 someMat4(1.f, 2.f, 3.f, 4.f, 5.f, 6.f, 7.f, 8.f, 9.f, 10.f, 11.f, 12.f, 13.f, 14.f, 15.f,
