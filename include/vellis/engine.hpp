@@ -17,8 +17,8 @@
 /// vellis::engine::dispose(); // the context is still current
 /// \endcode
 ///
-/// There are no locks: all calls belong on one thread, the one whose context is current, and so
-/// does the end of every object that has a GL name, and of every drawable.
+/// This is for a program with one context on one thread: all calls belong there, and so does the
+/// end of every object that has a GL name. For all others there is Context.
 namespace vellis::engine {
 
 /// Loads the GL entry points of the current context. Call it once before anything else of the
@@ -35,6 +35,8 @@ namespace vellis::engine {
 /// \return true when the entry points are loaded; false where no context is current or the system's
 ///         GL library cannot be used. A failed call leaves the entry points and the flags as they
 ///         were; `GLVersion` is then 0.0.
+///
+/// With a Context in use the entry points are those of that one from then on.
 VELLIS_EXPORT bool init();
 
 /// Releases the GL objects that the library's registries still hold: programs first, the built-in
@@ -44,6 +46,8 @@ VELLIS_EXPORT bool init();
 ///
 /// The entry points stay loaded and the library may be used again, but for the built-in programs
 /// and the Toolbox, whose calls do nothing from now on.
+///
+/// With a Context in use it is that one's Context::dispose, and nothing else is released.
 VELLIS_EXPORT void dispose();
 
 } // namespace vellis::engine

@@ -3,6 +3,7 @@
 #include <vellis/gl.hpp>
 
 #include "gl/entry_point.hpp"
+#include "gl/names.hpp"
 
 namespace vellis {
 namespace {
@@ -40,7 +41,8 @@ unsigned int accessBits(MapAccess access, unsigned int otherwise) {
 
 BufferObject::BufferObject(unsigned int target, const void* data, unsigned int numBytes,
                            BufferUsage usage, BufferAccess access)
-    : target_(target),
+    : group_(gl::indexHere(gl::Kind::Buffer)),
+      target_(target),
       usage_(usageHint(usage, access)),
       numBytes_(numBytes) {
     static_assert(arrayTarget == GL_ARRAY_BUFFER);
@@ -50,19 +52,35 @@ BufferObject::BufferObject(unsigned int target, const void* data, unsigned int n
 }
 
 BufferObject::~BufferObject() {
-    if (id_ != 0)
+    if (id_ != 0 && gl::canDelete(gl::Kind::Buffer, group_, id_))
         glDeleteBuffers(1, &id_);
 }
 
 void BufferObject::dispose() {
-    if (id_ != 0)
+    if (id_ != 0 && gl::canDelete(gl::Kind::Buffer, group_, id_))
         glDeleteBuffers(1, &id_);
     id_ = 0;
 }
 
+unsigned int BufferObject::id() const {
+    return exists() ? id_ : 0;
+}
+
+bool BufferObject::exists() const {
+    return gl::isHere(gl::Kind::Buffer, group_);
+}
+
+bool BufferObject::isUsable() const {
+    if (exists())
+        return true;
+    gl::refuse(gl::Kind::Buffer);
+    unbind();
+    return false;
+}
+
 void BufferObject::bind() const {
     bound_ = true;
-    glBindBuffer(target_, id_);
+    glBindBuffer(target_, gl::nameHere(gl::Kind::Buffer, group_, id_));
 }
 
 void BufferObject::unbind() const {
@@ -83,12 +101,16 @@ void BufferObject::alloc(unsigned int numBytes) {
 }
 
 void BufferObject::load(const void* data, unsigned int numBytes) {
+    if (!isUsable())
+        return;
     numBytes_ = numBytes;
     bound_ = false;
     allocate(data);
 }
 
 void BufferObject::load(const void* data, unsigned int offset, unsigned int numBytes) {
+    if (!isUsable())
+        return;
     if (data == nullptr)
         return unbind();
     bind();
@@ -97,6 +119,8 @@ void BufferObject::load(const void* data, unsigned int offset, unsigned int numB
 }
 
 void* BufferObject::map(MapAccess access) {
+    if (!isUsable())
+        return nullptr;
     if (glMapBufferRange == nullptr) {
         unbind();
         return nullptr;
@@ -111,7 +135,7 @@ void* BufferObject::map(MapAccess access) {
 }
 
 void BufferObject::flush(unsigned int offset, unsigned int length) {
-    if (!isMapped())
+    if (!isMapped() || !isUsable())
         return;
     if (length == 0)
         length = mapLength_ - offset;
@@ -130,7 +154,7 @@ void BufferObject::flushAndUnmap(unsigned int offset, unsigned int length) {
 }
 
 void BufferObject::unmap(bool flush) {
-    if (!isMapped())
+    if (!isMapped() || !isUsable())
         return;
     bind();
     if (flush && isFlushable())

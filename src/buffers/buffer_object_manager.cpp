@@ -2,18 +2,26 @@
 
 #include <vellis/detail/lasting.hpp>
 
+#include "gl/context_state.hpp"
+
 namespace vellis {
 namespace {
 
 /// The end of the process empties the registry.
 struct Registry {
-    static void release() { BufferObjectManager::dispose(); }
+    static void release() {
+        gl::enter(nullptr);
+        BufferObjectManager::dispose();
+    }
 };
 
 } // namespace
 
 BufferObjectManager& BufferObjectManager::instance() {
-    static detail::Lasting manager([] { return BufferObjectManager(); });
+    const auto make = [] { return detail::Lasting([] { return BufferObjectManager(); }); };
+    if (gl::thread.state != nullptr)
+        return *gl::thread.state->at(gl::Slot::Buffers, make);
+    static detail::Lasting manager = make();
     detail::AtExit<Registry>::arm();
     return *manager;
 }
@@ -34,7 +42,8 @@ BufferObjectManager::~BufferObjectManager() {
 BufferObject* BufferObjectManager::add(const std::shared_ptr<BufferObject>& buffer) {
     if (buffer == nullptr)
         return invalidId();
-    detail::AtExit<Registry>::arm();
+    if (gl::thread.state == nullptr)
+        detail::AtExit<Registry>::arm();
     return buffers_.try_emplace(buffer.get(), buffer).first->first;
 }
 

@@ -6,14 +6,22 @@
 
 #include "gl/capability.hpp"
 #include "gl/enumerator.hpp"
+#include "gl/thread.hpp"
 
 namespace vellis {
 namespace {
+
+/// Whether a vertex array is to be drawn from that does not exist in the Context in use.
+bool isDrawingRefused() {
+    return gl::thread.binding == gl::refusedBinding;
+}
 
 /// Draws indices of type \p T, which GL calls \p glType.
 template <class T>
 void drawIndexed(Drawable::PrimitiveType primitive, const IndexBuffer<T>& indices,
                  unsigned int glType, unsigned int first, unsigned int count) {
+    if (isDrawingRefused() || !indices.exists())
+        return;
     if (count == 0)
         count = indices.count() - first;
     indices.bind();
@@ -42,6 +50,8 @@ void Drawable::draw(const IndexBuffer<unsigned char>& indices, unsigned int firs
 }
 
 void Drawable::draw(unsigned int first, unsigned int count) const {
+    if (isDrawingRefused())
+        return;
     if (count == 0)
         count = numVertices_ - first;
     glDrawArrays(gl::value(primitiveType_), static_cast<int>(first), static_cast<int>(count));

@@ -32,7 +32,7 @@ unsigned int countVertices(const AttributeSource* attributes, std::size_t count,
     const AttributeSource* const end = attributes + count;
     do {
         unsigned int elements = 0;
-        if (attributes->buffer != nullptr) {
+        if (attributes->buffer != nullptr && attributes->buffer->exists()) {
             visit(*attributes);
             elements = attributes->buffer->numElements();
         }

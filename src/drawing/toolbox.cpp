@@ -8,6 +8,7 @@
 #include <glm/mat4x4.hpp>
 
 #include <vellis/buffers/buffer_object_manager.hpp>
+#include <vellis/detail/lasting.hpp>
 #include <vellis/drawing/primitives.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/shading/program_manager.hpp>
@@ -30,13 +31,21 @@ struct SharedBuffer : Bytes {
     SharedBuffer()
         : VertexAttributeBuffer(nullptr, sharedBufferSize, BufferUsage::Static,
                                 BufferAccess::Draw) {}
-    /// Its address may be another buffer's next.
-    ~SharedBuffer() override { key = BufferObjectManager::invalidId(); }
-    SharedBuffer(const SharedBuffer&) = delete;
-    SharedBuffer& operator=(const SharedBuffer&) = delete;
-
-    static inline BufferObject* key = BufferObjectManager::invalidId(); ///< while it lives
 };
+
+/// What is known of it. Its address may be another buffer's next, so that only its own pointer
+/// tells whether it lives.
+struct Streaming {
+    std::weak_ptr<SharedBuffer> buffer;
+    bool hasBeenMade = false;
+};
+
+Streaming& streaming() {
+    static detail::Lasting ofProcess([] { return Streaming(); });
+    if (gl::thread.state != nullptr)
+        return gl::thread.state->at(gl::Slot::StreamingBuffer, [] { return Streaming(); });
+    return *ofProcess;
+}
 
 /// Points as plain numbers, two or three each. Null stands for what the shared buffer holds.
 struct Points {
@@ -112,7 +121,7 @@ void drawFlat(Drawable::PrimitiveType primitive, const glm::vec4& color, unsigne
               unsigned int count, const VertexBuffer* buffer, unsigned int dimensions,
               const glm::mat4& mvp) {
     const auto& flat = flatProgram(dimensions);
-    if (flat == nullptr || buffer == nullptr)
+    if (flat == nullptr || buffer == nullptr || !buffer->exists())
         return;
     draw(*flat, Shape(primitive, *flat, "position", *buffer, dimensions), first, count, [&] {
         flat->setUniform("color", color);
@@ -213,14 +222,15 @@ Toolbox& Toolbox::instance() {
 }
 
 std::shared_ptr<Bytes> Toolbox::getVertexBuffer() {
-    static bool hasBeenMade = false;
-    if (!hasBeenMade && !gl::isDisposed) {
+    Streaming& shared = streaming();
+    if (!shared.hasBeenMade && !gl::isDisposed()) {
         const auto buffer = std::make_shared<SharedBuffer>();
-        SharedBuffer::key = BufferObjectManager::instance().add(buffer);
-        hasBeenMade = true;
+        BufferObjectManager::instance().add(buffer);
+        shared.buffer = buffer;
+        shared.hasBeenMade = true;
     }
     return std::static_pointer_cast<Bytes>(
-        BufferObjectManager::instance().internal_get(SharedBuffer::key));
+        BufferObjectManager::instance().internal_get(shared.buffer.lock().get()));
 }
 
 void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,

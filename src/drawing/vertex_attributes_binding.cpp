@@ -7,18 +7,18 @@
 
 namespace vellis {
 
-const VertexAttributesBinding* VertexAttributesBinding::current_ = nullptr;
-
 std::shared_ptr<VertexAttributesBinding> VertexAttributesBinding::make() {
     return Inlined::make();
 }
 
-VertexAttributesBinding::VertexAttributesBinding() {
+VertexAttributesBinding::VertexAttributesBinding()
+    : context_(gl::indexHere(gl::Kind::VertexArray)) {
     callIfLoaded(glGenVertexArrays, 1, &id_);
 }
 
 VertexAttributesBinding::~VertexAttributesBinding() {
-    callIfLoaded(glDeleteVertexArrays, 1, &id_);
+    if (gl::canDelete(gl::Kind::VertexArray, context_, id_))
+        callIfLoaded(glDeleteVertexArrays, 1, &id_);
 }
 
 void VertexAttributesBinding::bind() const {
@@ -29,8 +29,18 @@ void VertexAttributesBinding::unbind() {
     Inlined::unbind();
 }
 
-const VertexAttributesBinding* VertexAttributesBinding::current() {
-    return current_;
+unsigned int VertexAttributesBinding::id() const {
+    return gl::isHere(gl::Kind::VertexArray, context_) ? id_ : 0;
+}
+
+VELLIS_COLD void VertexAttributesBinding::Inlined::refuse() {
+    gl::refuse(gl::Kind::VertexArray);
+    gl::thread.binding = gl::refusedBinding;
+    glBindVertexArray(0);
+}
+
+const void* VertexAttributesBinding::current() {
+    return gl::thread.binding;
 }
 
 } // namespace vellis

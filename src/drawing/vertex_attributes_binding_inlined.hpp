@@ -2,9 +2,12 @@
 
 #include <memory>
 
+#include <vellis/detail/hot.hpp>
 #include <vellis/detail/recycling_allocator.hpp>
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 #include <vellis/gl.hpp>
+
+#include "gl/names.hpp"
 
 namespace vellis {
 
@@ -20,12 +23,17 @@ struct VertexAttributesBinding::Inlined {
     static void bind(const VertexAttributesBinding& binding) {
         if (glBindVertexArray == nullptr)
             return;
-        current_ = &binding;
+        if (!gl::isHere(gl::Kind::VertexArray, binding.context_))
+            return refuse();
+        gl::thread.binding = &binding;
         glBindVertexArray(binding.id_);
     }
 
+    /// Binds 0, and lets nothing be drawn.
+    VELLIS_COLD static void refuse();
+
     static void unbind() noexcept {
-        current_ = nullptr;
+        gl::thread.binding = nullptr;
         if (glBindVertexArray != nullptr)
             glBindVertexArray(0);
     }

@@ -7,12 +7,14 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include <vellis/gl.hpp>
 
 #include "gl/entry_point.hpp"
 #include "gl/enumerator_names.hpp"
 #include "gl/log.hpp"
+#include "gl/thread.hpp"
 
 namespace vellis::internal {
 namespace {
@@ -102,6 +104,10 @@ void not_implemented(const char* what, const char* file, int line) {
 
 void not_tested(const char* what, const char* file, int line) {
     log("ERROR", "%s [File(Line): %s(%d)] is not tested", printable(what), printable(file), line);
+}
+
+const char* check_context() {
+    return std::exchange(gl::thread.refused, nullptr);
 }
 
 const char* check_glerror() {

@@ -1,6 +1,7 @@
 #include <vellis/engine.hpp>
 
 #include <vellis/buffers/buffer_object_manager.hpp>
+#include <vellis/context.hpp>
 #include <vellis/shading/program_manager.hpp>
 
 #include "gl/disposal.hpp"
@@ -13,7 +14,9 @@ bool init() {
 }
 
 void dispose() {
-    gl::isDisposed = true; // what ends now must not make anything for good
+    if (Context* const context = Context::current())
+        return context->dispose();
+    gl::isProcessDisposed = true; // what ends now must not make anything for good
     ProgramManager::dispose();
     BufferObjectManager::dispose();
 }

@@ -17,16 +17,20 @@ constexpr unsigned int numColorAttachments = 8;
 } // namespace
 
 void Framebuffer::attachTextureAt(unsigned int point, unsigned int texture, unsigned int level) {
+    if (!exists())
+        return;
     callIfLoaded(glFramebufferTexture2D, target_, point, GL_TEXTURE_2D, texture,
                  static_cast<int>(level));
 }
 
 void Framebuffer::attachRenderbufferAt(unsigned int point, unsigned int renderbuffer) {
+    if (!exists())
+        return;
     callIfLoaded(glFramebufferRenderbuffer, target_, point, GL_RENDERBUFFER, renderbuffer);
 }
 
 void Framebuffer::selectColorAttachment0() {
-    if (glBindFramebuffer == nullptr)
+    if (glBindFramebuffer == nullptr || !exists())
         return;
     if (target_ == GL_DRAW_FRAMEBUFFER || target_ == GL_FRAMEBUFFER)
         glDrawBuffer(GL_COLOR_ATTACHMENT0);
@@ -113,7 +117,7 @@ unsigned int Framebuffer::getDrawMapping(unsigned int i) const {
 }
 
 void Framebuffer::applyDrawMappings() const {
-    if (glBindFramebuffer == nullptr)
+    if (glBindFramebuffer == nullptr || !exists())
         return;
     glDrawBuffers(MAX_NUM_DRAW_MAPPINGS, drawMappings_);
 }

@@ -2,11 +2,16 @@
 
 #include <cstddef>
 #include <cstring>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <utility>
 
 // The form of the generated loader that fills a structure. It declares the types that
 // <vellis/gl.hpp> does, but none of its pointers.
 #include <glad/gl.h>
 
+#include <vellis/detail/lasting.hpp>
 #include <vellis/export.hpp>
 
 #ifdef VELLIS_STATIC_DEFINE
@@ -67,22 +72,26 @@ constexpr bool consecutive(const std::size_t (&offsets)[N], std::size_t size) {
 static_assert(consecutive(entryPointOffsets, sizeof(EntryPoint)));
 static_assert(consecutive(flagOffsets, sizeof(int)));
 
-/// Gives every pointer and flag the value that it has in \p context.
-void publish(const GladGLContext& context) {
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(&context);
-    const unsigned char* value = bytes + entryPointOffsets[0];
-    for (void* const entryPoint : entryPoints) {
-        std::memcpy(entryPoint, value, sizeof(EntryPoint));
-        value += sizeof(EntryPoint);
-    }
-    value = bytes + flagOffsets[0];
-    for (int* const flag : flags) {
-        std::memcpy(flag, value, sizeof(int));
-        value += sizeof(int);
+/// Gives each of \p places the value that stands for it in the row that begins at \p value. What
+/// has it already is not written.
+template <class Value, class Place, std::size_t N>
+void assign(Place* const (&places)[N], const unsigned char* value) {
+    for (Place* const place : places) {
+        if (std::memcmp(place, value, sizeof(Value)) != 0)
+            std::memcpy(place, value, sizeof(Value));
+        value += sizeof(Value);
     }
 }
 
-PFNGLGETSTRINGIPROC getStringi = nullptr;
+/// What guards the exported pointers and the list of tables.
+std::mutex& mutex() {
+    static detail::Lasting lasting([] { return std::mutex(); });
+    return *lasting;
+}
+
+using Lock = std::lock_guard<std::mutex>;
+
+thread_local PFNGLGETSTRINGIPROC getStringi = nullptr;
 
 /// glGetStringi for the time of a load: the generated loader measures what it gives, null or not.
 const GLubyte* GLAD_API_PTR stringOrEmpty(GLenum name, GLuint index) {
@@ -90,7 +99,7 @@ const GLubyte* GLAD_API_PTR stringOrEmpty(GLenum name, GLuint index) {
     return text != nullptr ? text : reinterpret_cast<const GLubyte*>("");
 }
 
-/// What loadEntryPoints is called with.
+/// What loadTable is called with.
 struct Finder {
     EntryPoint (*find)(const void* lookup, const char* name);
     const void* lookup;
@@ -108,16 +117,56 @@ GLADapiproc findForLoader(void* user, const char* name) {
 
 } // namespace
 
-Version loadEntryPoints(EntryPoint (*find)(const void* lookup, const char* name),
-                        const void* lookup) {
+struct Table {
+    GladGLContext context;
+    int version;
+    const Table* next; ///< of the list of all tables
+};
+
+namespace {
+
+const Table* tables = nullptr;
+
+/// The table of the list that is equal to \p table, which joins it if there is none.
+const Table* unique(std::unique_ptr<Table> table) {
+    const Lock lock(mutex());
+    for (const Table* other = tables; other != nullptr; other = other->next) {
+        if (other->version == table->version &&
+            std::memcmp(&other->context, &table->context, sizeof(GladGLContext)) == 0)
+            return other;
+    }
+    table->next = tables;
+    return tables = table.release();
+}
+
+} // namespace
+
+std::atomic<const Table*> published = nullptr;
+
+const Table* loadTable(EntryPoint (*find)(const void* lookup, const char* name),
+                       const void* lookup) {
+    std::unique_ptr<Table> table(new (std::nothrow) Table());
+    if (table == nullptr)
+        return nullptr;
     Finder finder = {find, lookup};
-    GladGLContext context = {};
-    const int version = gladLoadGLContextUserPtr(&context, findForLoader, &finder);
+    GladGLContext& context = table->context;
+    table->version = gladLoadGLContextUserPtr(&context, findForLoader, &finder);
     if (context.GetStringi == stringOrEmpty)
         context.GetStringi = getStringi;
-    if (version != 0)
-        publish(context);
-    return {GLAD_VERSION_MAJOR(version), GLAD_VERSION_MINOR(version)};
+    return table->version != 0 ? unique(std::move(table)) : nullptr;
+}
+
+Version versionOf(const Table& table) {
+    return {GLAD_VERSION_MAJOR(table.version), GLAD_VERSION_MINOR(table.version)};
+}
+
+void publishAnew(const Table& table) {
+    const Lock lock(mutex());
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(&table.context);
+    assign<EntryPoint>(entryPoints, bytes + entryPointOffsets[0]);
+    assign<int>(flags, bytes + flagOffsets[0]);
+    setVersion(versionOf(table));
+    published.store(&table, std::memory_order_release);
 }
 
 } // namespace vellis::loader

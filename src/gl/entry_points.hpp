@@ -2,6 +2,8 @@
 
 /// The entry points that <vellis/gl.hpp> declares, and their loading.
 
+#include <atomic>
+
 namespace vellis::loader {
 
 /// A function of the GL, of whatever type.
@@ -13,23 +15,45 @@ struct Version {
     int minor;
 };
 
+/// The entry points of a GL context, the flags that say what there is, and the version.
+struct Table;
+
 /// Looks up every entry point that the current context has: each is what \p find says of its name,
-/// null where there is none. Those that the context lacks become null, also where they were filled
-/// for a former context.
+/// null where there is none.
 ///
-/// \return the context's version, or 0.0 where there is no context: then all entry points and flags
-///         stay as they were.
-Version loadEntryPoints(EntryPoint (*find)(const void* lookup, const char* name),
-                        const void* lookup);
+/// \return the table, which lives to the end of the process and is the same one for equal contexts;
+///         null where there is no context, or no memory.
+const Table* loadTable(EntryPoint (*find)(const void* lookup, const char* name),
+                       const void* lookup);
 
 /// The same for anything that can be called with a name.
 template <class Lookup>
-Version loadEntryPoints(const Lookup& lookup) {
-    return loadEntryPoints(
+const Table* loadTable(const Lookup& lookup) {
+    return loadTable(
         [](const void* own, const char* name) -> EntryPoint {
             return (*static_cast<const Lookup*>(own))(name);
         },
         &lookup);
+}
+
+/// The version of the context that a table was loaded from.
+Version versionOf(const Table& table);
+
+/// Sets GLVersion, where it is another.
+void setVersion(Version version);
+
+/// The table whose values the exported pointers were given last; null before the first.
+extern std::atomic<const Table*> published;
+
+/// Gives the exported pointers and flags, and GLVersion, the values of a table, also where a
+/// program has changed them. What has its value already is not written, so that other threads may
+/// use it.
+void publishAnew(const Table& table);
+
+/// The same, unless \p table is null or was the last one.
+inline void publish(const Table* table) {
+    if (table != nullptr && table != published.load(std::memory_order_acquire))
+        publishAnew(*table);
 }
 
 } // namespace vellis::loader

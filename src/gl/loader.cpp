@@ -2,8 +2,11 @@
 
 #include "gl/loader.hpp"
 
+#include <atomic>
+
 #include <vellis/gl.hpp>
 
+#include "gl/context_state.hpp"
 #include "gl/entry_points.hpp"
 
 #ifdef _WIN32
@@ -23,35 +26,44 @@ struct VellisGLVersion GLVersion = {0, 0};
 namespace vellis::loader {
 namespace {
 
-/// Loads, and says in GLVersion what was there.
-template <class Lookup>
-bool load(const Lookup& lookup) {
-    const Version version = loadEntryPoints(lookup);
-    GLVersion = {version.major, version.minor};
-    return version.major != 0 || version.minor != 0;
-}
+using Lookup = void* (*)(const char* name);
+
+// The process's own, which the Contexts know nothing of.
+std::atomic<const Table*> ofProcess = nullptr;
+void* processHandle = nullptr; ///< the GL context that it was loaded for; null if unknown
 
 #ifdef _WIN32
 
-bool loadFromPlatform() {
+const Table* findPlatformTable() {
     const HMODULE library = LoadLibraryW(L"opengl32.dll");
     if (library == nullptr)
-        return false;
+        return nullptr;
     const auto function = [library](const char* name) {
         return reinterpret_cast<EntryPoint>(GetProcAddress(library, name));
     };
     using WglGetProcAddress = PROC(WINAPI*)(LPCSTR);
     const auto wglGetProcAddress =
         reinterpret_cast<WglGetProcAddress>(function("wglGetProcAddress"));
-    bool loaded = false;
+    const Table* table = nullptr;
     if (wglGetProcAddress != nullptr) {
-        loaded = load([&](const char* name) {
+        table = loadTable([&](const char* name) {
             const auto address = reinterpret_cast<EntryPoint>(wglGetProcAddress(name));
             return address != nullptr ? address : function(name);
         });
     }
     FreeLibrary(library);
-    return loaded;
+    return table;
+}
+
+/// wglGetCurrentContext of the library that the process has open.
+void* currentHandle() {
+    static const auto get = [] {
+        HMODULE library = nullptr;
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"opengl32.dll", &library);
+        return reinterpret_cast<HGLRC(WINAPI*)()>(
+            library != nullptr ? GetProcAddress(library, "wglGetCurrentContext") : nullptr);
+    }();
+    return get != nullptr ? get() : nullptr;
 }
 
 #else
@@ -77,6 +89,9 @@ private:
     void* handle_;
 };
 
+using GetCurrentContext = void*();
+using GetProcAddress = EntryPoint(const char* name);
+
 /// A way to create contexts: its library, how it tells that a context is current, its lookup.
 struct Platform {
     const char* soname;
@@ -84,52 +99,104 @@ struct Platform {
     const char* getProcAddress;
 };
 
-using GetCurrentContext = void*();
-using GetProcAddress = EntryPoint(const char* name);
+constexpr Platform platforms[] = {
+    {"libEGL.so.1", "eglGetCurrentContext", "eglGetProcAddress"},
+    {"libGLX.so.0", "glXGetCurrentContext", "glXGetProcAddressARB"},
+};
 
 /// Loads through \p platform where the process has its library open and a context of it is current.
-bool loadFromCurrent(const Platform& platform) {
+const Table* findTableOfCurrent(const Platform& platform) {
     const Library library(platform.soname, RTLD_LAZY | RTLD_NOLOAD);
     const auto getCurrentContext = library.find<GetCurrentContext>(platform.getCurrentContext);
     const auto getProcAddress = library.find<GetProcAddress>(platform.getProcAddress);
     if (getCurrentContext == nullptr || getProcAddress == nullptr || getCurrentContext() == nullptr)
-        return false;
-    return load(getProcAddress);
+        return nullptr;
+    return loadTable(getProcAddress);
 }
 
-bool loadFromPlatform() {
-    constexpr Platform platforms[] = {
-        {"libEGL.so.1", "eglGetCurrentContext", "eglGetProcAddress"},
-        {"libGLX.so.0", "glXGetCurrentContext", "glXGetProcAddressARB"},
-    };
+const Table* findPlatformTable() {
     for (const Platform& platform : platforms) {
-        if (loadFromCurrent(platform))
-            return true;
+        if (const Table* const table = findTableOfCurrent(platform))
+            return table;
     }
     // The system's GL library may know of a context: vendor-neutral systems have split libGLX off
     // it.
     const Library library("libGL.so.1", RTLD_LAZY);
     const auto getProcAddress = library.find<GetProcAddress>("glXGetProcAddressARB");
-    return getProcAddress != nullptr && load(getProcAddress);
+    return getProcAddress != nullptr ? loadTable(getProcAddress) : nullptr;
+}
+
+/// Asks each platform whose library the process has open what is current, with \p mode beside.
+NativeContext findCurrentContext(int mode) {
+    for (const Platform& platform : platforms) {
+        const Library library(platform.soname, RTLD_LAZY | RTLD_NOLOAD | mode);
+        const auto current = library.find<GetCurrentContext>(platform.getCurrentContext);
+        void* const handle = current != nullptr ? current() : nullptr;
+        if (handle != nullptr)
+            return {current, handle};
+    }
+    return {nullptr, nullptr};
+}
+
+void* currentHandle() {
+    return findCurrentContext(0).handle;
 }
 
 #endif
 
+/// Makes a table that of what is in use, and says in GLVersion what was there.
+bool install(const Table* table) {
+    if (table == nullptr) {
+        setVersion({0, 0});
+        return false;
+    }
+    if (gl::thread.state != nullptr) {
+        gl::thread.state->entryPoints = table;
+    } else {
+        ofProcess = table;
+        processHandle = currentHandle();
+    }
+    publishAnew(*table);
+    return true;
+}
+
 } // namespace
 
 bool loadCurrentContext() {
-    const bool loaded = loadFromPlatform();
-    if (!loaded)
-        GLVersion = {0, 0};
-    return loaded;
+    return install(findTable(nullptr));
 }
 
-bool loadThrough(void* (*lookup)(const char* name)) {
-    if (lookup == nullptr) {
-        GLVersion = {0, 0};
-        return false;
-    }
-    return load([lookup](const char* name) { return reinterpret_cast<EntryPoint>(lookup(name)); });
+bool loadThrough(Lookup lookup) {
+    return install(lookup != nullptr ? findTable(lookup) : nullptr);
+}
+
+const Table* findTable(Lookup lookup) {
+    if (lookup == nullptr)
+        return findPlatformTable();
+    return loadTable(
+        [lookup](const char* name) { return reinterpret_cast<EntryPoint>(lookup(name)); });
+}
+
+const Table* processTable() {
+    return ofProcess;
+}
+
+void setVersion(Version version) {
+    if (GLVersion.major != version.major || GLVersion.minor != version.minor)
+        GLVersion = {version.major, version.minor};
+}
+
+NativeContext currentContext() {
+#ifdef _WIN32
+    void* const handle = currentHandle();
+    return {handle != nullptr ? &currentHandle : nullptr, handle};
+#else
+    return findCurrentContext(RTLD_NODELETE);
+#endif
+}
+
+bool isProcessContextCurrent() {
+    return currentHandle() == processHandle;
 }
 
 } // namespace vellis::loader

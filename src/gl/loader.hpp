@@ -1,5 +1,7 @@
 #pragma once
 
+#include "gl/entry_points.hpp"
+
 /// Loading of the GL entry points, under names that no other loader in the process can take over.
 
 namespace vellis::loader {
@@ -9,5 +11,28 @@ bool loadCurrentContext();
 
 /// What gladLoadGLLoader() does; true on success, false for a null \p lookup.
 bool loadThrough(void* (*lookup)(const char* name));
+
+/// The entry points that \p lookup finds, or, where it is null, the lookup of the platform whose
+/// context is current. Changes no exported pointer. Null where there is no context.
+const Table* findTable(void* (*lookup)(const char* name));
+
+/// The table that was loaded last while no Context was in use, or null.
+const Table* processTable();
+
+/// A GL context, by what its platform calls it.
+struct NativeContext {
+    void* (*current)(); ///< the platform's answer to what is current on a thread; null if unknown
+    void* handle;       ///< what it was when this was made
+
+    /// Whether it is current on this thread, as far as anybody can tell.
+    bool isCurrent() const { return current == nullptr || current() == handle; }
+};
+
+/// The GL context that is current on this thread. The platform's library stays loaded from then on.
+NativeContext currentContext();
+
+/// Whether the GL context for which the process loaded its entry points last is current on this
+/// thread, as far as anybody can tell.
+bool isProcessContextCurrent();
 
 } // namespace vellis::loader

@@ -26,17 +26,18 @@ bool ownsAnything(const std::shared_ptr<VertexAttributesBinding>& pointer) {
 
 void Program::bind() const {
     bound_ = true;
-    glUseProgram(id_);
+    glUseProgram(gl::nameHere(gl::Kind::Program, group_, id_));
 }
 
 void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
-    if (ownsAnything(attributesBinding_)) {
+    if (ownsAnything(attributesBinding_) || !gl::isHere(gl::Kind::Program, group_)) {
         rebind(binding);
         return;
     }
     // Empty, it has nothing to release, and the code for that is not in the way of each draw.
     attributesBinding_ = binding;
-    bind();
+    bound_ = true;
+    glUseProgram(id_);
     if (attributesBinding_ != nullptr)
         VertexAttributesBinding::Inlined::bind(*attributesBinding_);
 }
@@ -46,6 +47,8 @@ VELLIS_COLD void Program::rebind(const std::shared_ptr<VertexAttributesBinding>&
     attributesBinding_ = binding;
     if (attributesBinding_ != nullptr)
         VertexAttributesBinding::Inlined::bind(*attributesBinding_);
+    if (!gl::isHere(gl::Kind::Program, group_))
+        gl::thread.binding = gl::refusedBinding;
 }
 
 void Program::bind(const Drawable& drawable) const {
@@ -57,6 +60,8 @@ void Program::unbind() const {
     if (attributesBinding_ != nullptr) {
         const std::shared_ptr<VertexAttributesBinding> unbound = std::move(attributesBinding_);
         VertexAttributesBinding::Inlined::unbind();
+    } else if (gl::thread.binding == gl::refusedBinding) {
+        gl::thread.binding = nullptr;
     }
     glUseProgram(0);
 }

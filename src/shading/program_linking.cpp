@@ -9,6 +9,7 @@
 #include <vellis/detail/use.hpp>
 #include <vellis/gl.hpp>
 
+#include "gl/names.hpp"
 #include "shading/info_log.hpp"
 #include "shading/program_variables.hpp"
 #include "shading/uniform_factory.hpp"
@@ -74,7 +75,9 @@ std::shared_ptr<Program> Program::make(const char* vertexSource, const char* fra
     return make(VertexShader::make(vertexSource), fragmentShader, outputs);
 }
 
-Program::Program() : id_(glCreateProgram()) {}
+Program::Program() : Program(glCreateProgram()) {}
+
+Program::Program(unsigned int id) : id_(id), group_(gl::indexHere(gl::Kind::Program)) {}
 
 Program::Program(const std::shared_ptr<VertexShader>& vertexShader,
                  const std::shared_ptr<FragmentShader>& fragmentShader)
@@ -95,15 +98,17 @@ Program::Program(const std::shared_ptr<VertexShader>& vertexShader,
 
 bool Program::hasLinkError() const {
     int status = GL_FALSE;
-    glGetProgramiv(id_, GL_LINK_STATUS, &status);
+    glGetProgramiv(id(), GL_LINK_STATUS, &status);
     return status != GL_TRUE;
 }
 
 std::string Program::linkLog() const {
-    return upToNul(programInfoLog(id_));
+    return upToNul(programInfoLog(id()));
 }
 
 void Program::link() {
+    if (!exists())
+        return;
     auto variables = std::make_shared<Variables>();
     gl_link();
     variables_ = std::move(variables);

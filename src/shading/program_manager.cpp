@@ -2,6 +2,7 @@
 
 #include <vellis/detail/lasting.hpp>
 
+#include "gl/context_state.hpp"
 #include "shading/built_in_programs.hpp"
 
 namespace vellis {
@@ -9,7 +10,10 @@ namespace {
 
 /// The end of the process empties the registry.
 struct Registry {
-    static void release() { ProgramManager::dispose(); }
+    static void release() {
+        gl::enter(nullptr);
+        ProgramManager::dispose();
+    }
 };
 
 /// What lookups that find nothing give.
@@ -21,7 +25,10 @@ const std::shared_ptr<Program>& none() {
 } // namespace
 
 ProgramManager& ProgramManager::instance() {
-    static detail::Lasting manager([] { return ProgramManager(); });
+    const auto make = [] { return detail::Lasting([] { return ProgramManager(); }); };
+    if (gl::thread.state != nullptr)
+        return *gl::thread.state->at(gl::Slot::Programs, make);
+    static detail::Lasting manager = make();
     detail::AtExit<Registry>::arm();
     return *manager;
 }
@@ -46,7 +53,8 @@ ProgramManager::~ProgramManager() {
 Program* ProgramManager::add(const std::shared_ptr<Program>& program) {
     if (program == nullptr)
         return invalidId();
-    detail::AtExit<Registry>::arm();
+    if (gl::thread.state == nullptr)
+        detail::AtExit<Registry>::arm();
     return programs_.try_emplace(program.get(), program).first->first;
 }
 

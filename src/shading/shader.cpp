@@ -5,6 +5,7 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/names.hpp"
 #include "shading/info_log.hpp"
 
 namespace vellis {
@@ -52,27 +53,34 @@ std::string preamble(Shader::Version version, std::string_view macros) {
 
 } // namespace
 
-Shader::Shader(unsigned int type) : id_(glCreateShader(type)) {}
+Shader::Shader(unsigned int type)
+    : id_(glCreateShader(type)),
+      group_(gl::indexHere(gl::Kind::Shader)) {}
 
 Shader::~Shader() {
-    if (id_ != 0)
+    if (id_ != 0 && gl::canDelete(gl::Kind::Shader, group_, id_))
         glDeleteShader(id_);
+}
+
+unsigned int Shader::id() const {
+    return gl::isHere(gl::Kind::Shader, group_) ? id_ : 0;
 }
 
 bool Shader::hasCompilationError() const {
     int status = GL_FALSE;
-    glGetShaderiv(id_, GL_COMPILE_STATUS, &status);
+    glGetShaderiv(id(), GL_COMPILE_STATUS, &status);
     return status != GL_TRUE;
 }
 
 std::string Shader::compilationLog() const {
-    return upToNul(shaderInfoLog(id_));
+    return upToNul(shaderInfoLog(id()));
 }
 
 void Shader::compile(const char* source) const {
     const char* const text = source != nullptr ? source : "";
-    glShaderSource(id_, 1, &text, nullptr);
-    glCompileShader(id_);
+    const unsigned int name = gl::nameHere(gl::Kind::Shader, group_, id_);
+    glShaderSource(name, 1, &text, nullptr);
+    glCompileShader(name);
 }
 
 void Shader::compileBehind(std::string preamble, std::string_view source) const {

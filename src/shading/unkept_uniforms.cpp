@@ -22,6 +22,8 @@ int Program::findUnkept(const char* name, bool hasHandles) const {
         return hasHandles ? -1 : nowhere;
     if (const UniformVariable* const known = variables_->unkept.find(name, length))
         return known->loc;
+    if (!exists())
+        return nowhere;
     int location = glGetUniformLocation(id_, name);
     if (location < 0)
         location = nowhere;

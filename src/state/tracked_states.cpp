@@ -1,10 +1,12 @@
 #include <vellis/state/tracked_states.hpp>
 
+#include <array>
 #include <iterator>
 #include <string>
 
 #include <vellis/gl.hpp>
 
+#include "gl/context_state.hpp"
 #include "gl/log.hpp"
 #include "state/state_values.hpp"
 
@@ -18,12 +20,19 @@ constexpr StateRow trackedStates[] = {
 };
 static_assert(haveRoom(trackedStates));
 
-/// What diff_gl_states() remembers of a tracked state, for the life of the process.
+/// What diff_gl_states() remembers of a tracked state, for the life of the process or of a Context.
 struct Remembered {
     bool isFirstCall = true;
     StateValues values;
 };
-Remembered remembered[std::size(trackedStates)];
+using AllRemembered = std::array<Remembered, std::size(trackedStates)>;
+
+AllRemembered& remembered() {
+    static AllRemembered ofProcess;
+    if (gl::thread.state != nullptr)
+        return gl::thread.state->at(gl::Slot::TrackedStates, [] { return AllRemembered(); });
+    return ofProcess;
+}
 
 void diff(const StateRow& state, Remembered& previous) {
     StateValues current = query(state);
@@ -46,7 +55,7 @@ void print_gl_states() {
 }
 
 void diff_gl_states() {
-    Remembered* previous = remembered;
+    Remembered* previous = remembered().data();
     for (const StateRow& state : trackedStates)
         diff(state, *previous++);
 }

@@ -3,19 +3,26 @@
 #include <vellis/gl.hpp>
 
 #include "gl/entry_point.hpp"
+#include "gl/names.hpp"
 
 namespace vellis {
 
-RBO::RBO() {
+RBO::RBO() : group_(gl::indexHere(gl::Kind::Renderbuffer)) {
     callIfLoaded(glGenRenderbuffers, 1, &id_);
 }
 
 RBO::~RBO() {
-    callIfLoaded(glDeleteRenderbuffers, 1, &id_);
+    if (gl::canDelete(gl::Kind::Renderbuffer, group_, id_))
+        callIfLoaded(glDeleteRenderbuffers, 1, &id_);
+}
+
+unsigned int RBO::id() const {
+    return gl::isHere(gl::Kind::Renderbuffer, group_) ? id_ : 0;
 }
 
 void RBO::bind() const {
-    callIfLoaded(glBindRenderbuffer, GL_RENDERBUFFER, id_);
+    callIfLoaded(glBindRenderbuffer, GL_RENDERBUFFER,
+                 gl::nameHere(gl::Kind::Renderbuffer, group_, id_));
 }
 
 void RBO::unbind() const {
@@ -26,6 +33,8 @@ void RBO::alloc(unsigned int format, unsigned int width, unsigned int height,
                 unsigned int samples) {
     if (glRenderbufferStorage == nullptr || glRenderbufferStorageMultisample == nullptr)
         return;
+    if (!gl::isHere(gl::Kind::Renderbuffer, group_))
+        return void(gl::refuse(gl::Kind::Renderbuffer));
     bind();
     if (samples > 1) {
         glRenderbufferStorageMultisample(GL_RENDERBUFFER, static_cast<int>(samples), format,

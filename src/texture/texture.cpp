@@ -3,6 +3,7 @@
 #include <vellis/gl.hpp>
 
 #include "gl/entry_point.hpp"
+#include "gl/names.hpp"
 #include "state/pixel_alignment.hpp"
 
 namespace vellis {
@@ -40,7 +41,8 @@ void readLevel0(unsigned int target, void* data, unsigned int format, unsigned i
 
 Texture::Texture(Type type, unsigned int texelFormat, const Sampler& sampler)
     : target_(targetOf(type)),
-      texelFormat_(texelFormat) {
+      texelFormat_(texelFormat),
+      group_(gl::indexHere(gl::Kind::Texture)) {
     glGenTextures(1, &id_);
     sampler_ = sampler;
     Texture::bind();
@@ -57,13 +59,17 @@ void Texture::dispose() {
 }
 
 void Texture::deleteName() {
-    if (id_ != 0)
+    if (id_ != 0 && gl::canDelete(gl::Kind::Texture, group_, id_))
         glDeleteTextures(1, &id_);
     id_ = 0;
 }
 
+unsigned int Texture::id() const {
+    return gl::isHere(gl::Kind::Texture, group_) ? id_ : 0;
+}
+
 void Texture::bind() const {
-    glBindTexture(target_, id_);
+    glBindTexture(target_, gl::nameHere(gl::Kind::Texture, group_, id_));
 }
 
 void Texture::unbind() const {
@@ -83,6 +89,8 @@ void Texture::unbind3D() {
 }
 
 void Texture::setSampler(const Sampler& sampler) {
+    if (!gl::isHere(gl::Kind::Texture, group_))
+        return void(gl::refuse(gl::Kind::Texture));
     sampler_ = sampler;
     bind();
     sampler_.apply(target_);
@@ -90,7 +98,8 @@ void Texture::setSampler(const Sampler& sampler) {
 }
 
 bool Texture::equivalent(const Texture& other) const {
-    return id_ == other.id_ || (target_ == other.target_ && texelFormat_ == other.texelFormat_);
+    return (id_ == other.id_ && group_ == other.group_) ||
+           (target_ == other.target_ && texelFormat_ == other.texelFormat_);
 }
 
 void Texture::upload1d(const void* data, unsigned int width, unsigned int format, unsigned int type,

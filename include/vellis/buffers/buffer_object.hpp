@@ -36,7 +36,8 @@ enum class MapAccess : unsigned int {
 /// that is not mapped make no GL call.
 ///
 /// No operation checks GL errors. After dispose() the name is 0, and what is done with the buffer
-/// goes to GL's name 0, which GL answers with an error.
+/// goes to GL's name 0, which GL answers with an error. With a Context in use in which the buffer
+/// does not exist, bind binds 0, and the others only do that and change nothing.
 ///
 /// Copies copy the GL name, not the store, and each destructor deletes that name. Hold a buffer
 /// through the shared pointer that made it, and copy the pointer.
@@ -64,8 +65,12 @@ public:
     /// True between bind and unbind. GL is not asked, and each data operation ends unbound.
     bool isBound() const { return bound_; }
 
-    /// The GL name, or 0 once disposed.
-    unsigned int id() const { return id_; }
+    /// The GL name, or 0 once disposed, and where the buffer does not exist: see Context.
+    unsigned int id() const;
+
+    /// Whether the buffer exists here: with a Context in use, whether that, or one that shares its
+    /// objects, was in use when the buffer was made.
+    bool exists() const;
 
     /// The size of the data store in bytes.
     unsigned int numBytes() const { return numBytes_; }
@@ -124,10 +129,14 @@ private:
     /// Makes a store of `numBytes_` bytes, and fills it unless \p data is null.
     void allocate(const void* data);
 
+    /// The same, and where it does not exist binds 0.
+    VELLIS_NO_EXPORT bool isUsable() const;
+
     bool isMapped() const { return mapAccess_ != 0; }
     VELLIS_NO_EXPORT bool isFlushable() const;
 
     unsigned int id_ = 0;
+    unsigned int group_; ///< where it exists: see gl/names.hpp
     unsigned int target_;
     unsigned int usage_;
     unsigned int numBytes_;

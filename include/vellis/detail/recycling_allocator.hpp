@@ -2,9 +2,8 @@
 
 #include <cstddef>
 #include <memory>
-#include <utility>
 
-#include <vellis/detail/lasting.hpp>
+#include <vellis/detail/hot.hpp>
 #include <vellis/export.hpp>
 
 namespace vellis::detail {
@@ -19,14 +18,22 @@ inline constexpr bool recyclesMemory = !__has_feature(address_sanitizer);
 inline constexpr bool recyclesMemory = true;
 #endif
 
-/// An allocator for `std::allocate_shared` that keeps the memory of one released object for the
-/// next of its type: drawables and their bindings come and go with each picture. The benchmark
+/// Memory for an object: that of the last one of about its size that was released on this thread,
+/// or else some from the heap.
+VELLIS_DIRECT VELLIS_EXPORT void* allocateRecycled(std::size_t size);
+
+/// Keeps the memory of an object of that size for the next one on this thread, unless some is kept
+/// already. What a thread keeps goes when it ends, or with the library.
+VELLIS_DIRECT VELLIS_EXPORT void deallocateRecycled(void* memory, std::size_t size) noexcept;
+
+/// An allocator for `std::allocate_shared` that keeps the memory of one released object of each
+/// size for the next: drawables and their bindings come and go with each picture. The benchmark
 /// drawable/make takes nothing from the heap then, and is above its limit on a driver without. It
-/// takes no lock:
-/// all calls belong on one thread, and so does the end of every drawable. What it keeps is each
-/// shared library's own.
+/// takes no lock: each thread keeps its own.
 template <class T>
 class VELLIS_NO_EXPORT RecyclingAllocator {
+    static_assert(alignof(T) <= alignof(std::max_align_t), "memory as operator new gives it");
+
 public:
     using value_type = T; ///< what the memory is for
 
@@ -38,31 +45,18 @@ public:
 
     /// The memory that is kept, or else some from the heap.
     T* allocate(std::size_t count) {
-        if (count == 1 && spare_ != nullptr)
-            return std::exchange(spare_, nullptr);
-        Release::arm(); // seldom comes here: most objects follow one that was released
+        if (recyclesMemory && count == 1)
+            return static_cast<T*>(allocateRecycled(sizeof(T)));
         return std::allocator<T>().allocate(count);
     }
 
-    /// Keeps the memory, unless some is kept already, or the end of the process has released it.
+    /// Keeps the memory, unless some of its size is kept already.
     void deallocate(T* memory, std::size_t count) noexcept {
-        if (recyclesMemory && count == 1 && spare_ == nullptr && Release::isArmed())
-            spare_ = memory;
+        if (recyclesMemory && count == 1)
+            deallocateRecycled(memory, sizeof(T));
         else
             std::allocator<T>().deallocate(memory, count);
     }
-
-private:
-    /// What is kept goes at the end of the program, or when a plug-in is unloaded.
-    struct Kept {
-        static void release() {
-            if (spare_ != nullptr)
-                std::allocator<T>().deallocate(std::exchange(spare_, nullptr), 1);
-        }
-    };
-    using Release = AtExit<Kept>;
-
-    static inline T* spare_ = nullptr; ///< the memory for one object, or null
 };
 
 /// All are equal, whatever they are for: what one allocates any other can deallocate.

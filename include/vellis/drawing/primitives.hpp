@@ -72,7 +72,8 @@ namespace drawable {
 /// `glBindVertexArray(0)` and `glUseProgram(0)`. No program is in use afterwards.
 ///
 /// The number of vertices is the smallest number of elements that an attribute has from its offset
-/// on: 0 where an offset lies beyond its buffer or a buffer is missing. The drawable does not keep
+/// on: 0 where an offset lies beyond its buffer, or a buffer is missing or does not exist in the
+/// Context in use. The drawable does not keep
 /// the buffers: they must live for as long as it is drawn.
 ///
 /// An attribute whose name the program does not have gets location `0xFFFFFFFF`, which GL refuses

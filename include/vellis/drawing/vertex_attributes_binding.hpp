@@ -13,6 +13,8 @@ class Program;
 /// a Drawable keeps it.
 ///
 /// Where the context has no vertex array objects, the GL name is 0 and no operation does anything.
+/// With another Context in use than it was made with, bind binds 0, and drawables draw nothing
+/// until the next binding or unbind.
 ///
 /// Copies copy the GL name, and each destructor deletes that name. Hold a binding through the
 /// shared pointer that a program gave, and copy the pointer.
@@ -35,7 +37,8 @@ public:
     /// Binds the vertex array object 0.
     static void unbind();
 
-    /// True for the binding that was bound last, until unbind. GL is not asked.
+    /// True for the binding that was bound last on this thread, until unbind; with a Context in
+    /// use, that was bound last in it. GL is not asked.
     bool isCurrent() const { return current() == this; }
 
 protected:
@@ -49,15 +52,15 @@ private:
 
     static std::shared_ptr<VertexAttributesBinding> make();
 
-    unsigned int id() const { return id_; }
+    /// The GL name; 0 where it does not exist.
+    unsigned int id() const;
 
     /// The binding that was bound last, or null. Only unbind clears it, so that it may outlive its
     /// object: it is compared, never followed.
-    static const VertexAttributesBinding* current();
-
-    VELLIS_NO_EXPORT static const VertexAttributesBinding* current_;
+    static const void* current();
 
     unsigned int id_ = 0;
+    unsigned int context_; ///< where it exists: see gl/names.hpp
 };
 
 } // namespace vellis

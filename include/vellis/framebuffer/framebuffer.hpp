@@ -58,6 +58,10 @@ struct IsColorImage<MultiSampleRenderbuffer<F>> : IsColorFormat<F> {};
 /// Nothing is checked: ask internal::check_framebuffer_complete and internal::check_glerror. Where
 /// the context has no framebuffer objects, the name is 0, and what needs them does nothing.
 ///
+/// With another Context in use than it was made with, a framebuffer does not exist: what needs it
+/// does nothing. The default framebuffer exists in all; unbind() does nothing in another than
+/// bind() was called in.
+///
 /// Images are a Texture2D, Renderbuffer or MultiSampleRenderbuffer of a colour format; the
 /// framebuffer does not own them. GL detaches one that is destroyed from the framebuffer that is
 /// bound then, not from any other.
@@ -103,8 +107,8 @@ public:
     ~Framebuffer();
     /// @}
 
-    /// The GL name; 0 for the default framebuffer.
-    unsigned int id() const { return id_; }
+    /// The GL name; 0 for the default framebuffer, and where it does not exist: see Context.
+    unsigned int id() const;
 
     /// \name Binding
     /// @{
@@ -638,7 +642,11 @@ private:
     static constexpr unsigned int constantColor = 0x8001;          // GL_CONSTANT_COLOR
     static constexpr unsigned int constantAlpha = 0x8003;          // GL_CONSTANT_ALPHA
 
+    /// Whether it exists in the Context in use.
+    VELLIS_NO_EXPORT bool exists() const;
+
     unsigned int id_ = 0;
+    mutable unsigned int context_; ///< where it exists, or was bound last: see gl/names.hpp
     bool external_;
     mutable unsigned int target_;
     mutable state::State<int, 2, drawFramebufferBinding> savedBindings_{};

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include <vellis/detail/hot.hpp>
-#include <vellis/detail/lasting.hpp>
 #include <vellis/detail/use.hpp>
 #include <vellis/drawing/drawable.hpp>
 #include <vellis/export.hpp>
@@ -105,6 +104,9 @@ struct BeginsWithValue<First, Others...>
 /// After draw and unbind no program is in use and no vertex array object is bound, whatever was
 /// before.
 ///
+/// In a Context in which the program does not exist it is not used, and what is drawn with it is
+/// not drawn: `glUseProgram(0)` takes its place, so that GL refuses uniforms.
+///
 /// Copies copy the GL name, and each destructor deletes it; they share the handles. Hold a program
 /// through the shared pointer that made it.
 class VELLIS_EXPORT Program {
@@ -146,8 +148,9 @@ public:
     /// second call does nothing. GL keeps a program for as long as it is in use.
     void dispose();
 
-    /// The GL name; 0 once disposed, and where GL could not make the program.
-    unsigned int id() const { return id_; }
+    /// The GL name; 0 once disposed, where GL could not make the program, and where it does not
+    /// exist: see Context.
+    unsigned int id() const;
 
     /// True when `GL_LINK_STATUS` is not `GL_TRUE`.
     bool hasLinkError() const;
@@ -159,7 +162,7 @@ public:
     /// The fragment outputs recorded at creation, in their order, repetitions included.
     const std::vector<unsigned int>& getOutputs() const { return outputs_; }
 
-    /// `glUseProgram`.
+    /// `glUseProgram`; with 0 in a Context in which the program does not exist.
     void bind() const;
 
     /// `glUseProgram`, then binds \p binding, which the program keeps until unbind. An empty
@@ -317,11 +320,12 @@ public:
 
     /// The program in use, whoever made it: one object whose id() is what GL answered last to
     /// `GL_CURRENT_PROGRAM`, here and now, or 0. It knows nothing else of that program, and never
-    /// deletes it. The first call makes one GL program name of its own and leaves it behind.
+    /// deletes it. The first call makes one GL program name of its own and leaves it behind; with a
+    /// Context in use, which has an object of its own, none is made.
     static const Program& current();
 
     /// A program whose id() is 0: binding it is `glUseProgram(0)`. The first call makes one GL
-    /// program name and leaves it behind.
+    /// program name and leaves it behind, unless a Context is in use.
     static const Program& null();
 
 protected:
@@ -357,7 +361,11 @@ private:
     // These stand beside the name, so that bind and unbind touch one cache line: see
     // detail/hot.hpp.
     mutable bool bound_ = false;
+    unsigned int group_; ///< where it exists: see gl/names.hpp
     mutable std::shared_ptr<VertexAttributesBinding> attributesBinding_;
+
+    /// One of that name, which GL made elsewhere.
+    VELLIS_NO_EXPORT explicit Program(unsigned int id);
 
     /// bind with the drawable's binding.
     void bind(const Drawable& drawable) const;
@@ -406,7 +414,10 @@ private:
         detail::sendUniform(location, uniform.value);
     }
 
-    /// bind where another binding is still bound through this program.
+    /// Whether the program exists in the Context in use.
+    bool exists() const;
+
+    /// bind where another binding is still bound through this program, or where it does not exist.
     VELLIS_NO_EXPORT void rebind(const std::shared_ptr<VertexAttributesBinding>& binding) const;
 
     /// The handle of that name, or null; a null name finds nothing. The compiler measures a name
@@ -465,13 +476,14 @@ private:
     /// A handle with location -1 and its first value.
     template <class T>
     static Uniform<T>& inert() {
-        static detail::Lasting uniform([] { return Uniform<T>(-1); });
-        struct Kept {
-            static void release() { *uniform = Uniform<T>(-1); }
-        };
-        detail::AtExit<Kept>::arm(); // for what callers store in it
-        return *uniform = Uniform<T>(-1);
+        const auto make = [] { return std::unique_ptr<UniformVariable>(new Uniform<T>(-1)); };
+        return static_cast<Uniform<T>&>(inert(detail::UniformType<T>::value, make)) =
+                   Uniform<T>(-1);
     }
+
+    /// The handle of that type that this thread keeps, which \p make makes on first use.
+    VELLIS_COLD static UniformVariable& inert(unsigned int type,
+                                              std::unique_ptr<UniformVariable> (*make)());
 
     VELLIS_NO_EXPORT void gl_link();
     VELLIS_NO_EXPORT void initUniforms();

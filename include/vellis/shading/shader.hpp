@@ -64,8 +64,8 @@ public:
     /// Deletes the GL shader with `glDeleteShader`.
     virtual ~Shader();
 
-    /// The GL name; 0 where GL could not make the shader.
-    unsigned int id() const { return id_; }
+    /// The GL name; 0 where GL could not make the shader, and where it does not exist: see Context.
+    unsigned int id() const;
 
     /// True when `GL_COMPILE_STATUS` is not `GL_TRUE`, so also for a name of 0.
     bool hasCompilationError() const;
@@ -92,6 +92,7 @@ protected:
 
 private:
     unsigned int id_;
+    unsigned int group_; ///< where it exists: see gl/names.hpp
 };
 
 /// A shader of the vertex stage.

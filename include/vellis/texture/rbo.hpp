@@ -9,7 +9,8 @@ namespace vellis {
 ///
 /// No operation checks GL errors: GL may have refused the size or the sample count that is
 /// recorded. Where the context has no framebuffer objects, the name is 0 and no operation does
-/// anything.
+/// anything. With a Context in use in which the renderbuffer does not exist, bind binds 0, and no
+/// storage is made.
 ///
 /// Copies are views for a short time: they name the same renderbuffer, and whichever is destroyed
 /// first deletes it for all. To share one, hold it through a shared pointer.
@@ -30,8 +31,8 @@ public:
     /// Binds 0 to `GL_RENDERBUFFER`.
     void unbind() const;
 
-    /// The GL name.
-    unsigned int id() const { return id_; }
+    /// The GL name; 0 where the renderbuffer does not exist: see Context.
+    unsigned int id() const;
 
     /// The width of the storage in pixels; 0 before there is any.
     unsigned int width() const { return width_; }
@@ -53,6 +54,7 @@ protected:
 
 private:
     unsigned int id_ = 0;
+    unsigned int group_; ///< where it exists: see gl/names.hpp
     unsigned int width_ = 0;
     unsigned int height_ = 0;
     unsigned int numSamples_ = 1;

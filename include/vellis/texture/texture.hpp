@@ -24,7 +24,8 @@ namespace vellis {
 /// before.
 ///
 /// No operation checks GL errors. After dispose(), and where GL made no name, the name is 0: bind
-/// then binds GL's texture 0, and setSampler changes that one.
+/// then binds GL's texture 0, and setSampler changes that one. With a Context in use in which the
+/// texture does not exist, bind binds 0, too, and nothing is changed, uploaded or downloaded.
 class VELLIS_EXPORT Texture {
 public:
     /// The number of dimensions.
@@ -69,8 +70,8 @@ public:
     /// Binds 0 to `GL_TEXTURE_3D` on the active unit.
     static void unbind3D();
 
-    /// The GL name, or 0 once disposed.
-    unsigned int id() const { return id_; }
+    /// The GL name, or 0 once disposed, and where the texture does not exist: see Context.
+    unsigned int id() const;
 
     /// The GL internal format.
     unsigned int texelFormat() const { return texelFormat_; }
@@ -139,6 +140,7 @@ private:
     unsigned int target_;
     unsigned int texelFormat_;
     unsigned int id_ = 0;
+    unsigned int group_; ///< where it exists: see gl/names.hpp
     Sampler sampler_;
 };
 

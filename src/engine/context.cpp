@@ -1,0 +1,131 @@
+#include <vellis/context.hpp>
+
+#include <new>
+#include <utility>
+
+#include <vellis/buffers/buffer_object_manager.hpp>
+#include <vellis/shading/program_manager.hpp>
+
+#include "gl/context_state.hpp"
+
+namespace vellis {
+namespace {
+
+/// Releases what the Context in use has in its registries and beside. Objects may put others into
+/// the registries as they end: they get as many rounds as at the end of the process.
+void empty(gl::ContextState& state) {
+    for (int round = 0; round < 4; ++round) {
+        if (state.has(gl::Slot::Programs))
+            ProgramManager::dispose();
+        if (state.has(gl::Slot::Buffers))
+            BufferObjectManager::dispose();
+    }
+    state.emptySlots();
+}
+
+} // namespace
+
+std::shared_ptr<Context> Context::make(Lookup lookup) {
+    return make(nullptr, lookup);
+}
+
+std::shared_ptr<Context> Context::make(const Context& other, Lookup lookup) {
+    return make(&other, lookup);
+}
+
+std::shared_ptr<Context> Context::make(const Context* other, Lookup lookup) {
+    const loader::Table* const table = loader::findTable(lookup);
+    if (table == nullptr)
+        return nullptr;
+    try {
+        std::shared_ptr<Context> context(new Context);
+        auto group = other != nullptr && other->isAlive() ? other->state_->groupNames
+                                                          : std::make_shared<gl::WaitingNames>();
+        context->state_ = new gl::ContextState(*context, std::move(group), *table);
+        context->use();
+        return context;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+Context::~Context() {
+    abandon();
+    if (state_ != nullptr)
+        state_->release();
+}
+
+bool Context::use() {
+    if (!isAlive() || !state_->native.isCurrent()) {
+        gl::enterWithEntryPoints(nullptr);
+        return false;
+    }
+    gl::enterWithEntryPoints(state_);
+    state_->groupNames->deleteAll();
+    state_->ownNames->deleteAll();
+    return true;
+}
+
+Context* Context::current() {
+    const bool isHere = gl::thread.state != nullptr && gl::thread.context != gl::nowhere;
+    return isHere ? gl::thread.state->context : nullptr;
+}
+
+void Context::useProcess() {
+    gl::enterWithEntryPoints(nullptr);
+    gl::WaitingNames& names = gl::WaitingNames::ofProcess();
+    if (names.any() && loader::isProcessContextCurrent())
+        names.deleteAll();
+}
+
+void Context::dispose() {
+    if (!isAlive())
+        return;
+    if (use()) {
+        state_->isClosing = true;
+        empty(*state_);
+    }
+    abandon();
+}
+
+void Context::abandon() {
+    if (!isAlive())
+        return;
+    gl::ContextState* const before = gl::thread.state;
+    if (before != nullptr)
+        before->keep();
+    gl::enter(state_);
+    state_->isClosing = true;
+    state_->context = nullptr;
+    gl::forgetNamesHere();
+    empty(*state_); // names that the group shares wait for others of it
+    state_->groupNames.reset();
+    state_->ownNames.reset();
+    if (before == state_)
+        gl::enterWithEntryPoints(nullptr);
+    else
+        gl::enter(before);
+    if (before != nullptr)
+        before->release();
+}
+
+bool Context::isAlive() const {
+    return state_ != nullptr && state_->context != nullptr;
+}
+
+Context::Scope::Scope(Context& context) : before_(gl::thread.state) {
+    if (before_ != nullptr)
+        before_->keep();
+    isUsed_ = context.use();
+}
+
+Context::Scope::~Scope() {
+    if (before_ == nullptr || before_->context == nullptr)
+        useProcess();
+    else
+        gl::enterWithEntryPoints(before_);
+    if (before_ != nullptr)
+        before_->release();
+}
+
+} // namespace vellis

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+#include "gl/entry_points.hpp"
+#include "gl/loader.hpp"
+#include "gl/names.hpp"
+#include "gl/thread.hpp"
+
+namespace vellis {
+class Context;
+}
+
+namespace vellis::gl {
+
+/// What each Context has one of, and the process, too.
+enum class Slot : unsigned char {
+    Programs,        ///< the registry of programs
+    ProgramProxies,  ///< Program::current() and Program::null()
+    StreamingBuffer, ///< what the Toolbox knows of its buffer
+    Buffers,         ///< the registry of buffers
+    TrackedStates,   ///< what diff_gl_states() remembers
+};
+constexpr std::size_t numSlots = 5;
+
+/// What the library keeps for one GL context. It lives for as long as its Context, and for as long
+/// as a thread has it in use.
+class ContextState {
+public:
+    /// For the GL context that is current. It is in use nowhere.
+    ContextState(Context& itself, std::shared_ptr<WaitingNames> group, const loader::Table& table)
+        : context(&itself),
+          groupNames(std::move(group)),
+          ownNames(std::in_place),
+          entryPoints(&table),
+          native(loader::currentContext()) {}
+    ~ContextState() { emptySlots(); }
+    ContextState(const ContextState&) = delete;
+    ContextState& operator=(const ContextState&) = delete;
+
+    /// One user more or less.
+    /// @{
+    void keep() { numUsers_.fetch_add(1, std::memory_order_relaxed); }
+    void release() {
+        if (numUsers_.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete this;
+    }
+    /// @}
+
+    /// The object of a slot, which \p make makes on first use.
+    template <class Make>
+    auto& at(Slot slot, Make make) {
+        using Object = std::invoke_result_t<Make>;
+        Kept& kept = slots_[static_cast<std::size_t>(slot)];
+        if (kept.object == nullptr)
+            kept = {new Object(make()), [](void* object) { delete static_cast<Object*>(object); }};
+        return *static_cast<Object*>(kept.object);
+    }
+
+    /// Whether a slot has one.
+    bool has(Slot slot) const { return slots_[static_cast<std::size_t>(slot)].object != nullptr; }
+
+    /// Destroys the objects of all slots.
+    void emptySlots();
+
+    Context* context; ///< null once that is disposed of or abandoned
+    /// The names that wait of what GL shares, for all of the group; empty once `context` is null.
+    std::shared_ptr<WaitingNames> groupNames;
+    std::optional<WaitingNames> ownNames; ///< those of what it does not share
+    const loader::Table* entryPoints;     ///< of the GL context
+    loader::NativeContext native;         ///< the GL context itself
+    std::atomic<Thread*> user = nullptr;  ///< the thread that has it in use
+    const void* binding = nullptr;        ///< Thread::binding, while no thread has it in use
+    bool isClosing = false;               ///< whether it is past making things for good
+
+private:
+    std::atomic<unsigned int> numUsers_ = 1;
+    Kept slots_[numSlots] = {};
+};
+
+/// Has this thread use \p state, or the process's own where it is null. A thread that had it in use
+/// has nothing in use from then on. Entry points stay as they are.
+void enter(ContextState* state);
+
+/// The same, with the entry points that belong to it.
+inline void enterWithEntryPoints(ContextState* state) {
+    enter(state);
+    loader::publish(state != nullptr ? state->entryPoints : loader::processTable());
+}
+
+/// From now on none of the names exist that were made with the Context in use on this thread.
+inline void forgetNamesHere() {
+    thread.group = nowhere;
+    thread.context = nowhere;
+}
+
+} // namespace vellis::gl

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <vector>
+
+#include "gl/thread.hpp"
+
+/// The names of GL objects: where they exist, and their deletion.
+///
+/// An object remembers where it was made by an index: that of the group of Contexts that share it,
+/// or of the one Context, for what GL never shares. Elsewhere its name counts as 0, and when it
+/// ends there its name waits.
+namespace vellis::gl {
+
+/// The kinds of objects that have a name.
+enum class Kind : unsigned char {
+    Program,
+    Shader,
+    VertexArray,
+    Framebuffer,
+    Buffer,
+    Texture,
+    Renderbuffer,
+};
+constexpr std::size_t numKinds = 7;
+
+/// The names of one index whose objects have ended where they could not be deleted.
+class WaitingNames {
+public:
+    /// Names for an index that nothing has had. \throws std::bad_alloc where there is no memory.
+    WaitingNames();
+
+    /// Forgets them: nobody knows the index any more.
+    ~WaitingNames();
+
+    WaitingNames(const WaitingNames&) = delete;
+    WaitingNames& operator=(const WaitingNames&) = delete;
+
+    /// The names of what the process made without a Context, whose index is 0.
+    static WaitingNames& ofProcess();
+
+    /// The index.
+    unsigned int index() const { return index_; }
+
+    /// Deletes them, if there are any, in the GL context that is current: with one call for each
+    /// kind, but one for each program and shader.
+    void deleteAll() {
+        if (any_.load(std::memory_order_relaxed))
+            deleteEach();
+    }
+
+    /// Keeps a name of that index until it can be deleted. Where all is gone that knew the index,
+    /// so is the name. Without memory it is left to the end of its GL context.
+    static void add(Kind kind, unsigned int index, unsigned int name) noexcept;
+
+    /// Whether there are any.
+    bool any() const { return any_.load(std::memory_order_relaxed); }
+
+private:
+    struct Process {};
+    explicit WaitingNames(Process) : index_(0) {}
+
+    void deleteEach();
+
+    unsigned int index_;
+    std::atomic<bool> any_ = false;
+    std::vector<unsigned int> names_[numKinds];
+};
+
+/// Remembers that an object of that kind was used where it does not exist.
+/// \return 0, which takes the place of its name.
+[[gnu::cold]] unsigned int refuse(Kind kind);
+
+/// Whether GL shares objects of that kind between contexts.
+constexpr bool isShared(Kind kind) {
+    return kind != Kind::VertexArray && kind != Kind::Framebuffer;
+}
+
+/// The index that an object of that kind gets which is made here.
+inline unsigned int indexHere(Kind kind) {
+    return isShared(kind) ? thread.group : thread.context;
+}
+
+/// Whether an object of that kind and index exists here.
+inline bool isHere(Kind kind, unsigned int index) {
+    return index == indexHere(kind);
+}
+
+/// The name of an object of that kind and index as it is here: 0 where it does not exist.
+inline unsigned int nameHere(Kind kind, unsigned int index, unsigned int name) {
+    return isHere(kind, index) ? name : refuse(kind);
+}
+
+/// Whether a name of that kind and index can be deleted here and now. If not, it waits, but for the
+/// name 0. Asks whether another thread has taken over the Context that was in use here.
+inline bool canDelete(Kind kind, unsigned int index, unsigned int name) noexcept {
+    const unsigned int& own = isShared(kind) ? thread.group : thread.context;
+#if defined(__GNUC__)
+    const unsigned int here = __atomic_load_n(&own, __ATOMIC_RELAXED);
+#else
+    const unsigned int here = own;
+#endif
+    if (index == here)
+        return true;
+    if (name != 0)
+        WaitingNames::add(kind, index, name);
+    return false;
+}
+
+} // namespace vellis::gl

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+
+/// What a thread has in use, and what it keeps until it ends.
+namespace vellis::gl {
+
+class ContextState;
+
+/// An object of a type that only its owner knows, and how to destroy it.
+struct Kept {
+    void* object;
+    void (*destroy)(void* object);
+};
+
+/// How many sizes of memory a thread keeps, in steps of spareStep bytes: see allocateRecycled.
+constexpr std::size_t numSpares = 9;
+constexpr std::size_t spareStep = 16;
+
+/// What belongs to one thread. Draws compare with the first members, so these hold what the Context
+/// in use says of itself; the others are its own.
+struct Thread {
+    /// The index of the group of Contexts in use, whose buffers, textures, renderbuffers, shaders
+    /// and programs can be used here: 0 for what the process made without one.
+    unsigned int group;
+    /// Always 0: what a program that is not bound has beside the index of its group. It compares
+    /// both at once.
+    unsigned int unbound;
+    /// The index of the Context in use, whose vertex arrays and framebuffers can be used here.
+    unsigned int context;
+    /// What this thread last used where it does not exist, in words; or null.
+    const char* refused;
+    /// The vertex attribute binding that was bound last, or null; or refusedBinding.
+    const void* binding;
+    /// The same of the process's own, while a Context is in use.
+    const void* processBinding;
+    /// The Context in use, or null for the process's own.
+    ContextState* state;
+    /// Whether what the thread keeps is released when it ends.
+    enum class End : unsigned char { NotSeenTo, SeenTo, Past } end;
+    /// What programs hand out where they have no uniform.
+    Kept inertUniforms;
+    /// Memory of released objects, for the next of that size.
+    void* spares[numSpares];
+};
+
+/// In place of an index while nothing that was made can be used: of a Context that is gone, or that
+/// another thread has taken over.
+constexpr unsigned int nowhere = 0xFFFFFFFF;
+
+/// In place of a binding while one that does not exist here counts as bound.
+inline const void* const refusedBinding = reinterpret_cast<const void*>(1);
+
+// A type of thread_local that needs no initialisation, which each access would look for, and, on
+// ELF, one instruction to be found.
+#if defined(__GNUC__)
+#define VELLIS_THREAD_LOCAL __thread
+#else
+#define VELLIS_THREAD_LOCAL thread_local
+#endif
+#if defined(__ELF__)
+extern VELLIS_THREAD_LOCAL Thread thread __attribute__((tls_model("initial-exec")));
+#else
+extern VELLIS_THREAD_LOCAL Thread thread;
+#endif
+
+/// Sees to it that what this thread keeps is released when it ends, or with the library.
+/// \return false where it is past that.
+bool releaseAtEndOfThread();
+
+} // namespace vellis::gl
