@@ -106,11 +106,10 @@ public:
     /// whose hosts know nothing of it.
     ///
     /// \code
-    /// void Plugin::draw() { // the host has made the GL context current
-    ///     const vellis::Context::Scope scope(*context_);
-    ///     if (scope)
-    ///         drawOverlay();
-    /// }
+    /// // The host has made the GL context current.
+    /// const vellis::Context::Scope scope(*context);
+    /// if (scope)
+    ///     drawOverlay();
     /// \endcode
     ///
     /// Where the scope has a GL context of its own, make the one of before current again ahead of
