@@ -52,8 +52,8 @@ public:
     /// A Context for the GL context that is current, which is in use on this thread from then on.
     ///
     /// \param lookup  Finds the entry points; null for the lookup of the platform, as engine::init.
-    /// \return an empty pointer, with everything as it was, where there is no GL context, or no
-    ///         memory.
+    /// \return an empty pointer, with everything as it was, where there is no GL context.
+    /// \throws std::bad_alloc where there is no memory, with everything as it was.
     static std::shared_ptr<Context> make(Lookup lookup = nullptr);
 
     /// The same for a GL context that shares its objects with that of \p other: both are of one

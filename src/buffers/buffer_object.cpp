@@ -1,7 +1,9 @@
 #include <vellis/buffers/buffer_object.hpp>
 
+#include <vellis/detail/hot.hpp>
 #include <vellis/gl.hpp>
 
+#include "buffers/buffer_object_inlined.hpp"
 #include "gl/entry_point.hpp"
 #include "gl/names.hpp"
 
@@ -67,7 +69,7 @@ unsigned int BufferObject::id() const {
 }
 
 bool BufferObject::exists() const {
-    return gl::isHere(gl::Kind::Buffer, group_);
+    return Inlined::exists(*this);
 }
 
 bool BufferObject::isUsable() const {
@@ -79,12 +81,18 @@ bool BufferObject::isUsable() const {
 }
 
 void BufferObject::bind() const {
-    bound_ = true;
-    glBindBuffer(target_, gl::nameHere(gl::Kind::Buffer, group_, id_));
+    if (!Inlined::exists(*this))
+        return bindNothing();
+    Inlined::bindExisting(*this);
 }
 
 void BufferObject::unbind() const {
-    bound_ = false;
+    Inlined::unbind(*this);
+}
+
+VELLIS_COLD void BufferObject::bindNothing() const {
+    gl::refuse(gl::Kind::Buffer);
+    bound_ = true;
     glBindBuffer(target_, 0);
 }
 

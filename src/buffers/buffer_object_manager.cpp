@@ -18,10 +18,12 @@ struct Registry {
 } // namespace
 
 BufferObjectManager& BufferObjectManager::instance() {
-    const auto make = [] { return detail::Lasting([] { return BufferObjectManager(); }); };
+    struct Instance : detail::Lasting<BufferObjectManager> {
+        Instance() : Lasting([] { return BufferObjectManager(); }) {}
+    };
     if (gl::thread.state != nullptr)
-        return *gl::thread.state->at(gl::Slot::Buffers, make);
-    static detail::Lasting manager = make();
+        return *gl::thread.state->at<Instance>(gl::Slot::Buffers);
+    static Instance manager;
     detail::AtExit<Registry>::arm();
     return *manager;
 }

@@ -6,52 +6,71 @@
 #include <vellis/detail/use.hpp>
 #include <vellis/gl.hpp>
 
+#include "buffers/buffer_object_inlined.hpp"
+#include "drawing/vertex_attributes_binding_inlined.hpp"
+
 namespace vellis {
 
 namespace detail {
-namespace {
 
-/// Points the attribute at its buffer, in the vertex array object that is bound.
-void bindAttribute(const AttributeSource& attribute) {
-    attribute.buffer->bind();
-    // With an array buffer bound, the pointer is an offset into it.
-    const std::size_t offset = std::size_t{attribute.offset} * attribute.elementSize;
-    glVertexAttribPointer(attribute.location, attribute.components, attribute.type,
-                          static_cast<unsigned char>(attribute.normalized),
-                          static_cast<int>(attribute.elementSize),
-                          reinterpret_cast<const void*>(offset));
-    glEnableVertexAttribArray(attribute.location);
-    attribute.buffer->unbind();
-}
+/// The steps of a recording, which reach into the three classes that take part.
+struct AttributeRecorder {
+    /// Points the attribute at its buffer, in the vertex array object that is bound.
+    static void bindAttribute(const AttributeSource& attribute) {
+        using Buffer = BufferObject::Inlined;
+        Buffer::bindExisting(*attribute.buffer);
+        // With an array buffer bound, the pointer is an offset into it.
+        const std::size_t offset = std::size_t{attribute.offset} * attribute.elementSize;
+        glVertexAttribPointer(attribute.location, attribute.components, attribute.type,
+                              static_cast<unsigned char>(attribute.normalized),
+                              static_cast<int>(attribute.elementSize),
+                              reinterpret_cast<const void*>(offset));
+        glEnableVertexAttribArray(attribute.location);
+        Buffer::unbind(*attribute.buffer);
+    }
 
-/// Does \p visit for each attribute that has a buffer. There is one attribute at least.
-/// \return the number of elements that all attributes have from their offsets on.
-template <class Visit>
-unsigned int countVertices(const AttributeSource* attributes, std::size_t count, Visit visit) {
-    unsigned int fewest = std::numeric_limits<unsigned int>::max();
-    const AttributeSource* const end = attributes + count;
-    do {
-        unsigned int elements = 0;
-        if (attributes->buffer != nullptr && attributes->buffer->exists()) {
-            visit(*attributes);
-            elements = attributes->buffer->numElements();
-        }
-        fewest = std::min(fewest, elements - std::min(elements, attributes->offset));
-        ++attributes;
-    } while (attributes != end);
-    return fewest;
-}
+    /// Does \p visit for each attribute that has a buffer. There is one attribute at least.
+    /// \return the number of elements that all attributes have from their offsets on.
+    template <class Visit>
+    static unsigned int countVertices(const AttributeSource* attributes, std::size_t count,
+                                      Visit visit) {
+        unsigned int fewest = std::numeric_limits<unsigned int>::max();
+        const AttributeSource* const end = attributes + count;
+        do {
+            const VertexBuffer* const buffer = attributes->buffer;
+            unsigned int elements = 0;
+            if (buffer != nullptr && BufferObject::Inlined::exists(*buffer)) {
+                visit(*attributes);
+                elements = buffer->numElements();
+            }
+            fewest = std::min(fewest, elements - std::min(elements, attributes->offset));
+            ++attributes;
+        } while (attributes != end);
+        return fewest;
+    }
 
-} // namespace
+    /// Makes the binding and binds it, as Program::beginAttributesBinding does, whose program need
+    /// not keep it: nothing in between lets it go.
+    static std::shared_ptr<VertexAttributesBinding> begin(const Program& program) {
+        auto binding = VertexAttributesBinding::make();
+        program.usage_.release();
+        VertexAttributesBinding::Inlined::bindExisting(*binding);
+        return binding;
+    }
+
+    static void finish() { VertexAttributesBinding::Inlined::unbind(); }
+};
 
 unsigned int record(const Program* program, const AttributeSource* attributes, std::size_t count,
                     std::shared_ptr<VertexAttributesBinding>& binding) {
+    using Recorder = AttributeRecorder;
     if (program == nullptr)
-        return countVertices(attributes, count, [](const AttributeSource&) {});
+        return Recorder::countVertices(attributes, count, [](const AttributeSource&) {});
     const Use<Program> use(*program);
-    program->beginAttributesBinding();
-    const unsigned int numVertices = countVertices(attributes, count, bindAttribute);
-    binding = program->finishAttributesBinding();
+    binding = Recorder::begin(*program);
+    const unsigned int numVertices =
+        Recorder::countVertices(attributes, count, Recorder::bindAttribute);
+    Recorder::finish();
     return numVertices;
 }
 

@@ -43,7 +43,7 @@ struct Streaming {
 Streaming& streaming() {
     static detail::Lasting ofProcess([] { return Streaming(); });
     if (gl::thread.state != nullptr)
-        return gl::thread.state->at(gl::Slot::StreamingBuffer, [] { return Streaming(); });
+        return gl::thread.state->at<Streaming>(gl::Slot::StreamingBuffer);
     return *ofProcess;
 }
 
@@ -114,27 +114,6 @@ void draw(Program& program, const Drawable& drawable, unsigned int first, unsign
     setUniforms();
     drawable.draw(first, count);
     program.unbind();
-}
-
-/// Draws the vertices of a buffer, none where there is no buffer.
-void drawFlat(Drawable::PrimitiveType primitive, const glm::vec4& color, unsigned int first,
-              unsigned int count, const VertexBuffer* buffer, unsigned int dimensions,
-              const glm::mat4& mvp) {
-    const auto& flat = flatProgram(dimensions);
-    if (flat == nullptr || buffer == nullptr || !buffer->exists())
-        return;
-    draw(*flat, Shape(primitive, *flat, "position", *buffer, dimensions), first, count, [&] {
-        flat->setUniform("color", color);
-        flat->setUniform("mvp", mvp);
-    });
-}
-
-void drawFlat(Drawable::PrimitiveType primitive, const glm::vec4& color, unsigned int first,
-              unsigned int count, const Points& points, const glm::mat4& mvp) {
-    if (flatProgram(points.dimensions) == nullptr)
-        return;
-    const auto buffer = stream(points.numbers, points.dimensions, std::size_t{first} + count);
-    drawFlat(primitive, color, first, count, buffer.get(), points.dimensions, mvp);
 }
 
 /// One disc for each point.
@@ -233,124 +212,29 @@ std::shared_ptr<Bytes> Toolbox::getVertexBuffer() {
         BufferObjectManager::instance().internal_get(shared.buffer.lock().get()));
 }
 
-void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                        const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                        const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::Lines, color, first, count, buffer.get(), glm::vec2::length(),
-             mvp);
+void Toolbox::drawFlat(unsigned int primitive, const glm::vec4& color, unsigned int first,
+                       unsigned int count, const VertexBuffer* buffer, unsigned int dimensions,
+                       const glm::mat4& mvp) {
+    const auto& flat = flatProgram(dimensions);
+    if (flat == nullptr || buffer == nullptr || !buffer->exists())
+        return;
+    const Shape shape(static_cast<Drawable::PrimitiveType>(primitive), *flat, "position", *buffer,
+                      dimensions);
+    draw(*flat, shape, first, count, [&] {
+        flat->setUniform("color", color);
+        flat->setUniform("mvp", mvp);
+    });
 }
 
-void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                        const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::Lines, color, first, count, points, mvp);
-}
-
-void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                        const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                        const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::Lines, color, first, count, buffer.get(), glm::vec3::length(),
-             mvp);
-}
-
-void Toolbox::drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                        const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::Lines, color, first, count, points, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                            const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                            const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::LineStrip, color, first, count, buffer.get(),
-             glm::vec2::length(), mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                            const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::LineStrip, color, first, count, points, mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                            const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                            const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::LineStrip, color, first, count, buffer.get(),
-             glm::vec3::length(), mvp);
-}
-
-void Toolbox::drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                            const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::LineStrip, color, first, count, points, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                           const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                           const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::LineLoop, color, first, count, buffer.get(),
-             glm::vec2::length(), mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                           const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::LineLoop, color, first, count, points, mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                           const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                           const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::LineLoop, color, first, count, buffer.get(),
-             glm::vec3::length(), mvp);
-}
-
-void Toolbox::drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                           const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::LineLoop, color, first, count, points, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                              const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::TriangleFan, color, first, count, buffer.get(),
-             glm::vec2::length(), mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::TriangleFan, color, first, count, points, mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                              const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::TriangleFan, color, first, count, buffer.get(),
-             glm::vec3::length(), mvp);
-}
-
-void Toolbox::drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::TriangleFan, color, first, count, points, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                                const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::TriangleStrip, color, first, count, buffer.get(),
-             glm::vec2::length(), mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const glm::vec2* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::TriangleStrip, color, first, count, points, mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                                const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::TriangleStrip, color, first, count, buffer.get(),
-             glm::vec3::length(), mvp);
-}
-
-void Toolbox::drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const glm::vec3* points, const glm::mat4& mvp) {
-    drawFlat(Drawable::PrimitiveType::TriangleStrip, color, first, count, points, mvp);
+void Toolbox::drawFlat(unsigned int primitive, const glm::vec4& color, unsigned int first,
+                       unsigned int count, const float* points, unsigned int dimensions,
+                       const glm::mat4& mvp) {
+    static_assert(lines == GL_LINES && lineLoop == GL_LINE_LOOP && lineStrip == GL_LINE_STRIP);
+    static_assert(triangleStrip == GL_TRIANGLE_STRIP && triangleFan == GL_TRIANGLE_FAN);
+    if (flatProgram(dimensions) == nullptr)
+        return;
+    const auto buffer = stream(points, dimensions, std::size_t{first} + count);
+    drawFlat(primitive, color, first, count, buffer.get(), dimensions, mvp);
 }
 
 void Toolbox::drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
@@ -394,15 +278,12 @@ void Toolbox::drawQuad(const glm::vec4& color, std::initializer_list<glm::vec3> 
 
 void Toolbox::drawQuad(const glm::vec4& fillColor, const glm::vec4& outlineColor,
                        const glm::vec3* points, const glm::mat4& mvp) {
-    const Points quad = points;
-    if (flatProgram(quad.dimensions) == nullptr)
+    constexpr unsigned int dimensions = glm::vec3::length();
+    if (flatProgram(dimensions) == nullptr)
         return;
-    const auto buffer = stream(quad.numbers, quad.dimensions, 4);
-    const auto pass = [&](Drawable::PrimitiveType primitive, const glm::vec4& color) {
-        drawFlat(primitive, color, 0, 4, buffer.get(), quad.dimensions, mvp);
-    };
-    pass(Drawable::PrimitiveType::TriangleFan, fillColor);
-    pass(Drawable::PrimitiveType::LineLoop, outlineColor);
+    const auto buffer = stream(numbers(points), dimensions, 4);
+    drawFlat(triangleFan, fillColor, 0, 4, buffer.get(), dimensions, mvp);
+    drawFlat(lineLoop, outlineColor, 0, 4, buffer.get(), dimensions, mvp);
 }
 
 void Toolbox::drawQuad(const glm::vec4& fillColor, const glm::vec4& outlineColor,

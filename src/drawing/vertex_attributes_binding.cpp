@@ -4,11 +4,14 @@
 
 #include "drawing/vertex_attributes_binding_inlined.hpp"
 #include "gl/entry_point.hpp"
+#include "gl/memory.hpp"
 
 namespace vellis {
 
 std::shared_ptr<VertexAttributesBinding> VertexAttributesBinding::make() {
-    return Inlined::make();
+    struct Constructible : VertexAttributesBinding {};
+    using Allocator = detail::RecyclingAllocator<Constructible, gl::InlinedMemory>;
+    return std::allocate_shared<Constructible>(Allocator());
 }
 
 VertexAttributesBinding::VertexAttributesBinding()
@@ -35,6 +38,8 @@ unsigned int VertexAttributesBinding::id() const {
 
 VELLIS_COLD void VertexAttributesBinding::Inlined::refuse() {
     gl::refuse(gl::Kind::VertexArray);
+    if (glBindVertexArray == nullptr)
+        return;
     gl::thread.binding = gl::refusedBinding;
     glBindVertexArray(0);
 }

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <memory>
-
 #include <vellis/detail/hot.hpp>
-#include <vellis/detail/recycling_allocator.hpp>
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 #include <vellis/gl.hpp>
 
@@ -15,16 +12,20 @@ namespace vellis {
 /// nothing is prepared for exceptions, which GL does not throw. The benchmarks draw/handles and
 /// drawable/make show it.
 struct VertexAttributesBinding::Inlined {
-    static std::shared_ptr<VertexAttributesBinding> make() {
-        struct Constructible : VertexAttributesBinding {};
-        return std::allocate_shared<Constructible>(detail::RecyclingAllocator<Constructible>());
+    static void bind(const VertexAttributesBinding& binding) {
+        if (exists(binding))
+            bindExisting(binding);
+        else
+            refuse();
     }
 
-    static void bind(const VertexAttributesBinding& binding) {
+    static bool exists(const VertexAttributesBinding& binding) {
+        return gl::isHere(gl::Kind::VertexArray, binding.context_);
+    }
+
+    static void bindExisting(const VertexAttributesBinding& binding) {
         if (glBindVertexArray == nullptr)
             return;
-        if (!gl::isHere(gl::Kind::VertexArray, binding.context_))
-            return refuse();
         gl::thread.binding = &binding;
         glBindVertexArray(binding.id_);
     }

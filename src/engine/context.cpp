@@ -1,6 +1,5 @@
 #include <vellis/context.hpp>
 
-#include <new>
 #include <utility>
 
 #include <vellis/buffers/buffer_object_manager.hpp>
@@ -37,16 +36,12 @@ std::shared_ptr<Context> Context::make(const Context* other, Lookup lookup) {
     const loader::Table* const table = loader::findTable(lookup);
     if (table == nullptr)
         return nullptr;
-    try {
-        std::shared_ptr<Context> context(new Context);
-        auto group = other != nullptr && other->isAlive() ? other->state_->groupNames
-                                                          : std::make_shared<gl::WaitingNames>();
-        context->state_ = new gl::ContextState(*context, std::move(group), *table);
-        context->use();
-        return context;
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+    std::shared_ptr<Context> context(new Context);
+    auto group = other != nullptr && other->isAlive() ? other->state_->groupNames
+                                                      : std::make_shared<gl::WaitingNames>();
+    context->state_ = new gl::ContextState(*context, std::move(group), *table);
+    context->use();
+    return context;
 }
 
 Context::~Context() {

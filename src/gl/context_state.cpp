@@ -43,6 +43,13 @@ void take(ContextState& state) {
 
 } // namespace
 
+void* ContextState::at(Slot slot, void* (*make)(), void (*destroy)(void* object)) {
+    Kept& kept = slots_[static_cast<std::size_t>(slot)];
+    if (kept.object == nullptr)
+        kept = {make(), destroy};
+    return kept.object;
+}
+
 void ContextState::emptySlots() {
     for (Kept& slot : slots_) {
         if (const Kept kept = std::exchange(slot, {}); kept.object != nullptr)

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <type_traits>
 #include <utility>
 
 #include "gl/entry_points.hpp"
@@ -17,6 +16,12 @@ class Context;
 }
 
 namespace vellis::gl {
+
+/// An object of a type that only its owner knows, and how to destroy it.
+struct Kept {
+    void* object;
+    void (*destroy)(void* object);
+};
 
 /// What each Context has one of, and the process, too.
 enum class Slot : unsigned char {
@@ -52,14 +57,12 @@ public:
     }
     /// @}
 
-    /// The object of a slot, which \p make makes on first use.
-    template <class Make>
-    auto& at(Slot slot, Make make) {
-        using Object = std::invoke_result_t<Make>;
-        Kept& kept = slots_[static_cast<std::size_t>(slot)];
-        if (kept.object == nullptr)
-            kept = {new Object(make()), [](void* object) { delete static_cast<Object*>(object); }};
-        return *static_cast<Object*>(kept.object);
+    /// The object of a slot, of which there is always the same type; made on first use.
+    template <class T>
+    T& at(Slot slot) {
+        return *static_cast<T*>(at(
+            slot, [] { return static_cast<void*>(new T()); },
+            [](void* object) { delete static_cast<T*>(object); }));
     }
 
     /// Whether a slot has one.
@@ -79,6 +82,8 @@ public:
     bool isClosing = false;               ///< whether it is past making things for good
 
 private:
+    void* at(Slot slot, void* (*make)(), void (*destroy)(void* object));
+
     std::atomic<unsigned int> numUsers_ = 1;
     Kept slots_[numSlots] = {};
 };

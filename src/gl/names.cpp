@@ -1,6 +1,5 @@
 #include "gl/names.hpp"
 
-#include <algorithm>
 #include <mutex>
 #include <new>
 #include <utility>
@@ -18,22 +17,17 @@ constexpr const char* kindNames[numKinds] = {
     "program", "shader", "vertex array", "framebuffer", "buffer", "texture", "renderbuffer",
 };
 
-/// All names that wait, by index. Indices count up, so that a new one has its place at the end.
-struct Places {
+/// All names that wait, the newest index first, and what guards them. There are as many as there
+/// are Contexts.
+struct All {
     std::mutex mutex;
-    std::vector<WaitingNames*> places;
+    WaitingNames* first = nullptr;
     unsigned int lastIndex = 0;
-
-    std::vector<WaitingNames*>::iterator find(unsigned int index) {
-        return std::lower_bound(
-            places.begin(), places.end(), index,
-            [](const WaitingNames* names, unsigned int wanted) { return names->index() < wanted; });
-    }
 };
 
-Places& all() {
-    static detail::Lasting places([] { return Places(); });
-    return *places;
+All& all() {
+    static detail::Lasting lasting([] { return All(); });
+    return *lasting;
 }
 
 using Lock = std::lock_guard<std::mutex>;
@@ -66,17 +60,18 @@ void deleteNames(Kind kind, const std::vector<unsigned int>& names) {
 
 } // namespace
 
-WaitingNames::WaitingNames() : index_(0) {
-    Places& places = all();
-    const Lock lock(places.mutex);
-    places.places.push_back(this);
-    index_ = ++places.lastIndex;
+WaitingNames::WaitingNames() {
+    const Lock lock(all().mutex);
+    index_ = ++all().lastIndex;
+    next_ = std::exchange(all().first, this);
 }
 
 WaitingNames::~WaitingNames() {
-    Places& places = all();
-    const Lock lock(places.mutex);
-    places.places.erase(places.find(index_));
+    const Lock lock(all().mutex);
+    WaitingNames** place = &all().first;
+    while (*place != this)
+        place = &(*place)->next_;
+    *place = next_;
 }
 
 WaitingNames& WaitingNames::ofProcess() {
@@ -85,12 +80,10 @@ WaitingNames& WaitingNames::ofProcess() {
 }
 
 void WaitingNames::add(Kind kind, unsigned int index, unsigned int name) noexcept {
-    Places& places = all();
-    const Lock lock(places.mutex);
-    const auto place = places.find(index);
-    WaitingNames* names = index == 0 ? &ofProcess() : nullptr;
-    if (place != places.places.end() && (*place)->index() == index)
-        names = *place;
+    const Lock lock(all().mutex);
+    WaitingNames* names = index == 0 ? &ofProcess() : all().first;
+    while (names != nullptr && names->index_ != index)
+        names = names->next_;
     if (names == nullptr)
         return;
     try {
@@ -101,15 +94,15 @@ void WaitingNames::add(Kind kind, unsigned int index, unsigned int name) noexcep
 }
 
 void WaitingNames::deleteEach() {
-    std::vector<unsigned int> taken[numKinds];
-    {
-        const Lock lock(all().mutex);
-        std::swap(names_, taken);
-        any_.store(false, std::memory_order_relaxed);
-    }
     for (std::size_t kind = 0; kind < numKinds; ++kind) {
-        if (!taken[kind].empty())
-            deleteNames(static_cast<Kind>(kind), taken[kind]);
+        std::vector<unsigned int> names;
+        {
+            const Lock lock(all().mutex);
+            any_.store(false, std::memory_order_relaxed);
+            names.swap(names_[kind]);
+        }
+        if (!names.empty())
+            deleteNames(static_cast<Kind>(kind), names);
     }
 }
 

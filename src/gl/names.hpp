@@ -28,7 +28,7 @@ constexpr std::size_t numKinds = 7;
 /// The names of one index whose objects have ended where they could not be deleted.
 class WaitingNames {
 public:
-    /// Names for an index that nothing has had. \throws std::bad_alloc where there is no memory.
+    /// Names for an index that nothing has had.
     WaitingNames();
 
     /// Forgets them: nobody knows the index any more.
@@ -59,13 +59,14 @@ public:
 
 private:
     struct Process {};
-    explicit WaitingNames(Process) : index_(0) {}
+    explicit WaitingNames(Process) : index_(0), next_(nullptr) {}
 
     void deleteEach();
 
     unsigned int index_;
     std::atomic<bool> any_ = false;
     std::vector<unsigned int> names_[numKinds];
+    WaitingNames* next_; ///< of the list of all
 };
 
 /// Remembers that an object of that kind was used where it does not exist.

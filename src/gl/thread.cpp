@@ -4,9 +4,8 @@
 #include <new>
 #include <utility>
 
-#include <vellis/detail/recycling_allocator.hpp>
-
 #include "gl/context_state.hpp"
+#include "gl/memory.hpp"
 
 #ifdef _WIN32
 #ifndef NOMINMAX
@@ -30,8 +29,6 @@ namespace {
 /// Releases what this thread keeps; it may go on and keep more.
 void release() {
     enter(nullptr);
-    if (const Kept uniforms = std::exchange(thread.inertUniforms, {}); uniforms.object != nullptr)
-        uniforms.destroy(uniforms.object);
     for (void*& spare : thread.spares)
         ::operator delete(std::exchange(spare, nullptr));
     thread.end = Thread::End::NotSeenTo;
@@ -107,28 +104,21 @@ bool releaseAtEndOfThread() {
     return thread.end == Thread::End::SeenTo;
 }
 
+void* InlinedMemory::allocateAnew(std::size_t numSteps) {
+    releaseAtEndOfThread();
+    return ::operator new(numSteps* detail::recycledStep);
+}
+
 } // namespace vellis::gl
 
 namespace vellis::detail {
 
-void* allocateRecycled(std::size_t size) {
-    const std::size_t index = (size + gl::spareStep - 1) / gl::spareStep;
-    if (index >= gl::numSpares)
-        return ::operator new(size);
-    void*& spare = gl::thread.spares[index];
-    if (spare != nullptr)
-        return std::exchange(spare, nullptr);
-    gl::releaseAtEndOfThread(); // seldom comes here: most objects follow one that was released
-    return ::operator new(index* gl::spareStep);
+void* RecycledMemory::allocate(std::size_t numSteps) {
+    return gl::InlinedMemory::allocate(numSteps);
 }
 
-void deallocateRecycled(void* memory, std::size_t size) noexcept {
-    const std::size_t index = (size + gl::spareStep - 1) / gl::spareStep;
-    if (index < gl::numSpares && gl::thread.spares[index] == nullptr &&
-        gl::thread.end == gl::Thread::End::SeenTo)
-        gl::thread.spares[index] = memory;
-    else
-        ::operator delete(memory);
+void RecycledMemory::deallocate(void* memory, std::size_t numSteps) noexcept {
+    gl::InlinedMemory::deallocate(memory, numSteps);
 }
 
 } // namespace vellis::detail

@@ -1,21 +1,11 @@
 #pragma once
 
-#include <cstddef>
+#include <vellis/detail/recycling_allocator.hpp>
 
 /// What a thread has in use, and what it keeps until it ends.
 namespace vellis::gl {
 
 class ContextState;
-
-/// An object of a type that only its owner knows, and how to destroy it.
-struct Kept {
-    void* object;
-    void (*destroy)(void* object);
-};
-
-/// How many sizes of memory a thread keeps, in steps of spareStep bytes: see allocateRecycled.
-constexpr std::size_t numSpares = 9;
-constexpr std::size_t spareStep = 16;
 
 /// What belongs to one thread. Draws compare with the first members, so these hold what the Context
 /// in use says of itself; the others are its own.
@@ -38,10 +28,8 @@ struct Thread {
     ContextState* state;
     /// Whether what the thread keeps is released when it ends.
     enum class End : unsigned char { NotSeenTo, SeenTo, Past } end;
-    /// What programs hand out where they have no uniform.
-    Kept inertUniforms;
-    /// Memory of released objects, for the next of that size.
-    void* spares[numSpares];
+    /// Memory of released objects, for the next of as many steps.
+    void* spares[detail::mostRecycledSteps];
 };
 
 /// In place of an index while nothing that was made can be used: of a Context that is gone, or that

@@ -1,8 +1,7 @@
 /// What every draw does with a program: binding, unbinding, drawing.
 ///
-/// This is shaped by measurement. Binding tells a program that holds no binding, as between any two
-/// draws, from one that does, so that the code which releases a binding stands elsewhere; and what
-/// is unbound is released behind GL's calls. The benchmarks draw/handles and
+/// This is shaped by measurement. Binding tells what nearly every draw has from all else, which
+/// stands elsewhere; what is unbound is released behind GL's calls. The benchmarks draw/handles and
 /// draw/values show it.
 
 #include <vellis/shading/program.hpp>
@@ -14,40 +13,37 @@
 #include "drawing/vertex_attributes_binding_inlined.hpp"
 
 namespace vellis {
-namespace {
-
-/// Whether a pointer shares in owning anything. Unlike a count, the compiler sees through this
-/// comparison: behind it, it knows whether there is anything to release.
-bool ownsAnything(const std::shared_ptr<VertexAttributesBinding>& pointer) {
-    return std::shared_ptr<VertexAttributesBinding>().owner_before(pointer);
-}
-
-} // namespace
 
 void Program::bind() const {
-    bound_ = true;
-    glUseProgram(gl::nameHere(gl::Kind::Program, group_, id_));
+    usage_.setBound(true);
+    if (gl::isHere(gl::Kind::Program, usage_.group()))
+        glUseProgram(id_);
+    else
+        bindNothing();
 }
 
 void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
-    if (ownsAnything(attributesBinding_) || !gl::isHere(gl::Kind::Program, group_)) {
+    using Binding = VertexAttributesBinding::Inlined;
+    const VertexAttributesBinding* const bound = binding.get();
+    if (!usage_.isUnusedIn(&gl::thread.group) || bound == nullptr || !Binding::exists(*bound)) {
         rebind(binding);
         return;
     }
-    // Empty, it has nothing to release, and the code for that is not in the way of each draw.
-    attributesBinding_ = binding;
-    bound_ = true;
+    usage_.holdBound(binding);
     glUseProgram(id_);
-    if (attributesBinding_ != nullptr)
-        VertexAttributesBinding::Inlined::bind(*attributesBinding_);
+    Binding::bindExisting(*bound);
+}
+
+VELLIS_COLD void Program::bindNothing() const {
+    glUseProgram(gl::refuse(gl::Kind::Program));
 }
 
 VELLIS_COLD void Program::rebind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
     bind();
-    attributesBinding_ = binding;
-    if (attributesBinding_ != nullptr)
-        VertexAttributesBinding::Inlined::bind(*attributesBinding_);
-    if (!gl::isHere(gl::Kind::Program, group_))
+    usage_.hold(binding);
+    if (binding != nullptr)
+        VertexAttributesBinding::Inlined::bind(*binding);
+    if (!exists())
         gl::thread.binding = gl::refusedBinding;
 }
 
@@ -56,12 +52,12 @@ void Program::bind(const Drawable& drawable) const {
 }
 
 void Program::unbind() const {
-    bound_ = false;
-    if (attributesBinding_ != nullptr) {
-        const std::shared_ptr<VertexAttributesBinding> unbound = std::move(attributesBinding_);
-        VertexAttributesBinding::Inlined::unbind();
-    } else if (gl::thread.binding == gl::refusedBinding) {
-        gl::thread.binding = nullptr;
+    if (usage_.isHolding()) {
+        usage_.releaseUnbound([] { VertexAttributesBinding::Inlined::unbind(); });
+    } else {
+        usage_.setBound(false);
+        if (gl::thread.binding == gl::refusedBinding)
+            gl::thread.binding = nullptr;
     }
     glUseProgram(0);
 }

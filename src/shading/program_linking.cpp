@@ -77,7 +77,7 @@ std::shared_ptr<Program> Program::make(const char* vertexSource, const char* fra
 
 Program::Program() : Program(glCreateProgram()) {}
 
-Program::Program(unsigned int id) : id_(id), group_(gl::indexHere(gl::Kind::Program)) {}
+Program::Program(unsigned int id) : id_(id), usage_(gl::indexHere(gl::Kind::Program)) {}
 
 Program::Program(const std::shared_ptr<VertexShader>& vertexShader,
                  const std::shared_ptr<FragmentShader>& fragmentShader)

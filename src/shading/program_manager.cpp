@@ -25,10 +25,12 @@ const std::shared_ptr<Program>& none() {
 } // namespace
 
 ProgramManager& ProgramManager::instance() {
-    const auto make = [] { return detail::Lasting([] { return ProgramManager(); }); };
+    struct Instance : detail::Lasting<ProgramManager> {
+        Instance() : Lasting([] { return ProgramManager(); }) {}
+    };
     if (gl::thread.state != nullptr)
-        return *gl::thread.state->at(gl::Slot::Programs, make);
-    static detail::Lasting manager = make();
+        return *gl::thread.state->at<Instance>(gl::Slot::Programs);
+    static Instance manager;
     detail::AtExit<Registry>::arm();
     return *manager;
 }

@@ -30,7 +30,7 @@ using AllRemembered = std::array<Remembered, std::size(trackedStates)>;
 AllRemembered& remembered() {
     static AllRemembered ofProcess;
     if (gl::thread.state != nullptr)
-        return gl::thread.state->at(gl::Slot::TrackedStates, [] { return AllRemembered(); });
+        return gl::thread.state->at<AllRemembered>(gl::Slot::TrackedStates);
     return ofProcess;
 }
 

@@ -4,6 +4,10 @@
 
 namespace vellis {
 
+namespace detail {
+struct AttributeRecorder;
+}
+
 /// How often the data of a buffer change. With BufferAccess it makes the GL usage hint:
 /// `Static` and `Draw` give `GL_STATIC_DRAW`.
 enum class BufferUsage : unsigned int {
@@ -126,8 +130,16 @@ protected:
     void unmap(bool flush);
 
 private:
+    friend struct detail::AttributeRecorder;
+
+    /// Some of it for the library's own sources.
+    struct Inlined;
+
     /// Makes a store of `numBytes_` bytes, and fills it unless \p data is null.
     void allocate(const void* data);
+
+    /// Binds 0 in place of a buffer that does not exist.
+    VELLIS_NO_EXPORT void bindNothing() const;
 
     /// The same, and where it does not exist binds 0.
     VELLIS_NO_EXPORT bool isUsable() const;

@@ -18,55 +18,77 @@ inline constexpr bool recyclesMemory = !__has_feature(address_sanitizer);
 inline constexpr bool recyclesMemory = true;
 #endif
 
-/// Memory for an object: that of the last one of about its size that was released on this thread,
-/// or else some from the heap.
-VELLIS_DIRECT VELLIS_EXPORT void* allocateRecycled(std::size_t size);
+/// Memory comes in steps of so many bytes, and is kept up to so many steps.
+/// @{
+inline constexpr std::size_t recycledStep = 16;
+inline constexpr std::size_t mostRecycledSteps = 8;
+/// @}
 
-/// Keeps the memory of an object of that size for the next one on this thread, unless some is kept
-/// already. What a thread keeps goes when it ends, or with the library.
-VELLIS_DIRECT VELLIS_EXPORT void deallocateRecycled(void* memory, std::size_t size) noexcept;
+/// What each thread keeps of released memory: that of one object of each number of steps.
+struct VELLIS_EXPORT RecycledMemory {
+    /// The memory that is kept, or else some from the heap.
+    VELLIS_DIRECT static void* allocate(std::size_t numSteps);
 
-/// An allocator for `std::allocate_shared` that keeps the memory of one released object of each
-/// size for the next: drawables and their bindings come and go with each picture. The benchmark
+    /// Keeps memory of that many steps, unless some is kept already. It goes when the thread ends,
+    /// or with the library.
+    VELLIS_DIRECT static void deallocate(void* memory, std::size_t numSteps) noexcept;
+};
+
+/// An allocator for `std::allocate_shared` that keeps the memory of a released object for the next
+/// of its size: drawables and their bindings come and go with each picture. The benchmark
 /// drawable/make takes nothing from the heap then, and is above its limit on a driver without. It
 /// takes no lock: each thread keeps its own.
-template <class T>
+///
+/// \tparam Memory  RecycledMemory, or what does the same.
+template <class T, class Memory = RecycledMemory>
 class VELLIS_NO_EXPORT RecyclingAllocator {
     static_assert(alignof(T) <= alignof(std::max_align_t), "memory as operator new gives it");
 
 public:
     using value_type = T; ///< what the memory is for
 
+    /// The same for another type.
+    template <class Other>
+    struct rebind {
+        using other = RecyclingAllocator<Other, Memory>; ///< that one
+    };
+
     RecyclingAllocator() = default;
 
     /// All are equal.
     template <class Other>
-    RecyclingAllocator(const RecyclingAllocator<Other>&) noexcept {}
+    RecyclingAllocator(const RecyclingAllocator<Other, Memory>&) noexcept {}
 
     /// The memory that is kept, or else some from the heap.
     T* allocate(std::size_t count) {
-        if (recyclesMemory && count == 1)
-            return static_cast<T*>(allocateRecycled(sizeof(T)));
+        if (isKept && count == 1)
+            return static_cast<T*>(Memory::allocate(numSteps));
         return std::allocator<T>().allocate(count);
     }
 
     /// Keeps the memory, unless some of its size is kept already.
     void deallocate(T* memory, std::size_t count) noexcept {
-        if (recyclesMemory && count == 1)
-            deallocateRecycled(memory, sizeof(T));
+        if (isKept && count == 1)
+            Memory::deallocate(memory, numSteps);
         else
             std::allocator<T>().deallocate(memory, count);
     }
+
+private:
+    static constexpr std::size_t numSteps = (sizeof(T) + recycledStep - 1) / recycledStep;
+    static constexpr bool isKept = recyclesMemory && numSteps <= mostRecycledSteps;
 };
 
 /// All are equal, whatever they are for: what one allocates any other can deallocate.
 /// @{
-template <class T, class Other>
-bool operator==(const RecyclingAllocator<T>&, const RecyclingAllocator<Other>&) noexcept {
+template <class T, class Other, class Memory>
+bool operator==(const RecyclingAllocator<T, Memory>&,
+                const RecyclingAllocator<Other, Memory>&) noexcept {
     return true;
 }
-template <class T, class Other>
-bool operator!=(const RecyclingAllocator<T>&, const RecyclingAllocator<Other>&) noexcept {
+template <class T, class Other, class Memory>
+bool operator!=(const RecyclingAllocator<T, Memory>&,
+                const RecyclingAllocator<Other, Memory>&) noexcept {
     return false;
 }
 /// @}

@@ -71,9 +71,13 @@ public:
     /// Draws a line for each two points.
     static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
                           const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                          const glm::mat4& mvp);
+                          const glm::mat4& mvp) {
+        drawFlat(lines, color, first, count, buffer.get(), 2, mvp);
+    }
     static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                          const glm::vec2* points, const glm::mat4& mvp);
+                          const glm::vec2* points, const glm::mat4& mvp) {
+        drawFlat(lines, color, first, count, numbers(points), 2, mvp);
+    }
     static void drawLines(const glm::vec4& color, unsigned int count, const glm::vec2* points,
                           const glm::mat4& mvp) {
         drawLines(color, 0, count, points, mvp);
@@ -84,9 +88,13 @@ public:
     }
     static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
                           const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                          const glm::mat4& mvp);
+                          const glm::mat4& mvp) {
+        drawFlat(lines, color, first, count, buffer.get(), 3, mvp);
+    }
     static void drawLines(const glm::vec4& color, unsigned int first, unsigned int count,
-                          const glm::vec3* points, const glm::mat4& mvp);
+                          const glm::vec3* points, const glm::mat4& mvp) {
+        drawFlat(lines, color, first, count, numbers(points), 3, mvp);
+    }
     static void drawLines(const glm::vec4& color, unsigned int count, const glm::vec3* points,
                           const glm::mat4& mvp) {
         drawLines(color, 0, count, points, mvp);
@@ -106,9 +114,13 @@ public:
     /// Draws a line through the points.
     static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                               const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                              const glm::mat4& mvp);
+                              const glm::mat4& mvp) {
+        drawFlat(lineStrip, color, first, count, buffer.get(), 2, mvp);
+    }
     static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const glm::vec2* points, const glm::mat4& mvp);
+                              const glm::vec2* points, const glm::mat4& mvp) {
+        drawFlat(lineStrip, color, first, count, numbers(points), 2, mvp);
+    }
     static void drawLineStrip(const glm::vec4& color, unsigned int count, const glm::vec2* points,
                               const glm::mat4& mvp) {
         drawLineStrip(color, 0, count, points, mvp);
@@ -119,9 +131,13 @@ public:
     }
     static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                               const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                              const glm::mat4& mvp);
+                              const glm::mat4& mvp) {
+        drawFlat(lineStrip, color, first, count, buffer.get(), 3, mvp);
+    }
     static void drawLineStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                              const glm::vec3* points, const glm::mat4& mvp);
+                              const glm::vec3* points, const glm::mat4& mvp) {
+        drawFlat(lineStrip, color, first, count, numbers(points), 3, mvp);
+    }
     static void drawLineStrip(const glm::vec4& color, unsigned int count, const glm::vec3* points,
                               const glm::mat4& mvp) {
         drawLineStrip(color, 0, count, points, mvp);
@@ -141,9 +157,13 @@ public:
     /// Draws a line through the points and back to the first.
     static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
                              const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                             const glm::mat4& mvp);
+                             const glm::mat4& mvp) {
+        drawFlat(lineLoop, color, first, count, buffer.get(), 2, mvp);
+    }
     static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                             const glm::vec2* points, const glm::mat4& mvp);
+                             const glm::vec2* points, const glm::mat4& mvp) {
+        drawFlat(lineLoop, color, first, count, numbers(points), 2, mvp);
+    }
     static void drawLineLoop(const glm::vec4& color, unsigned int count, const glm::vec2* points,
                              const glm::mat4& mvp) {
         drawLineLoop(color, 0, count, points, mvp);
@@ -154,9 +174,13 @@ public:
     }
     static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
                              const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                             const glm::mat4& mvp);
+                             const glm::mat4& mvp) {
+        drawFlat(lineLoop, color, first, count, buffer.get(), 3, mvp);
+    }
     static void drawLineLoop(const glm::vec4& color, unsigned int first, unsigned int count,
-                             const glm::vec3* points, const glm::mat4& mvp);
+                             const glm::vec3* points, const glm::mat4& mvp) {
+        drawFlat(lineLoop, color, first, count, numbers(points), 3, mvp);
+    }
     static void drawLineLoop(const glm::vec4& color, unsigned int count, const glm::vec3* points,
                              const glm::mat4& mvp) {
         drawLineLoop(color, 0, count, points, mvp);
@@ -176,9 +200,13 @@ public:
     /// Draws a triangle for each point from the third on, with the first and the one before it.
     static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
                                 const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                                const glm::mat4& mvp);
+                                const glm::mat4& mvp) {
+        drawFlat(triangleFan, color, first, count, buffer.get(), 2, mvp);
+    }
     static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const glm::vec2* points, const glm::mat4& mvp);
+                                const glm::vec2* points, const glm::mat4& mvp) {
+        drawFlat(triangleFan, color, first, count, numbers(points), 2, mvp);
+    }
     static void drawTriangleFan(const glm::vec4& color, unsigned int count, const glm::vec2* points,
                                 const glm::mat4& mvp) {
         drawTriangleFan(color, 0, count, points, mvp);
@@ -189,9 +217,13 @@ public:
     }
     static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
                                 const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                                const glm::mat4& mvp);
+                                const glm::mat4& mvp) {
+        drawFlat(triangleFan, color, first, count, buffer.get(), 3, mvp);
+    }
     static void drawTriangleFan(const glm::vec4& color, unsigned int first, unsigned int count,
-                                const glm::vec3* points, const glm::mat4& mvp);
+                                const glm::vec3* points, const glm::mat4& mvp) {
+        drawFlat(triangleFan, color, first, count, numbers(points), 3, mvp);
+    }
     static void drawTriangleFan(const glm::vec4& color, unsigned int count, const glm::vec3* points,
                                 const glm::mat4& mvp) {
         drawTriangleFan(color, 0, count, points, mvp);
@@ -211,9 +243,13 @@ public:
     /// Draws a triangle for each point from the third on, with the two before it.
     static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                                   const std::shared_ptr<VertexAttributeBuffer<glm::vec2>>& buffer,
-                                  const glm::mat4& mvp);
+                                  const glm::mat4& mvp) {
+        drawFlat(triangleStrip, color, first, count, buffer.get(), 2, mvp);
+    }
     static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                  const glm::vec2* points, const glm::mat4& mvp);
+                                  const glm::vec2* points, const glm::mat4& mvp) {
+        drawFlat(triangleStrip, color, first, count, numbers(points), 2, mvp);
+    }
     static void drawTriangleStrip(const glm::vec4& color, unsigned int count,
                                   const glm::vec2* points, const glm::mat4& mvp) {
         drawTriangleStrip(color, 0, count, points, mvp);
@@ -224,9 +260,13 @@ public:
     }
     static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
                                   const std::shared_ptr<VertexAttributeBuffer<glm::vec3>>& buffer,
-                                  const glm::mat4& mvp);
+                                  const glm::mat4& mvp) {
+        drawFlat(triangleStrip, color, first, count, buffer.get(), 3, mvp);
+    }
     static void drawTriangleStrip(const glm::vec4& color, unsigned int first, unsigned int count,
-                                  const glm::vec3* points, const glm::mat4& mvp);
+                                  const glm::vec3* points, const glm::mat4& mvp) {
+        drawFlat(triangleStrip, color, first, count, numbers(points), 3, mvp);
+    }
     static void drawTriangleStrip(const glm::vec4& color, unsigned int count,
                                   const glm::vec3* points, const glm::mat4& mvp) {
         drawTriangleStrip(color, 0, count, points, mvp);
@@ -329,6 +369,31 @@ public:
 
 private:
     Toolbox() = default;
+
+    /// \name GL's primitives
+    /// @{
+    static constexpr unsigned int lines = 0x0001;
+    static constexpr unsigned int lineLoop = 0x0002;
+    static constexpr unsigned int lineStrip = 0x0003;
+    static constexpr unsigned int triangleStrip = 0x0005;
+    static constexpr unsigned int triangleFan = 0x0006;
+    /// @}
+
+    /// Draws points of 2 or 3 \p dimensions in one colour: those of a buffer, or plain numbers.
+    /// @{
+    static void drawFlat(unsigned int primitive, const glm::vec4& color, unsigned int first,
+                         unsigned int count, const VertexBuffer* buffer, unsigned int dimensions,
+                         const glm::mat4& mvp);
+    static void drawFlat(unsigned int primitive, const glm::vec4& color, unsigned int first,
+                         unsigned int count, const float* points, unsigned int dimensions,
+                         const glm::mat4& mvp);
+    /// @}
+
+    /// Points as plain numbers; null for null.
+    template <class V>
+    static const float* numbers(const V* points) {
+        return points != nullptr ? &points->x : nullptr;
+    }
 
     template <class V>
     static unsigned int countOf(std::initializer_list<V> points) {

@@ -8,6 +8,10 @@ namespace vellis {
 
 class Program;
 
+namespace detail {
+struct AttributeRecorder;
+}
+
 /// A GL vertex array object: which buffers feed which attributes of a program, and which element
 /// buffer is bound. Program::beginAttributesBinding and Program::finishAttributesBinding make one;
 /// a Drawable keeps it.
@@ -46,6 +50,7 @@ protected:
 
 private:
     friend class Program;
+    friend struct detail::AttributeRecorder;
 
     /// bind and unbind for the library's own sources.
     struct Inlined;

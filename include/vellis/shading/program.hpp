@@ -6,11 +6,13 @@
 #include <iosfwd> // declares std::string: who hands one over or takes one includes <string>
 #include <limits>
 #include <memory>
+#include <new>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include <vellis/detail/hot.hpp>
+#include <vellis/detail/per_thread.hpp>
 #include <vellis/detail/use.hpp>
 #include <vellis/drawing/drawable.hpp>
 #include <vellis/export.hpp>
@@ -24,6 +26,8 @@ class Texture;
 class Toolbox;
 
 namespace detail {
+
+struct AttributeRecorder;
 
 /// What a pointer points to.
 /// @{
@@ -174,7 +178,7 @@ public:
     VELLIS_HOT void unbind() const;
 
     /// True between bind and unbind. GL is not asked.
-    bool isBound() const { return bound_; }
+    bool isBound() const { return usage_.isBound(); }
 
     /// Draws \p count vertices of \p drawable from \p first on; a \p count of 0 means all that
     /// remain. In this order: `glUseProgram`, `glBindVertexArray` with the drawable's binding, the
@@ -355,14 +359,99 @@ protected:
 
 private:
     friend class Toolbox;
+    friend struct detail::AttributeRecorder;
     struct Variables;
     class Proxy;
 
-    // These stand beside the name, so that bind and unbind touch one cache line: see
-    // detail/hot.hpp.
-    mutable bool bound_ = false;
-    unsigned int group_; ///< where it exists: see gl/names.hpp
-    mutable std::shared_ptr<VertexAttributesBinding> attributesBinding_;
+    /// Where a program exists, whether it is bound, and the binding that it keeps meanwhile. It
+    /// stands beside the name, so that bind and unbind touch one cache line: see detail/hot.hpp.
+    class Usage {
+    public:
+        /// Of a program that exists there: see gl/names.hpp.
+        explicit Usage(unsigned int group) : group_(group) {}
+
+        /// Copies share the binding.
+        /// @{
+        Usage(const Usage& other) : group_(other.group_), flags_(other.flags_ & bound) {
+            hold(other.binding());
+        }
+        Usage& operator=(const Usage& other) {
+            group_ = other.group_;
+            hold(other.binding());
+            setBound(other.isBound());
+            return *this;
+        }
+        /// @}
+        ~Usage() { release(); }
+
+        unsigned int group() const { return group_; }
+
+        bool isBound() const { return (flags_ & bound) != 0; }
+        void setBound(bool on) { flags_ = on ? flags_ | bound : flags_ & ~bound; }
+
+        /// Whether the program exists in the group of that index, is not bound, and keeps nothing:
+        /// one comparison with that index and a 0 behind it.
+        bool isUnusedIn(const unsigned int* group) const {
+            return std::memcmp(&group_, group, 2 * sizeof(group_)) == 0;
+        }
+
+        /// Binds what keeps nothing, and keeps a binding.
+        void holdBound(const std::shared_ptr<VertexAttributesBinding>& binding) {
+            new (&binding_) std::shared_ptr<VertexAttributesBinding>(binding);
+            flags_ = bound | holding;
+        }
+
+        /// Keeps another binding, or nothing where it is empty.
+        void hold(std::shared_ptr<VertexAttributesBinding> binding) {
+            release();
+            if (binding == nullptr)
+                return;
+            new (&binding_) std::shared_ptr<VertexAttributesBinding>(std::move(binding));
+            flags_ |= holding;
+        }
+
+        /// The binding that is kept, which is not empty, or an empty one.
+        std::shared_ptr<VertexAttributesBinding> binding() const {
+            return isHolding() ? binding_ : nullptr;
+        }
+        bool isHolding() const { return (flags_ & holding) != 0; }
+
+        /// Hands over the binding that is kept, or an empty one.
+        std::shared_ptr<VertexAttributesBinding> take() {
+            if (!isHolding())
+                return nullptr;
+            auto taken = std::move(binding_);
+            release();
+            return taken;
+        }
+
+        /// Lets go of the binding.
+        void release() {
+            if (!isHolding())
+                return;
+            flags_ &= ~holding;
+            binding_.~shared_ptr();
+        }
+
+        /// Unbinds and lets go of the binding that is kept, behind a call of \p unbindBinding.
+        template <class Unbind>
+        void releaseUnbound(Unbind unbindBinding) {
+            flags_ = 0;
+            unbindBinding();
+            binding_.~shared_ptr();
+        }
+
+    private:
+        static constexpr unsigned int bound = 1;
+        static constexpr unsigned int holding = 2;
+
+        alignas(2 * sizeof(unsigned int)) unsigned int group_;
+        unsigned int flags_ = 0;
+        union {
+            std::shared_ptr<VertexAttributesBinding> binding_; ///< there while it is kept
+        };
+    };
+    mutable Usage usage_;
 
     /// One of that name, which GL made elsewhere.
     VELLIS_NO_EXPORT explicit Program(unsigned int id);
@@ -417,7 +506,11 @@ private:
     /// Whether the program exists in the Context in use.
     bool exists() const;
 
-    /// bind where another binding is still bound through this program, or where it does not exist.
+    /// bind where the program does not exist.
+    VELLIS_NO_EXPORT void bindNothing() const;
+
+    /// bind in other cases than a draw's: the program is bound, keeps a binding or does not exist,
+    /// the binding is empty or does not exist.
     VELLIS_NO_EXPORT void rebind(const std::shared_ptr<VertexAttributesBinding>& binding) const;
 
     /// The handle of that name, or null; a null name finds nothing. The compiler measures a name
@@ -473,17 +566,14 @@ private:
     /// no such name, it goes nowhere.
     VELLIS_COLD int findUnkept(const char* name, bool hasHandles) const;
 
-    /// A handle with location -1 and its first value.
+    /// A handle with location -1 and its first value; each thread has its own.
     template <class T>
     static Uniform<T>& inert() {
-        const auto make = [] { return std::unique_ptr<UniformVariable>(new Uniform<T>(-1)); };
-        return static_cast<Uniform<T>&>(inert(detail::UniformType<T>::value, make)) =
-                   Uniform<T>(-1);
+        using Handle = detail::PerThread<Uniform<T>>;
+        if constexpr ((detail::UniformType<T>::value & detail::uniformArray) != 0)
+            Handle::releaseAtEnd(); // what callers store in it
+        return Handle::set(Uniform<T>(-1));
     }
-
-    /// The handle of that type that this thread keeps, which \p make makes on first use.
-    VELLIS_COLD static UniformVariable& inert(unsigned int type,
-                                              std::unique_ptr<UniformVariable> (*make)());
 
     VELLIS_NO_EXPORT void gl_link();
     VELLIS_NO_EXPORT void initUniforms();
