@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include <vellis/detail/use.hpp>
 #include <vellis/gl.hpp>
 
 #include "buffers/buffer_object_inlined.hpp"
@@ -49,8 +48,8 @@ struct AttributeRecorder {
         return fewest;
     }
 
-    /// Makes the binding and binds it, as Program::beginAttributesBinding does, whose program need
-    /// not keep it: nothing in between lets it go.
+    /// Makes a binding and binds it, as Program::beginAttributesBinding does; but nothing lets go
+    /// of it in between, so that the program need not keep it.
     static std::shared_ptr<VertexAttributesBinding> begin(const Program& program) {
         auto binding = VertexAttributesBinding::make();
         program.usage_.release();
@@ -59,6 +58,21 @@ struct AttributeRecorder {
     }
 
     static void finish() { VertexAttributesBinding::Inlined::unbind(); }
+
+    /// The use of a program that keeps no binding meanwhile.
+    class Use {
+    public:
+        explicit Use(const Program& program) : program_(program) { program.bind(); }
+        ~Use() {
+            program_.usage_.setBound(false);
+            glUseProgram(0);
+        }
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+
+    private:
+        const Program& program_;
+    };
 };
 
 unsigned int record(const Program* program, const AttributeSource* attributes, std::size_t count,
@@ -66,7 +80,7 @@ unsigned int record(const Program* program, const AttributeSource* attributes, s
     using Recorder = AttributeRecorder;
     if (program == nullptr)
         return Recorder::countVertices(attributes, count, [](const AttributeSource&) {});
-    const Use<Program> use(*program);
+    const Recorder::Use use(*program);
     binding = Recorder::begin(*program);
     const unsigned int numVertices =
         Recorder::countVertices(attributes, count, Recorder::bindAttribute);

@@ -38,14 +38,12 @@ unsigned int VertexAttributesBinding::id() const {
 
 VELLIS_COLD void VertexAttributesBinding::Inlined::refuse() {
     gl::refuse(gl::Kind::VertexArray);
-    if (glBindVertexArray == nullptr)
-        return;
     gl::thread.binding = gl::refusedBinding;
-    glBindVertexArray(0);
+    bind(0u);
 }
 
 const void* VertexAttributesBinding::current() {
-    return gl::thread.binding;
+    return glBindVertexArray != nullptr ? gl::thread.binding : nullptr;
 }
 
 } // namespace vellis

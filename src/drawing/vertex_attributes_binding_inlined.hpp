@@ -23,12 +23,19 @@ struct VertexAttributesBinding::Inlined {
         return gl::isHere(gl::Kind::VertexArray, binding.context_);
     }
 
-    static void bindExisting(const VertexAttributesBinding& binding) {
-        if (glBindVertexArray == nullptr)
-            return;
+    static void bindExisting(const VertexAttributesBinding& binding) { bind(setCurrent(binding)); }
+
+    /// bindExisting in two parts: the first gives the name for the second.
+    /// @{
+    static unsigned int setCurrent(const VertexAttributesBinding& binding) {
         gl::thread.binding = &binding;
-        glBindVertexArray(binding.id_);
+        return binding.id_;
     }
+    static void bind(unsigned int name) {
+        if (glBindVertexArray != nullptr)
+            glBindVertexArray(name);
+    }
+    /// @}
 
     /// Binds 0, and lets nothing be drawn.
     VELLIS_COLD static void refuse();

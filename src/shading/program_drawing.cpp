@@ -30,8 +30,9 @@ void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) cons
         return;
     }
     usage_.holdBound(binding);
+    const unsigned int name = Binding::setCurrent(*bound); // what GL's calls need not outlast
     glUseProgram(id_);
-    Binding::bindExisting(*bound);
+    Binding::bind(name);
 }
 
 VELLIS_COLD void Program::bindNothing() const {
@@ -52,14 +53,19 @@ void Program::bind(const Drawable& drawable) const {
 }
 
 void Program::unbind() const {
-    if (usage_.isHolding()) {
+    if (usage_.isHoldingBound())
         usage_.releaseUnbound([] { VertexAttributesBinding::Inlined::unbind(); });
-    } else {
-        usage_.setBound(false);
-        if (gl::thread.binding == gl::refusedBinding)
-            gl::thread.binding = nullptr;
-    }
+    else
+        unbindOther();
     glUseProgram(0);
+}
+
+VELLIS_COLD void Program::unbindOther() const {
+    usage_.setBound(false);
+    if (usage_.isHolding())
+        usage_.releaseUnbound([] { VertexAttributesBinding::Inlined::unbind(); });
+    else if (gl::thread.binding == gl::refusedBinding)
+        gl::thread.binding = nullptr;
 }
 
 void Program::draw(const Drawable& drawable, unsigned int first, unsigned int count) const {

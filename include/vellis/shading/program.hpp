@@ -414,15 +414,15 @@ private:
         std::shared_ptr<VertexAttributesBinding> binding() const {
             return isHolding() ? binding_ : nullptr;
         }
+        bool isHoldingBound() const { return flags_ == (bound | holding); }
         bool isHolding() const { return (flags_ & holding) != 0; }
 
         /// Hands over the binding that is kept, or an empty one.
         std::shared_ptr<VertexAttributesBinding> take() {
             if (!isHolding())
                 return nullptr;
-            auto taken = std::move(binding_);
-            release();
-            return taken;
+            flags_ &= ~holding;
+            return std::move(binding_);
         }
 
         /// Lets go of the binding.
@@ -437,8 +437,8 @@ private:
         template <class Unbind>
         void releaseUnbound(Unbind unbindBinding) {
             flags_ = 0;
+            const std::shared_ptr<VertexAttributesBinding> released = std::move(binding_);
             unbindBinding();
-            binding_.~shared_ptr();
         }
 
     private:
@@ -508,6 +508,9 @@ private:
 
     /// bind where the program does not exist.
     VELLIS_NO_EXPORT void bindNothing() const;
+
+    /// What unbind does with the binding in other cases than a draw's.
+    VELLIS_NO_EXPORT void unbindOther() const;
 
     /// bind in other cases than a draw's: the program is bound, keeps a binding or does not exist,
     /// the binding is empty or does not exist.
