@@ -255,6 +255,18 @@ TEST(OffscreenSharing, IsRefusedBetweenPlatforms) {
                      "on the same one.");
 }
 
+TEST(OffscreenSharing, IsRefusedBetweenDisplays) {
+    offscreen::Settings settings{16, 16, offscreen::Platform::EglSurfaceless};
+    std::string error;
+    const auto surfaceless = offscreen::Context::open(settings, error);
+    settings.platform = offscreen::Platform::EglDevice;
+    if (surfaceless == nullptr || offscreen::Context::open(settings, error) == nullptr)
+        GTEST_SKIP() << "there are no two displays here: " << error;
+    settings.sharing = surfaceless.get();
+    EXPECT_EQ(offscreen::Context::open(settings, error), nullptr);
+    EXPECT_THAT(error, HasSubstr("the context whose objects are to be shared is on another"));
+}
+
 TEST(OffscreenThreads, AContextIsHandedToAnotherThread) {
     const auto context = openSharing(nullptr);
     ASSERT_NE(context, nullptr);

@@ -30,7 +30,8 @@ public:
 };
 
 /// Makes a listener the one of this thread; none, where it is null. A thread begins without one:
-/// its calls give 0 or null. \return false where it is another thread's: all stays as it was.
+/// its calls give 0 or null, then.
+/// \return false where it is another thread's: all stays as it was.
 bool makeCurrent(CallListener* listener);
 
 /// The listener of this thread, or null.
