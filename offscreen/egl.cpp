@@ -145,17 +145,23 @@ public:
             egl_.eglDestroyContext(display_, context_);
     }
 
+    /// The client API is a setting of each thread, and OpenGL ES where nobody has set it.
     bool makeCurrent() override {
-        return egl_.eglMakeCurrent(display_, surface_, surface_, context_) == EGL_TRUE;
+        return egl_.eglBindAPI(EGL_OPENGL_API) == EGL_TRUE &&
+               egl_.eglMakeCurrent(display_, surface_, surface_, context_) == EGL_TRUE;
     }
 
     void release() override {
+        egl_.eglBindAPI(EGL_OPENGL_API);
         egl_.eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     }
 
+    EGLDisplay display() const { return display_; }
+
     /// Makes the context and makes it current.
+    /// \param sharing  Whose objects it shares, on the same display; or null.
     /// \return empty, or why that failed.
-    std::string create(const Settings& settings) {
+    std::string create(const Settings& settings, const EglContext* sharing) {
         const EGLConfig config = chooseConfig();
         if (config == nullptr)
             return "it has no pbuffers for OpenGL with RGBA8, depth 24, stencil 8";
@@ -164,7 +170,8 @@ public:
         surface_ = egl_.eglCreatePbufferSurface(display_, config, size);
         if (surface_ == EGL_NO_SURFACE)
             return "eglCreatePbufferSurface: " + egl_.latestError();
-        context_ = egl_.eglCreateContext(display_, config, EGL_NO_CONTEXT, nullptr);
+        context_ = egl_.eglCreateContext(
+            display_, config, sharing != nullptr ? sharing->context_ : EGL_NO_CONTEXT, nullptr);
         if (context_ == EGL_NO_CONTEXT)
             return "eglCreateContext: " + egl_.latestError();
         return makeCurrent() ? "" : "eglMakeCurrent: " + egl_.latestError();
@@ -201,9 +208,14 @@ private:
 
 /// A current context on one display; where it is null, \p reason says why.
 std::unique_ptr<Context> openOn(const Candidate& candidate, const Egl& egl,
-                                const Settings& settings, std::string& reason) {
+                                const Settings& settings, const EglContext* sharing,
+                                std::string& reason) {
     if (candidate.display == EGL_NO_DISPLAY) {
         reason = "there is none";
+        return nullptr;
+    }
+    if (sharing != nullptr && sharing->display() != candidate.display) {
+        reason = "the context whose objects are to be shared is on another";
         return nullptr;
     }
     if (egl.eglInitialize(candidate.display, nullptr, nullptr) != EGL_TRUE) {
@@ -215,7 +227,7 @@ std::unique_ptr<Context> openOn(const Candidate& candidate, const Egl& egl,
         return nullptr;
     }
     auto context = std::make_unique<EglContext>(egl, candidate.display);
-    reason = context->create(settings);
+    reason = context->create(settings, sharing);
     if (!reason.empty())
         return nullptr;
     return context;
@@ -229,10 +241,13 @@ std::unique_ptr<Context> openEgl(const Settings& settings, std::string& error) {
         error = "EGL cannot be used (" + egl.error() + "): " + installDriver;
         return nullptr;
     }
+    const EglContext* sharing = nullptr;
+    if (!readSharing(settings, sharing, error))
+        return nullptr;
     std::string reasons;
     for (const Candidate& candidate : candidatesFor(settings.platform, egl)) {
         std::string reason;
-        if (auto context = openOn(candidate, egl, settings, reason))
+        if (auto context = openOn(candidate, egl, settings, sharing, reason))
             return context;
         reasons += (reasons.empty() ? "" : "; ") + candidate.name + " display: " + reason;
     }

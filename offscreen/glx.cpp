@@ -1,7 +1,9 @@
 /// Contexts through GLX, on an X server. The few declarations of Xlib and GLX that are needed stand
 /// here, so that building needs no headers of X.
 
+#include <atomic>
 #include <cstdlib>
+#include <mutex>
 
 #include "platforms.hpp"
 #include "shared_library.hpp"
@@ -49,6 +51,7 @@ enum GlxAttribute : int {
 /// The functions of Xlib and GLX.
 class Glx {
 public:
+    int (*initThreads)() = nullptr;
     Display* (*openDisplay)(const char*) = nullptr;
     int (*closeDisplay)(Display*) = nullptr;
     int (*defaultScreen)(Display*) = nullptr;
@@ -64,6 +67,7 @@ public:
     GlxContext (*getCurrentContext)() = nullptr;
 
     Glx() : x11_("libX11.so.6"), gl_("libGL.so.1") {
+        x11_.find("XInitThreads", initThreads);
         x11_.find("XOpenDisplay", openDisplay);
         x11_.find("XCloseDisplay", closeDisplay);
         x11_.find("XDefaultScreen", defaultScreen);
@@ -77,6 +81,10 @@ public:
         gl_.find("glXDestroyContext", destroyContext);
         gl_.find("glXMakeContextCurrent", makeContextCurrent);
         gl_.find("glXGetCurrentContext", getCurrentContext);
+        // Before any other call of Xlib: contexts that share objects have one connection, whatever
+        // their threads.
+        if (initThreads != nullptr)
+            initThreads();
     }
 
     /// Why the functions cannot be used; empty where they can.
@@ -88,10 +96,13 @@ private:
 };
 
 /// Keeps errors of the X server from ending the process, as they do by default, and remembers the
-/// latest.
+/// latest. The handler is the process's: one thread at a time has a trap.
 class XErrorTrap {
 public:
-    explicit XErrorTrap(const Glx& glx) : glx_(glx), before_(glx.setErrorHandler(note)) {
+    explicit XErrorTrap(const Glx& glx)
+        : lock_(mutex_),
+          glx_(glx),
+          before_(glx.setErrorHandler(note)) {
         latest_ = 0;
     }
     ~XErrorTrap() { glx_.setErrorHandler(before_); }
@@ -115,14 +126,33 @@ private:
         return 0;
     }
 
-    inline static int latest_ = 0;
+    inline static std::recursive_mutex mutex_; ///< traps nest
+    inline static std::atomic<int> latest_ = 0;
+    std::lock_guard<std::recursive_mutex> lock_;
     const Glx& glx_;
     XErrorHandler before_;
 };
 
+/// A connection to the X server; contexts that share objects have one.
+class Connection {
+public:
+    Connection(const Glx& glx, Display* opened) : display(opened), glx_(glx) {}
+    ~Connection() { glx_.closeDisplay(display); }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    Display* const display;
+
+private:
+    const Glx& glx_;
+};
+
 class GlxPbufferContext final : public Context {
 public:
-    GlxPbufferContext(const Glx& glx, Display* display) : glx_(glx), display_(display) {}
+    GlxPbufferContext(const Glx& glx, std::shared_ptr<const Connection> connection)
+        : glx_(glx),
+          connection_(std::move(connection)),
+          display_(connection_->display) {}
 
     ~GlxPbufferContext() override {
         if (context_ != nullptr && glx_.getCurrentContext() == context_)
@@ -131,7 +161,6 @@ public:
             glx_.destroyContext(display_, context_);
         if (pbuffer_ != 0)
             glx_.destroyPbuffer(display_, pbuffer_);
-        glx_.closeDisplay(display_);
     }
 
     bool makeCurrent() override {
@@ -142,9 +171,12 @@ public:
 
     void release() override { glx_.makeContextCurrent(display_, 0, 0, nullptr); }
 
+    const std::shared_ptr<const Connection>& connection() const { return connection_; }
+
     /// Makes the context and makes it current.
+    /// \param sharing  Whose objects it shares, on the same connection; or null.
     /// \return empty, or why that failed.
-    std::string create(const Settings& settings) {
+    std::string create(const Settings& settings, const GlxPbufferContext* sharing) {
         const XErrorTrap trap(glx_);
         const FbConfig config = chooseConfig();
         if (config == nullptr)
@@ -155,7 +187,8 @@ public:
         if (pbuffer_ == 0 || trap.caught(display_))
             return "glXCreatePbuffer: " + trap.message();
         constexpr int direct = 1;
-        context_ = glx_.createContext(display_, config, RgbaType, nullptr, direct);
+        context_ = glx_.createContext(display_, config, RgbaType,
+                                      sharing != nullptr ? sharing->context_ : nullptr, direct);
         if (context_ == nullptr || trap.caught(display_))
             return "glXCreateNewContext: " + trap.message();
         return makeCurrent() ? "" : "glXMakeContextCurrent: " + trap.message();
@@ -190,6 +223,7 @@ private:
     }
 
     const Glx& glx_;
+    std::shared_ptr<const Connection> connection_;
     Display* display_;
     Xid pbuffer_ = 0;
     GlxContext context_ = nullptr;
@@ -201,6 +235,12 @@ std::string displayName() {
     return name != nullptr ? "DISPLAY is \"" + std::string(name) + "\"" : "DISPLAY is not set";
 }
 
+/// A connection to the server that `$DISPLAY` names, or null.
+std::shared_ptr<const Connection> connect(const Glx& glx) {
+    Display* display = glx.openDisplay(nullptr);
+    return display != nullptr ? std::make_shared<const Connection>(glx, display) : nullptr;
+}
+
 } // namespace
 
 std::unique_ptr<Context> openGlx(const Settings& settings, std::string& error) {
@@ -210,14 +250,17 @@ std::unique_ptr<Context> openGlx(const Settings& settings, std::string& error) {
                 "): install it, for instance with `apt-get install libgl1 libx11-6`.";
         return nullptr;
     }
-    Display* display = glx.openDisplay(nullptr);
-    if (display == nullptr) {
+    const GlxPbufferContext* sharing = nullptr;
+    if (!readSharing(settings, sharing, error))
+        return nullptr;
+    const auto connection = sharing != nullptr ? sharing->connection() : connect(glx);
+    if (connection == nullptr) {
         error = "No X server can be reached (" + displayName() +
                 "): start one, for instance with `xvfb-run -a`, or choose the platform egl.";
         return nullptr;
     }
-    auto context = std::make_unique<GlxPbufferContext>(glx, display);
-    const std::string reason = context->create(settings);
+    auto context = std::make_unique<GlxPbufferContext>(glx, connection);
+    const std::string reason = context->create(settings, sharing);
     if (!reason.empty()) {
         error = "The X server gives no GL context (" + reason + "): " + installDriver;
         return nullptr;

@@ -56,7 +56,8 @@ const OsMesa& osMesa() {
 
 class OsMesaContext final : public Context {
 public:
-    explicit OsMesaContext(const Settings& settings)
+    /// \param sharing  Whose objects the context shares, or null.
+    OsMesaContext(const Settings& settings, const OsMesaContext* sharing)
         : width_(static_cast<GLsizei>(settings.width)),
           height_(static_cast<GLsizei>(settings.height)),
           pixels_(std::size_t{4} * settings.width * settings.height) {
@@ -69,7 +70,8 @@ public:
             End,
             // clang-format on
         };
-        context_ = osMesa().createContext(attributes, nullptr);
+        context_ =
+            osMesa().createContext(attributes, sharing != nullptr ? sharing->context_ : nullptr);
     }
 
     ~OsMesaContext() override {
@@ -105,7 +107,10 @@ std::unique_ptr<Context> openOsMesa(const Settings& settings, std::string& error
                 "): install it, for instance with `apt-get install libosmesa6`.";
         return nullptr;
     }
-    auto context = std::make_unique<OsMesaContext>(settings);
+    const OsMesaContext* sharing = nullptr;
+    if (!readSharing(settings, sharing, error))
+        return nullptr;
+    auto context = std::make_unique<OsMesaContext>(settings, sharing);
     if (!context->makeCurrent()) {
         error = "OSMesa gives no GL context with RGBA8, depth 24, stencil 8: " +
                 std::string(installDriver);

@@ -48,8 +48,9 @@ public:
     void release() override { wglMakeCurrent(nullptr, nullptr); }
 
     /// Makes the context and makes it current.
+    /// \param sharing  Whose objects it shares, or null.
     /// \return empty, or why that failed.
-    std::string create(const Settings& settings) {
+    std::string create(const Settings& settings, const WglWindowContext* sharing) {
         if (!registerWindowClass())
             return failure("RegisterClass");
         // Without a frame, whose size would count, and without the screen's limits to a frame.
@@ -68,6 +69,9 @@ public:
         context_ = wglCreateContext(deviceContext_);
         if (context_ == nullptr)
             return failure("wglCreateContext");
+        // While the new one has no objects of its own yet.
+        if (sharing != nullptr && wglShareLists(sharing->context_, context_) == FALSE)
+            return failure("wglShareLists");
         return makeCurrent() ? "" : failure("wglMakeCurrent");
     }
 
@@ -103,8 +107,11 @@ private:
 } // namespace
 
 std::unique_ptr<Context> openWgl(const Settings& settings, std::string& error) {
+    const WglWindowContext* sharing = nullptr;
+    if (!readSharing(settings, sharing, error))
+        return nullptr;
     auto context = std::make_unique<WglWindowContext>();
-    const std::string reason = context->create(settings);
+    const std::string reason = context->create(settings, sharing);
     if (!reason.empty()) {
         error = "Windows gives no GL context (" + reason +
                 "): install the driver of the graphics card.";

@@ -5,6 +5,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -179,6 +180,127 @@ TEST(OffscreenContext, OutlivesAnother) {
     glClearColor(0.0f, 1.0f, 0.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT);
     EXPECT_EQ(offscreen::readPixels(1, 1).pixels, (std::vector<unsigned char>{0, 255, 0, 255}));
+}
+
+/// A context of the tests' platform, which shares the objects of another one, where that is given.
+std::unique_ptr<offscreen::Context> openSharing(const offscreen::Context* sharing) {
+    offscreen::Settings settings = renderSettings(16, 16);
+    settings.sharing = sharing;
+    std::string error;
+    auto context = offscreen::Context::open(settings, error);
+    EXPECT_NE(context, nullptr) << error;
+    return context;
+}
+
+/// A buffer with a store, made in the current context.
+GLuint makeBuffer() {
+    GLuint buffer = 0;
+    glGenBuffers(1, &buffer);
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glBufferData(GL_ARRAY_BUFFER, 4, "abc", GL_STATIC_DRAW);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    return buffer;
+}
+
+TEST(OffscreenSharing, GivesTheObjectsOfOneContextToAnother) {
+    const auto first = openSharing(nullptr);
+    ASSERT_NE(first, nullptr);
+    ASSERT_TRUE(offscreen::loadEntryPoints(*first));
+    const GLuint buffer = makeBuffer();
+    const auto second = openSharing(first.get());
+    ASSERT_NE(second, nullptr);
+    ASSERT_EQ(glIsBuffer(buffer), GL_TRUE);
+    char text[4] = "";
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glGetBufferSubData(GL_ARRAY_BUFFER, 0, 4, text);
+    EXPECT_STREQ(text, "abc");
+}
+
+TEST(OffscreenSharing, OutlivesTheContextThatWasSharedWith) {
+    auto first = openSharing(nullptr);
+    ASSERT_NE(first, nullptr);
+    ASSERT_TRUE(offscreen::loadEntryPoints(*first));
+    const GLuint buffer = makeBuffer();
+    const auto second = openSharing(first.get());
+    ASSERT_NE(second, nullptr);
+    first.reset();
+    EXPECT_TRUE(second->makeCurrent());
+    EXPECT_EQ(glIsBuffer(buffer), GL_TRUE);
+}
+
+TEST(OffscreenSharing, IsNotDoneUnasked) {
+    const auto first = openSharing(nullptr);
+    ASSERT_NE(first, nullptr);
+    ASSERT_TRUE(offscreen::loadEntryPoints(*first));
+    const GLuint buffer = makeBuffer();
+    const auto second = openSharing(nullptr);
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(glIsBuffer(buffer), GL_FALSE);
+}
+
+/// A context of no platform.
+class StrangeContext : public offscreen::Context {
+public:
+    bool makeCurrent() override { return false; }
+    void release() override {}
+};
+
+TEST(OffscreenSharing, IsRefusedBetweenPlatforms) {
+    const StrangeContext strange;
+    offscreen::Settings settings = renderSettings(16, 16);
+    settings.sharing = &strange;
+    std::string error;
+    EXPECT_EQ(offscreen::Context::open(settings, error), nullptr);
+    EXPECT_EQ(error, "The context whose objects are to be shared is of another platform: open both "
+                     "on the same one.");
+}
+
+TEST(OffscreenSharing, IsRefusedBetweenDisplays) {
+    offscreen::Settings settings{16, 16, offscreen::Platform::EglSurfaceless};
+    std::string error;
+    const auto surfaceless = offscreen::Context::open(settings, error);
+    settings.platform = offscreen::Platform::EglDevice;
+    if (surfaceless == nullptr || offscreen::Context::open(settings, error) == nullptr)
+        GTEST_SKIP() << "there are no two displays here: " << error;
+    settings.sharing = surfaceless.get();
+    EXPECT_EQ(offscreen::Context::open(settings, error), nullptr);
+    EXPECT_THAT(error, HasSubstr("the context whose objects are to be shared is on another"));
+}
+
+TEST(OffscreenThreads, AContextIsHandedToAnotherThread) {
+    const auto context = openSharing(nullptr);
+    ASSERT_NE(context, nullptr);
+    ASSERT_TRUE(offscreen::loadEntryPoints(*context));
+    glClearColor(0.0f, 1.0f, 0.0f, 1.0f);
+    context->release();
+    offscreen::Image image;
+    std::thread([&context, &image] {
+        ASSERT_TRUE(context->makeCurrent());
+        glClear(GL_COLOR_BUFFER_BIT);
+        image = offscreen::readPixels(1, 1);
+        context->release();
+    }).join();
+    EXPECT_EQ(image.pixels, (std::vector<unsigned char>{0, 255, 0, 255}));
+    EXPECT_TRUE(context->makeCurrent());
+}
+
+TEST(OffscreenThreads, ContextsThatShareObjectsAreCurrentSideBySide) {
+    const auto first = openSharing(nullptr);
+    ASSERT_NE(first, nullptr);
+    ASSERT_TRUE(offscreen::loadEntryPoints(*first));
+    const auto second = openSharing(first.get());
+    ASSERT_NE(second, nullptr);
+    second->release();
+    ASSERT_TRUE(first->makeCurrent());
+    GLuint buffer = 0;
+    std::thread([&second, &buffer] {
+        ASSERT_TRUE(second->makeCurrent());
+        buffer = makeBuffer();
+        glFinish();
+        second->release();
+    }).join();
+    EXPECT_NE(buffer, 0u);
+    EXPECT_EQ(glIsBuffer(buffer), GL_TRUE);
 }
 
 class OffscreenFramebuffer : public RenderTest {};

@@ -98,18 +98,31 @@ GLint location(const std::vector<ActiveVariable>& variables, const GLchar* name)
 
 } // namespace
 
+template <class Result, class... Parameters, class Function>
+void GlScript::answerShared(AnswerTable& answers, Result(GLAD_API_PTR*& entryPoint)(Parameters...),
+                            Function function) {
+    answers.set(entryPoint, [this, function](Parameters... parameters) {
+        const SharedLock lock = lockShared();
+        return static_cast<Result>(function(parameters...));
+    });
+}
+
 GLuint GlScript::make(ObjectKind kind, EntryPoint entryPoint) {
-    return failing_[index(entryPoint)] ? 0 : names_.make(kind, isRecording());
+    if (failing_[index(entryPoint)])
+        return 0;
+    const SharedLock lock = isShareable(kind) ? lockShared() : SharedLock();
+    return names(kind).make(kind, isRecording());
 }
 
 void GlScript::removeObject(ObjectKind kind, GLuint name) {
     bindings_.unbind(kind, name);
+    const SharedLock lock = isShareable(kind) ? lockShared() : SharedLock();
     if (isRecording())
-        names_.remove(kind, name);
+        names(kind).remove(kind, name);
     if (kind == ObjectKind::Buffer)
-        stores_.remove(name);
+        shared_->stores.remove(name);
     if (kind == ObjectKind::Program)
-        attached_.erase(name);
+        shared_->attached.erase(name);
 }
 
 template <class Gen, class Delete>
@@ -157,11 +170,11 @@ void* GlScript::map(GLenum target, GLintptr offset, GLsizeiptr length) {
     if (mappingFails_)
         return nullptr;
     if (!isRecording())
-        return stores_.scratch(length);
+        return shared_->stores.scratch(length);
     const GLuint buffer = bindings_.bound(ObjectKind::Buffer, target);
-    unsigned char* bytes = stores_.range(buffer, offset, length);
+    unsigned char* bytes = shared_->stores.range(buffer, offset, length);
     if (bytes != nullptr)
-        stores_[buffer].mapped = true;
+        shared_->stores[buffer].mapped = true;
     return bytes;
 }
 
@@ -171,7 +184,7 @@ bool GlScript::unmap(GLenum target) {
     const GLuint buffer = bindings_.bound(ObjectKind::Buffer, target);
     const bool wasMapped = isMapped(buffer);
     if (wasMapped)
-        stores_[buffer].mapped = false;
+        shared_->stores[buffer].mapped = false;
     return wasMapped;
 }
 
@@ -192,11 +205,12 @@ void GlScript::allocate(GLenum target, GLsizeiptr size, const void* data, GLenum
     store.bytes = bytes != nullptr ? std::vector<unsigned char>(bytes, bytes + numBytes)
                                    : std::vector<unsigned char>(numBytes, undefinedByte);
     store.usage = usage;
-    stores_[buffer] = std::move(store);
+    shared_->stores[buffer] = std::move(store);
 }
 
 GLint GlScript::bufferValue(GLenum target, GLenum pname) const {
-    const BufferStores::Store* store = stores_.find(bindings_.bound(ObjectKind::Buffer, target));
+    const BufferStores::Store* store =
+        shared_->stores.find(bindings_.bound(ObjectKind::Buffer, target));
     if (store == nullptr)
         return 0;
     switch (pname) {
@@ -213,31 +227,36 @@ GLint GlScript::bufferValue(GLenum target, GLenum pname) const {
 
 void GlScript::answerBuffers(AnswerTable& answers) {
     const auto range = [this](GLenum target, GLintptr offset, GLsizeiptr size) {
-        return stores_.range(bindings_.bound(ObjectKind::Buffer, target), offset, size);
+        return shared_->stores.range(bindings_.bound(ObjectKind::Buffer, target), offset, size);
     };
-    answers.set(glad_glBufferData, [this](GLenum target, GLsizeiptr size, const void* data,
-                                          GLenum usage) { allocate(target, size, data, usage); });
-    answers.set(glad_glBufferSubData,
-                [this, range](GLenum target, GLintptr offset, GLsizeiptr size, const void* data) {
-                    if (!isRecording())
-                        return;
-                    if (unsigned char* bytes = range(target, offset, size))
-                        std::memcpy(bytes, data, static_cast<std::size_t>(size));
-                });
-    answers.set(glad_glGetBufferSubData,
-                [range](GLenum target, GLintptr offset, GLsizeiptr size, void* data) {
-                    if (const unsigned char* bytes = range(target, offset, size))
-                        std::memcpy(data, bytes, static_cast<std::size_t>(size));
-                });
-    answers.set(glad_glMapBufferRange, [this](GLenum target, GLintptr offset, GLsizeiptr length,
-                                              GLbitfield) { return map(target, offset, length); });
-    answers.set(glad_glMapBuffer, [this](GLenum target, GLenum) {
+    answerShared(answers, glad_glBufferData,
+                 [this](GLenum target, GLsizeiptr size, const void* data, GLenum usage) {
+                     allocate(target, size, data, usage);
+                 });
+    answerShared(answers, glad_glBufferSubData,
+                 [this, range](GLenum target, GLintptr offset, GLsizeiptr size, const void* data) {
+                     if (!isRecording())
+                         return;
+                     if (unsigned char* bytes = range(target, offset, size))
+                         std::memcpy(bytes, data, static_cast<std::size_t>(size));
+                 });
+    answerShared(answers, glad_glGetBufferSubData,
+                 [range](GLenum target, GLintptr offset, GLsizeiptr size, void* data) {
+                     if (const unsigned char* bytes = range(target, offset, size))
+                         std::memcpy(data, bytes, static_cast<std::size_t>(size));
+                 });
+    answerShared(answers, glad_glMapBufferRange,
+                 [this](GLenum target, GLintptr offset, GLsizeiptr length, GLbitfield) {
+                     return map(target, offset, length);
+                 });
+    answerShared(answers, glad_glMapBuffer, [this](GLenum target, GLenum) {
         return map(target, 0, bufferValue(target, GL_BUFFER_SIZE));
     });
-    answers.set(glad_glUnmapBuffer, [this](GLenum target) { return unmap(target); });
-    answers.set(glad_glGetBufferParameteriv, [this](GLenum target, GLenum pname, GLint* out) {
-        query(pname, bufferValue(target, pname), out);
-    });
+    answerShared(answers, glad_glUnmapBuffer, [this](GLenum target) { return unmap(target); });
+    answerShared(answers, glad_glGetBufferParameteriv,
+                 [this](GLenum target, GLenum pname, GLint* out) {
+                     query(pname, bufferValue(target, pname), out);
+                 });
 }
 
 /// Writes the values that the script has for \p pname, else \p unscripted.
@@ -304,16 +323,16 @@ void GlScript::answerImages(AnswerTable& answers) {
 }
 
 GLint GlScript::shaderValue(GLuint shader, GLenum pname) const {
-    const auto found = shaders_.find(shader);
+    const auto found = shared_->shaders.find(shader);
     switch (pname) {
     case GL_COMPILE_STATUS:
-        return compilations_[shader].success ? GL_TRUE : GL_FALSE;
+        return shared_->compilations[shader].success ? GL_TRUE : GL_FALSE;
     case GL_INFO_LOG_LENGTH:
-        return textLength(compilations_[shader].log);
+        return textLength(shared_->compilations[shader].log);
     case GL_SHADER_SOURCE_LENGTH:
         return textLength(shaderSource(shader));
     case GL_SHADER_TYPE:
-        return found != shaders_.end() ? static_cast<GLint>(found->second.type) : 0;
+        return found != shared_->shaders.end() ? static_cast<GLint>(found->second.type) : 0;
     default:
         return 0;
     }
@@ -323,7 +342,7 @@ void GlScript::setSource(GLuint shader, GLsizei count, const GLchar* const* stri
                          const GLint* lengths) {
     if (!isRecording())
         return;
-    std::string& source = shaders_[shader].source;
+    std::string& source = shared_->shaders[shader].source;
     source.clear();
     for (GLsizei i = 0; i < count; ++i) {
         if (lengths != nullptr && lengths[i] >= 0)
@@ -335,54 +354,55 @@ void GlScript::setSource(GLuint shader, GLsizei count, const GLchar* const* stri
 
 void GlScript::answerShaders(AnswerTable& answers) {
     const EntryPoint create = entryPointAt(&glad_glCreateShader);
-    answers.set(glad_glCreateShader, [this, create](GLenum type) {
+    answerShared(answers, glad_glCreateShader, [this, create](GLenum type) {
         const GLuint shader = make(ObjectKind::Shader, create);
         if (shader != 0 && isRecording())
-            shaders_[shader].type = type;
+            shared_->shaders[shader].type = type;
         return shader;
     });
-    answers.set(glad_glDeleteShader,
-                [this](GLuint name) { removeObject(ObjectKind::Shader, name); });
-    answers.set(glad_glShaderSource,
-                [this](GLuint shader, GLsizei count, const GLchar* const* strings,
-                       const GLint* lengths) { setSource(shader, count, strings, lengths); });
-    answers.set(glad_glGetShaderiv, [this](GLuint shader, GLenum pname, GLint* out) {
+    answerShared(answers, glad_glDeleteShader,
+                 [this](GLuint name) { removeObject(ObjectKind::Shader, name); });
+    answerShared(answers, glad_glShaderSource,
+                 [this](GLuint shader, GLsizei count, const GLchar* const* strings,
+                        const GLint* lengths) { setSource(shader, count, strings, lengths); });
+    answerShared(answers, glad_glGetShaderiv, [this](GLuint shader, GLenum pname, GLint* out) {
         if (shader != 0) // which is none, so that GL tells nothing of it
             query(pname, shaderValue(shader, pname), out);
     });
-    answers.set(glad_glGetShaderInfoLog,
-                [this](GLuint shader, GLsizei size, GLsizei* length, GLchar* out) {
-                    storeText(compilations_[shader].log, size, length, out);
-                });
-    answers.set(glad_glGetShaderSource,
-                [this](GLuint shader, GLsizei size, GLsizei* length, GLchar* out) {
-                    storeText(shaderSource(shader), size, length, out);
-                });
+    answerShared(answers, glad_glGetShaderInfoLog,
+                 [this](GLuint shader, GLsizei size, GLsizei* length, GLchar* out) {
+                     storeText(shared_->compilations[shader].log, size, length, out);
+                 });
+    answerShared(answers, glad_glGetShaderSource,
+                 [this](GLuint shader, GLsizei size, GLsizei* length, GLchar* out) {
+                     storeText(shaderSource(shader), size, length, out);
+                 });
 }
 
 const std::vector<ActiveVariable>& GlScript::active(const ActiveVariables& variables,
                                                     GLuint program) const {
     static const std::vector<ActiveVariable> none;
-    return links_[program].success ? variables[program] : none;
+    return shared_->links[program].success ? variables[program] : none;
 }
 
 GLint GlScript::programValue(GLuint program, GLenum pname) const {
-    const auto attached = attached_.find(program);
+    const auto attached = shared_->attached.find(program);
     switch (pname) {
     case GL_LINK_STATUS:
-        return links_[program].success ? GL_TRUE : GL_FALSE;
+        return shared_->links[program].success ? GL_TRUE : GL_FALSE;
     case GL_INFO_LOG_LENGTH:
-        return textLength(links_[program].log);
+        return textLength(shared_->links[program].log);
     case GL_ATTACHED_SHADERS:
-        return attached != attached_.end() ? static_cast<GLint>(attached->second.size()) : 0;
+        return attached != shared_->attached.end() ? static_cast<GLint>(attached->second.size())
+                                                   : 0;
     case GL_ACTIVE_UNIFORMS:
-        return count(active(uniforms_, program));
+        return count(active(shared_->uniforms, program));
     case GL_ACTIVE_UNIFORM_MAX_LENGTH:
-        return longestName(active(uniforms_, program));
+        return longestName(active(shared_->uniforms, program));
     case GL_ACTIVE_ATTRIBUTES:
-        return count(active(attributes_, program));
+        return count(active(shared_->attributes, program));
     case GL_ACTIVE_ATTRIBUTE_MAX_LENGTH:
-        return longestName(active(attributes_, program));
+        return longestName(active(shared_->attributes, program));
     default:
         return 0;
     }
@@ -390,56 +410,57 @@ GLint GlScript::programValue(GLuint program, GLenum pname) const {
 
 void GlScript::answerPrograms(AnswerTable& answers) {
     const EntryPoint create = entryPointAt(&glad_glCreateProgram);
-    answers.set(glad_glCreateProgram, [this, create] { return make(ObjectKind::Program, create); });
-    answers.set(glad_glDeleteProgram,
-                [this](GLuint name) { removeObject(ObjectKind::Program, name); });
-    answers.set(glad_glAttachShader, [this](GLuint program, GLuint shader) {
+    answerShared(answers, glad_glCreateProgram,
+                 [this, create] { return make(ObjectKind::Program, create); });
+    answerShared(answers, glad_glDeleteProgram,
+                 [this](GLuint name) { removeObject(ObjectKind::Program, name); });
+    answerShared(answers, glad_glAttachShader, [this](GLuint program, GLuint shader) {
         if (!isRecording())
             return;
-        std::vector<GLuint>& attached = attached_[program];
+        std::vector<GLuint>& attached = shared_->attached[program];
         if (std::find(attached.begin(), attached.end(), shader) == attached.end())
             attached.push_back(shader);
     });
-    answers.set(glad_glDetachShader, [this](GLuint program, GLuint shader) {
-        std::vector<GLuint>& attached = attached_[program];
+    answerShared(answers, glad_glDetachShader, [this](GLuint program, GLuint shader) {
+        std::vector<GLuint>& attached = shared_->attached[program];
         attached.erase(std::remove(attached.begin(), attached.end(), shader), attached.end());
     });
-    answers.set(glad_glGetAttachedShaders,
-                [this](GLuint program, GLsizei maxCount, GLsizei* numShaders, GLuint* shaders) {
-                    const std::vector<GLuint>& attached = attached_[program];
-                    const GLsizei n = std::min(maxCount, static_cast<GLsizei>(attached.size()));
-                    std::copy_n(attached.begin(), n, shaders);
-                    store(numShaders, n);
-                });
-    answers.set(glad_glGetProgramiv, [this](GLuint program, GLenum pname, GLint* out) {
+    answerShared(answers, glad_glGetAttachedShaders,
+                 [this](GLuint program, GLsizei maxCount, GLsizei* numShaders, GLuint* shaders) {
+                     const std::vector<GLuint>& attached = shared_->attached[program];
+                     const GLsizei n = std::min(maxCount, static_cast<GLsizei>(attached.size()));
+                     std::copy_n(attached.begin(), n, shaders);
+                     store(numShaders, n);
+                 });
+    answerShared(answers, glad_glGetProgramiv, [this](GLuint program, GLenum pname, GLint* out) {
         if (program != 0)
             query(pname, programValue(program, pname), out);
     });
-    answers.set(glad_glGetProgramInfoLog,
-                [this](GLuint program, GLsizei size, GLsizei* length, GLchar* out) {
-                    storeText(links_[program].log, size, length, out);
-                });
-    answerVariables(answers, glad_glGetUniformLocation, glad_glGetActiveUniform, uniforms_);
-    answerVariables(answers, glad_glGetAttribLocation, glad_glGetActiveAttrib, attributes_);
+    answerShared(answers, glad_glGetProgramInfoLog,
+                 [this](GLuint program, GLsizei size, GLsizei* length, GLchar* out) {
+                     storeText(shared_->links[program].log, size, length, out);
+                 });
+    answerVariables(answers, glad_glGetUniformLocation, glad_glGetActiveUniform, shared_->uniforms);
+    answerVariables(answers, glad_glGetAttribLocation, glad_glGetActiveAttrib, shared_->attributes);
 }
 
 template <class GetLocation, class GetActive>
 void GlScript::answerVariables(AnswerTable& answers, GetLocation& getLocation, GetActive& getActive,
                                const ActiveVariables& variables) {
-    answers.set(getLocation, [this, &variables](GLuint program, const GLchar* name) {
+    answerShared(answers, getLocation, [this, &variables](GLuint program, const GLchar* name) {
         return location(active(variables, program), name);
     });
-    answers.set(getActive,
-                [this, &variables](GLuint program, GLuint position, GLsizei bufferSize,
-                                   GLsizei* length, GLint* size, GLenum* type, GLchar* name) {
-                    const std::vector<ActiveVariable>& list = active(variables, program);
-                    if (position >= list.size())
-                        return;
-                    const ActiveVariable& variable = list[position];
-                    store(size, variable.size);
-                    store(type, variable.type);
-                    storeText(variable.name, bufferSize, length, name);
-                });
+    answerShared(answers, getActive,
+                 [this, &variables](GLuint program, GLuint position, GLsizei bufferSize,
+                                    GLsizei* length, GLint* size, GLenum* type, GLchar* name) {
+                     const std::vector<ActiveVariable>& list = active(variables, program);
+                     if (position >= list.size())
+                         return;
+                     const ActiveVariable& variable = list[position];
+                     store(size, variable.size);
+                     store(type, variable.type);
+                     storeText(variable.name, bufferSize, length, name);
+                 });
 }
 
 void GlScript::answerAll(AnswerTable& answers, const bool& recordingFlag) {

@@ -1,6 +1,7 @@
 #include "support/gl_script.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <iterator>
 #include <utility>
 
@@ -80,6 +81,30 @@ void forEachPoint(ObjectKind kind, Function function) {
         function(i);
 }
 
+std::vector<std::string> joined(std::vector<std::string> first,
+                                const std::vector<std::string>& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+/// Ranges of names, of which each table of one of several contexts takes one: the first begins with
+/// 100001, the next with 200001.
+class NameRanges {
+public:
+    /// The name before the first one of a range.
+    static GLuint take() { return 100000 * ++numTaken_; }
+    static void enter() { ++numContexts_; }
+    static void leave() { --numContexts_; }
+    static void restart() {
+        if (numContexts_ == 0)
+            numTaken_ = 0;
+    }
+
+private:
+    inline static std::atomic<GLuint> numTaken_ = 0;
+    inline static std::atomic<GLuint> numContexts_ = 0;
+};
+
 } // namespace
 
 GLuint ObjectNames::make(ObjectKind kind, bool remember) {
@@ -91,8 +116,7 @@ GLuint ObjectNames::make(ObjectKind kind, bool remember) {
 
 void ObjectNames::remove(ObjectKind kind, GLuint name) {
     const auto object = objects_.find(name);
-    const bool madeUnseen = object == objects_.end() && name <= last_;
-    if (name == 0 || madeUnseen)
+    if (name == 0 || wasMadeUnseen(name))
         return;
     if (object == objects_.end() || object->second.kind != kind || !object->second.live)
         wrongDeletes_.push_back(describe(kind, name));
@@ -112,6 +136,19 @@ std::vector<std::string> ObjectNames::live() const {
 bool ObjectNames::isLive(GLuint name) const {
     const auto object = objects_.find(name);
     return object != objects_.end() && object->second.live;
+}
+
+bool ObjectNames::wasMadeUnseen(GLuint name) const {
+    return name > before_ && name <= last_ && objects_.count(name) == 0;
+}
+
+bool ObjectNames::isLive(ObjectKind kind, GLuint name) const {
+    return wasMade(kind, name) && (isLive(name) || wasMadeUnseen(name));
+}
+
+bool ObjectNames::wasMade(ObjectKind kind, GLuint name) const {
+    const auto object = objects_.find(name);
+    return object != objects_.end() ? object->second.kind == kind : wasMadeUnseen(name);
 }
 
 void ObjectNames::forgetDeleted() {
@@ -182,53 +219,117 @@ unsigned char* BufferStores::scratch(GLsizeiptr length) {
     return scratch_.back().data();
 }
 
+GlScript::GlScript() : shared_(std::make_shared<SharedObjects>()) {}
+
+GlScript::GlScript(const GlScript* sharing) {
+    NameRanges::enter();
+    shared_ =
+        sharing != nullptr ? sharing->shared_ : std::make_shared<SharedObjects>(NameRanges::take());
+    ownNames_.emplace(NameRanges::take());
+}
+
+GlScript::~GlScript() {
+    if (ownNames_)
+        NameRanges::leave();
+}
+
+void GlScript::restartNames() {
+    NameRanges::restart();
+}
+
+GlScript::SharedLock GlScript::lockShared() const {
+    return ownNames_ ? SharedLock(shared_->mutex) : SharedLock();
+}
+
+ObjectNames& GlScript::names(ObjectKind kind) {
+    return ownNames_ && !isShareable(kind) ? *ownNames_ : shared_->names;
+}
+
+const ObjectNames& GlScript::names(ObjectKind kind) const {
+    return ownNames_ && !isShareable(kind) ? *ownNames_ : shared_->names;
+}
+
+bool GlScript::isLive(ObjectKind kind, GLuint name) const {
+    const SharedLock lock = lockShared();
+    return names(kind).isLive(kind, name);
+}
+
+bool GlScript::wasMade(ObjectKind kind, GLuint name) const {
+    const SharedLock lock = lockShared();
+    return names(kind).wasMade(kind, name);
+}
+
+std::vector<std::string> GlScript::liveNames() const {
+    const SharedLock lock = lockShared();
+    return ownNames_ ? joined(shared_->names.live(), ownNames_->live()) : shared_->names.live();
+}
+
+std::vector<std::string> GlScript::doubleDeletes() const {
+    const SharedLock lock = lockShared();
+    return ownNames_ ? joined(shared_->names.wrongDeletes(), ownNames_->wrongDeletes())
+                     : shared_->names.wrongDeletes();
+}
+
 void GlScript::failToCreate(bool fail) {
     failing_.fill(fail);
 }
 
 void GlScript::forgetDeletedNames() {
-    names_.forgetDeleted();
-    for (auto shader = shaders_.begin(); shader != shaders_.end();)
-        shader = names_.isLive(shader->first) ? std::next(shader) : shaders_.erase(shader);
+    const SharedLock lock = lockShared();
+    shared_->names.forgetDeleted();
+    if (ownNames_)
+        ownNames_->forgetDeleted();
+    auto& shaders = shared_->shaders;
+    for (auto shader = shaders.begin(); shader != shaders.end();)
+        shader = shared_->names.isLive(shader->first) ? std::next(shader) : shaders.erase(shader);
 }
 
 std::vector<unsigned char> GlScript::bufferBytes(GLuint buffer) const {
-    const BufferStores::Store* store = stores_.find(buffer);
+    const SharedLock lock = lockShared();
+    const BufferStores::Store* store = shared_->stores.find(buffer);
     return store != nullptr ? store->bytes : std::vector<unsigned char>();
 }
 
 bool GlScript::isMapped(GLuint buffer) const {
-    const BufferStores::Store* store = stores_.find(buffer);
+    const SharedLock lock = lockShared();
+    const BufferStores::Store* store = shared_->stores.find(buffer);
     return store != nullptr && store->mapped;
 }
 
 void GlScript::failToCompile(std::string log, GLuint shader) {
-    compilations_.set(shader, {false, std::move(log)});
+    const SharedLock lock = lockShared();
+    shared_->compilations.set(shader, {false, std::move(log)});
 }
 
 void GlScript::failToLink(std::string log, GLuint program) {
-    links_.set(program, {false, std::move(log)});
+    const SharedLock lock = lockShared();
+    shared_->links.set(program, {false, std::move(log)});
 }
 
 void GlScript::setCompileLog(std::string log, GLuint shader) {
-    compilations_.set(shader, {true, std::move(log)});
+    const SharedLock lock = lockShared();
+    shared_->compilations.set(shader, {true, std::move(log)});
 }
 
 void GlScript::setLinkLog(std::string log, GLuint program) {
-    links_.set(program, {true, std::move(log)});
+    const SharedLock lock = lockShared();
+    shared_->links.set(program, {true, std::move(log)});
 }
 
 void GlScript::setActiveUniforms(std::vector<ActiveVariable> uniforms, GLuint program) {
-    uniforms_.set(program, std::move(uniforms));
+    const SharedLock lock = lockShared();
+    shared_->uniforms.set(program, std::move(uniforms));
 }
 
 void GlScript::setActiveAttributes(std::vector<ActiveVariable> attributes, GLuint program) {
-    attributes_.set(program, std::move(attributes));
+    const SharedLock lock = lockShared();
+    shared_->attributes.set(program, std::move(attributes));
 }
 
 std::string GlScript::shaderSource(GLuint shader) const {
-    const auto found = shaders_.find(shader);
-    return found != shaders_.end() ? found->second.source : "";
+    const SharedLock lock = lockShared();
+    const auto found = shared_->shaders.find(shader);
+    return found != shared_->shaders.end() ? found->second.source : "";
 }
 
 } // namespace vellis::test

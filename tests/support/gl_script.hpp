@@ -6,6 +6,9 @@
 #include <deque>
 #include <initializer_list>
 #include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -14,6 +17,7 @@
 #include <vellis/gl.hpp>
 
 #include "support/gl_answers.hpp"
+#include "support/object_kind.hpp"
 
 /// \file
 /// What the fake GL answers: a small model of the objects and bindings of a context, and a script
@@ -56,28 +60,24 @@ private:
     std::map<GLuint, Value> values_;
 };
 
-/// The kinds of GL objects. Names count up through all of them, so that a mixed-up kind shows.
-enum class ObjectKind : unsigned char {
-    Buffer,
-    Texture,
-    VertexArray,
-    Framebuffer,
-    Renderbuffer,
-    Query,
-    Shader,
-    Program,
-};
-constexpr std::size_t numObjectKinds = 8;
-
-/// The names of GL objects: which were made, and which deleted.
+/// The names of GL objects: which were made, and which deleted. They count up through all kinds of
+/// objects, so that a mixed-up kind shows.
 class ObjectNames {
 public:
+    /// \param before  The name before the first one.
+    explicit ObjectNames(GLuint before = 0) : before_(before), last_(before) {}
+
     GLuint make(ObjectKind kind, bool remember);
     void remove(ObjectKind kind, GLuint name);
 
     std::vector<std::string> live() const;
     const std::vector<std::string>& wrongDeletes() const { return wrongDeletes_; }
     bool isLive(GLuint name) const;
+    /// Whether an object of that kind was made here and not deleted, or made without being
+    /// remembered.
+    bool isLive(ObjectKind kind, GLuint name) const;
+    /// The same, deleted or not.
+    bool wasMade(ObjectKind kind, GLuint name) const;
     void forgetDeleted();
 
 private:
@@ -86,7 +86,11 @@ private:
         bool live;
     };
 
-    GLuint last_ = 0;
+    /// Whether the object was made, but is not remembered.
+    bool wasMadeUnseen(GLuint name) const;
+
+    GLuint before_;
+    GLuint last_;
     std::map<GLuint, Object> objects_;
     std::vector<std::string> wrongDeletes_;
 };
@@ -142,8 +146,15 @@ private:
 };
 
 /// The script of a FakeGl: what its queries answer. See FakeGl for an overview.
+///
+/// What the script says of buffers, shaders and programs holds for all contexts that share them,
+/// and may be said and asked on any thread; the rest on the thread where the context is current, or
+/// while it is current on none.
 class GlScript {
 public:
+    GlScript(const GlScript&) = delete;
+    GlScript& operator=(const GlScript&) = delete;
+
     /// \name Objects
     /// @{
 
@@ -157,9 +168,9 @@ public:
 
     /// The objects made and not deleted: `buffer 1`. Objects made while recording is off do not
     /// count.
-    std::vector<std::string> liveNames() const { return names_.live(); }
+    std::vector<std::string> liveNames() const;
     /// The deletions that hit no live object of that kind: a second one, one of a wrong kind.
-    std::vector<std::string> doubleDeletes() const { return names_.wrongDeletes(); }
+    std::vector<std::string> doubleDeletes() const;
     /// Forgets which objects were deleted, so that a long run does not remember them all. A further
     /// deletion of their names counts for nothing, then.
     void forgetDeletedNames();
@@ -238,13 +249,26 @@ public:
     /// @}
 
 protected:
-    GlScript() = default;
+    /// The script of the only context of a test.
+    GlScript();
+    /// The script of one of several contexts, which has names of its own.
+    /// \param sharing  Whose objects it shares, or null.
+    explicit GlScript(const GlScript* sharing);
+    ~GlScript();
+
+    /// Lets the names of several contexts begin anew, unless there is one.
+    static void restartNames();
 
     /// Makes the model answer its entry points. With \p recording off it stays cheap: stores and
     /// names are not kept.
     void answerAll(AnswerTable& answers, const bool& recording);
 
     const Bindings& bindings() const { return bindings_; }
+
+    /// \copydoc ObjectNames::isLive(ObjectKind, GLuint) const
+    bool isLive(ObjectKind kind, GLuint name) const;
+    /// \copydoc ObjectNames::wasMade
+    bool wasMade(ObjectKind kind, GLuint name) const;
 
 private:
     struct Outcome {
@@ -256,6 +280,31 @@ private:
         std::string source;
     };
     using ActiveVariables = PerObject<std::vector<ActiveVariable>>;
+
+    /// The objects that contexts share, and what the script says of them.
+    struct SharedObjects {
+        explicit SharedObjects(GLuint beforeNames = 0) : names(beforeNames) {}
+
+        std::recursive_mutex mutex;
+        ObjectNames names;
+        BufferStores stores;
+        std::map<GLuint, Shader> shaders;
+        std::map<GLuint, std::vector<GLuint>> attached;
+        PerObject<Outcome> compilations;
+        PerObject<Outcome> links;
+        ActiveVariables uniforms;
+        ActiveVariables attributes;
+    };
+    using SharedLock = std::unique_lock<std::recursive_mutex>;
+
+    /// Keeps the other contexts from the shared objects. The only context of a test needs no lock.
+    SharedLock lockShared() const;
+    /// Answers calls with a function that reads or changes shared objects.
+    template <class Result, class... Parameters, class Function>
+    void answerShared(AnswerTable& answers, Result(GLAD_API_PTR*& entryPoint)(Parameters...),
+                      Function function);
+    ObjectNames& names(ObjectKind kind);
+    const ObjectNames& names(ObjectKind kind) const;
 
     void answerGeneratedNames(AnswerTable& answers);
     void answerBindings(AnswerTable& answers);
@@ -290,9 +339,9 @@ private:
     GLint programValue(GLuint program, GLenum pname) const;
 
     const bool* recording_ = nullptr;
-    ObjectNames names_;
+    std::shared_ptr<SharedObjects> shared_;
+    std::optional<ObjectNames> ownNames_; ///< of what is not shared; of one of several contexts
     Bindings bindings_;
-    BufferStores stores_;
     std::array<bool, entryPointCount> failing_{};
     bool mappingFails_ = false;
     bool stringsFail_ = false;
@@ -303,13 +352,6 @@ private:
     std::map<GLenum, std::string> strings_;
     std::deque<GLenum> errors_;
     GLenum framebufferStatus_ = GL_FRAMEBUFFER_COMPLETE;
-
-    std::map<GLuint, Shader> shaders_;
-    std::map<GLuint, std::vector<GLuint>> attached_;
-    PerObject<Outcome> compilations_;
-    PerObject<Outcome> links_;
-    ActiveVariables uniforms_;
-    ActiveVariables attributes_;
 };
 
 } // namespace vellis::test

@@ -20,8 +20,8 @@ constexpr Command commands[] = {
 static_assert(std::size(commands) == entryPointCount);
 
 constexpr ParameterSignature parameters[] = {
-#define VELLIS_GL_PARAMETER(form, meaning, group, argument, factor)                                \
-    {Form::form, Meaning::meaning, Group::group, argument, factor},
+#define VELLIS_GL_PARAMETER(form, meaning, group, argument, factor, object)                        \
+    {Form::form, Meaning::meaning, Group::group, argument, factor, object},
 #include "gl_signatures.inc"
 };
 

@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "support/gl_entry_points.hpp"
+#include "support/object_kind.hpp"
 
 /// \file
 /// What the parameters of the entry points mean, and the names of enumerators, from the OpenGL
@@ -49,6 +51,7 @@ struct ParameterSignature {
     Group group;
     int argument; ///< the index of the argument that the length or the meaning depends on, or -1
     int factor;   ///< the number of elements per unit of that argument; 0: by its parameter name
+    std::optional<ObjectKind> object; ///< the kind of the objects whose names the call uses here
 };
 
 /// The parameters of an entry point, in order.

@@ -102,6 +102,18 @@ UNPACKED = re.compile(r"gl(Bitmap|DrawPixels|PolygonStipple|(Compressed)?Tex(Sub
 PACKED = re.compile(r"gl(ReadPixels|GetTexImage|GetCompressedTexImage|GetPolygonStipple)$")
 OFFSET_NAMES = {"pointer", "indices"}
 
+# The kinds of objects, by the registry's class of the parameters that take their names.
+OBJECT_KINDS = {
+    "buffer": "Buffer",
+    "framebuffer": "Framebuffer",
+    "program": "Program",
+    "query": "Query",
+    "renderbuffer": "Renderbuffer",
+    "shader": "Shader",
+    "texture": "Texture",
+    "vertex array": "VertexArray",
+}
+
 
 class Registry:
     """The enumerators of the registry that the generated header defines."""
@@ -158,6 +170,15 @@ class Parameter:
         self.length = element.get("len") or ""
         self.is_pointer = "*" in self.type
         self.is_input = "const" in self.type
+        self.object_class = element.get("class")
+
+    def object_kind(self):
+        """The kind of the objects whose names the call uses here; None where it uses none, but makes
+        them or asks whether they are there."""
+        is_used = not self.is_pointer or self.is_input
+        if not is_used or re.match(r"glIs[A-Z]", self.command):
+            return None
+        return OBJECT_KINDS.get(self.object_class)
 
     def row(self, names):
         """(form, meaning, group, argument, factor)"""
@@ -277,7 +298,12 @@ def main(header_path, entry_points_path, output_path):
         for parameter in parameters:
             form, meaning, group, argument, factor = parameter.row(parameter_names)
             group = groups.use(group, meaning) or "None"
-            parameter_rows.append((form, meaning, group, argument, factor))
+            kind = parameter.object_kind()
+            named = f"ObjectKind::{kind}" if kind else "std::nullopt"
+            parameter_rows.append((form, meaning, group, argument, factor, named))
+    if all(row[-1] == "std::nullopt" for row in parameter_rows):
+        sys.exit("The OpenGL registry does not say which parameters are names of objects: install a "
+                 "newer glad")
     pname_rows = [
         (name, count, meaning, groups.use(group, meaning) or "None")
         for name, (count, meaning, group) in PNAMES.items()

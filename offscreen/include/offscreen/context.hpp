@@ -25,11 +25,16 @@ inline constexpr Platform defaultPlatform = Platform::Wgl;
 inline constexpr Platform defaultPlatform = Platform::Egl;
 #endif
 
+class Context;
+
 /// What a context is to be.
 struct Settings {
     unsigned int width = 256;  ///< Width of the default framebuffer in pixels.
     unsigned int height = 256; ///< Height of the default framebuffer in pixels.
     Platform platform = defaultPlatform;
+    /// Whose objects the new context shares: one of the same platform, on the same display, which
+    /// is current on no other thread; or null.
+    const Context* sharing = nullptr;
 };
 
 /// Reads a platform from the environment variable `OFFSCREEN_PLATFORM` (`egl`, `egl-surfaceless`,
@@ -52,6 +57,9 @@ bool platformFromEnvironment(Platform& platform, std::string& error);
 ///
 /// Whatever version the driver gives for a context of the compatibility kind is taken; see
 /// missingRequirement().
+///
+/// A context may be made current on any thread, on one at a time: release() it on the one before.
+/// It is destroyed on the thread that opened it, since the windows of WGL belong to theirs.
 class Context {
 public:
     /// Makes a context and makes it current on this thread.
