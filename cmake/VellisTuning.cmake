@@ -11,7 +11,7 @@ set(fast_sources
     src/drawing/drawable.cpp
     src/drawing/primitives.cpp
     src/drawing/vertex_attributes_binding.cpp
-    src/gl/thread.cpp
+    src/gl/memory.cpp
     src/shading/program.cpp
     src/shading/program_drawing.cpp
     src/shading/uniform.cpp

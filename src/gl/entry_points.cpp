@@ -11,7 +11,6 @@
 // <vellis/gl.hpp> does, but none of its pointers.
 #include <glad/gl.h>
 
-#include <vellis/detail/lasting.hpp>
 #include <vellis/export.hpp>
 
 #ifdef VELLIS_STATIC_DEFINE
@@ -84,10 +83,7 @@ void assign(Place* const (&places)[N], const unsigned char* value) {
 }
 
 /// What guards the exported pointers and the list of tables.
-std::mutex& mutex() {
-    static detail::Lasting lasting([] { return std::mutex(); });
-    return *lasting;
-}
+std::mutex mutex; // which needs neither construction nor destruction
 
 using Lock = std::lock_guard<std::mutex>;
 
@@ -129,7 +125,7 @@ const Table* tables = nullptr;
 
 /// The table of the list that is equal to \p table, which joins it if there is none.
 const Table* unique(std::unique_ptr<Table> table) {
-    const Lock lock(mutex());
+    const Lock lock(mutex);
     for (const Table* other = tables; other != nullptr; other = other->next) {
         if (other->version == table->version &&
             std::memcmp(&other->context, &table->context, sizeof(GladGLContext)) == 0)
@@ -161,7 +157,7 @@ Version versionOf(const Table& table) {
 }
 
 void publishAnew(const Table& table) {
-    const Lock lock(mutex());
+    const Lock lock(mutex);
     const auto* const bytes = reinterpret_cast<const unsigned char*>(&table.context);
     assign<EntryPoint>(entryPoints, bytes + entryPointOffsets[0]);
     assign<int>(flags, bytes + flagOffsets[0]);

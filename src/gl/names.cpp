@@ -25,10 +25,7 @@ struct All {
     unsigned int lastIndex = 0;
 };
 
-All& all() {
-    static detail::Lasting lasting([] { return All(); });
-    return *lasting;
-}
+All all; // which needs neither construction nor destruction
 
 using Lock = std::lock_guard<std::mutex>;
 
@@ -61,14 +58,14 @@ void deleteNames(Kind kind, const std::vector<unsigned int>& names) {
 } // namespace
 
 WaitingNames::WaitingNames() {
-    const Lock lock(all().mutex);
-    index_ = ++all().lastIndex;
-    next_ = std::exchange(all().first, this);
+    const Lock lock(all.mutex);
+    index_ = ++all.lastIndex;
+    next_ = std::exchange(all.first, this);
 }
 
 WaitingNames::~WaitingNames() {
-    const Lock lock(all().mutex);
-    WaitingNames** place = &all().first;
+    const Lock lock(all.mutex);
+    WaitingNames** place = &all.first;
     while (*place != this)
         place = &(*place)->next_;
     *place = next_;
@@ -80,8 +77,8 @@ WaitingNames& WaitingNames::ofProcess() {
 }
 
 void WaitingNames::add(Kind kind, unsigned int index, unsigned int name) noexcept {
-    const Lock lock(all().mutex);
-    WaitingNames* names = index == 0 ? &ofProcess() : all().first;
+    const Lock lock(all.mutex);
+    WaitingNames* names = index == 0 ? &ofProcess() : all.first;
     while (names != nullptr && names->index_ != index)
         names = names->next_;
     if (names == nullptr)
@@ -97,7 +94,7 @@ void WaitingNames::deleteEach() {
     for (std::size_t kind = 0; kind < numKinds; ++kind) {
         std::vector<unsigned int> names;
         {
-            const Lock lock(all().mutex);
+            const Lock lock(all.mutex);
             any_.store(false, std::memory_order_relaxed);
             names.swap(names_[kind]);
         }

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "gl/context_state.hpp"
-#include "gl/memory.hpp"
 
 #ifdef _WIN32
 #ifndef NOMINMAX
@@ -104,21 +103,4 @@ bool releaseAtEndOfThread() {
     return thread.end == Thread::End::SeenTo;
 }
 
-void* InlinedMemory::allocateAnew(std::size_t numSteps) {
-    releaseAtEndOfThread();
-    return ::operator new(numSteps* detail::recycledStep);
-}
-
 } // namespace vellis::gl
-
-namespace vellis::detail {
-
-void* RecycledMemory::allocate(std::size_t numSteps) {
-    return gl::InlinedMemory::allocate(numSteps);
-}
-
-void RecycledMemory::deallocate(void* memory, std::size_t numSteps) noexcept {
-    gl::InlinedMemory::deallocate(memory, numSteps);
-}
-
-} // namespace vellis::detail

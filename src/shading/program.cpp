@@ -1,30 +1,13 @@
 #include <vellis/shading/program.hpp>
 
-#include <utility>
-
 #include <vellis/detail/lasting.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/texture/texture.hpp>
 
-#include "drawing/vertex_attributes_binding_inlined.hpp"
 #include "gl/names.hpp"
 #include "shading/program_variables.hpp"
 
 namespace vellis {
-
-Program::~Program() {
-    dispose();
-    usage_.release(); // before the shaders
-}
-
-void Program::dispose() {
-    if (id_ == 0)
-        return;
-    variables_.reset();
-    if (gl::canDelete(gl::Kind::Program, usage_.group(), id_))
-        glDeleteProgram(id_);
-    id_ = 0;
-}
 
 bool Program::exists() const {
     return gl::isHere(gl::Kind::Program, usage_.group());
@@ -32,19 +15,6 @@ bool Program::exists() const {
 
 unsigned int Program::id() const {
     return exists() ? id_ : 0;
-}
-
-void Program::beginAttributesBinding() const {
-    auto binding = VertexAttributesBinding::make();
-    const VertexAttributesBinding& begun = *binding;
-    usage_.hold(std::move(binding));
-    VertexAttributesBinding::Inlined::bindExisting(begun);
-}
-
-std::shared_ptr<VertexAttributesBinding> Program::finishAttributesBinding() const {
-    std::shared_ptr<VertexAttributesBinding> finished = usage_.take();
-    VertexAttributesBinding::Inlined::unbind();
-    return finished;
 }
 
 UniformVariable* Program::findUniform(const char* name, std::size_t length) const {

@@ -1,12 +1,14 @@
-/// The program that GL uses, and none, as objects.
+/// The program that GL uses, and none, as objects; and bindings that are recorded for a program.
 
 #include <vellis/shading/program.hpp>
 
 #include <new>
+#include <utility>
 
 #include <vellis/detail/lasting.hpp>
 #include <vellis/gl.hpp>
 
+#include "drawing/vertex_attributes_binding_inlined.hpp"
 #include "gl/context_state.hpp"
 
 namespace vellis {
@@ -79,6 +81,19 @@ Program::Proxy& Program::Proxy::current() {
 
 Program::Proxy& Program::Proxy::null() {
     return Pair::inUse().at(1);
+}
+
+void Program::beginAttributesBinding() const {
+    auto binding = VertexAttributesBinding::make();
+    const VertexAttributesBinding& begun = *binding;
+    usage_.hold(std::move(binding));
+    VertexAttributesBinding::Inlined::bindExisting(begun);
+}
+
+std::shared_ptr<VertexAttributesBinding> Program::finishAttributesBinding() const {
+    std::shared_ptr<VertexAttributesBinding> finished = usage_.take();
+    VertexAttributesBinding::Inlined::unbind();
+    return finished;
 }
 
 const Program& Program::current() {

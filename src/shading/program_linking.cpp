@@ -1,4 +1,4 @@
-/// How programs come to be: their linking, and the tables of what is active in them.
+/// How programs come to be, and end: their linking, and the tables of what is active in them.
 
 #include <vellis/shading/program.hpp>
 
@@ -94,6 +94,20 @@ Program::Program(const std::shared_ptr<VertexShader>& vertexShader,
     vertexShader_ = vertexShader;
     fragmentShader_ = fragmentShader;
     link(outputs);
+}
+
+Program::~Program() {
+    dispose();
+    usage_.release(); // before the shaders
+}
+
+void Program::dispose() {
+    if (id_ == 0)
+        return;
+    variables_.reset();
+    if (gl::canDelete(gl::Kind::Program, usage_.group(), id_))
+        glDeleteProgram(id_);
+    id_ = 0;
 }
 
 bool Program::hasLinkError() const {
