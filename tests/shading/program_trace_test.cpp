@@ -280,7 +280,7 @@ TEST_F(ProgramTrace, DrawUsesBindsDrawsAndLeavesNothingBound) {
     EXPECT_GL_CALLS(gl, "glUseProgram(3)", "glBindVertexArray(4)",
                     "glDrawArrays(GL_TRIANGLES, 5, 7)", "glBindVertexArray(0)", "glUseProgram(0)");
     EXPECT_FALSE(program->isBound());
-    EXPECT_EQ(program->attributesBinding_, nullptr);
+    EXPECT_EQ(program->usage_.binding(), nullptr);
     program->draw(shape);
     EXPECT_EQ(gl.takeCalls()[2], "glDrawArrays(GL_TRIANGLES, 0, 12)");
     gl.setRecording(false);
@@ -388,7 +388,7 @@ TEST_F(ProgramTrace, CopySharesTheNameTheShadersAndTheBindingAndDeletesTheNameAg
         const Program copy = *program;
         EXPECT_EQ(copy.id(), program->id());
         EXPECT_TRUE(copy.isBound());
-        EXPECT_EQ(copy.attributesBinding_, binding);
+        EXPECT_EQ(copy.usage_.binding(), binding);
         EXPECT_EQ(copy.vertexShader_, vertexShader);
         EXPECT_EQ(copy.fragmentShader_, fragmentShader);
         EXPECT_GL_CALLS(gl);
