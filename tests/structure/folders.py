@@ -29,6 +29,7 @@ PLACES = {
     "export": "gl",
     "gl": "gl",
     "version": "gl",
+    "context": "engine",
     "diagnostics": "all",
     "internal": "all",
     "vellis": "all",

@@ -401,35 +401,36 @@ private:
             flags_ = bound | holding;
         }
 
-        /// Keeps another binding, or nothing where it is empty.
+        /// Keeps another binding. An empty pointer may own something all the same.
         void hold(std::shared_ptr<VertexAttributesBinding> binding) {
             release();
-            if (binding == nullptr)
-                return;
+            flags_ |= binding != nullptr ? holding : holding | empty;
             new (&binding_) std::shared_ptr<VertexAttributesBinding>(std::move(binding));
-            flags_ |= holding;
         }
 
-        /// The binding that is kept, which is not empty, or an empty one.
+        /// The binding that is kept.
         std::shared_ptr<VertexAttributesBinding> binding() const {
-            return isHolding() ? binding_ : nullptr;
+            return (flags_ & holding) != 0 ? binding_ : nullptr;
         }
+
+        /// Whether there is one to unbind.
+        /// @{
+        bool isHolding() const { return (flags_ & (holding | empty)) == holding; }
         bool isHoldingBound() const { return flags_ == (bound | holding); }
-        bool isHolding() const { return (flags_ & holding) != 0; }
+        /// @}
 
-        /// Hands over the binding that is kept, or an empty one.
+        /// Hands over the binding that is kept.
         std::shared_ptr<VertexAttributesBinding> take() {
-            if (!isHolding())
-                return nullptr;
-            flags_ &= ~holding;
-            return std::move(binding_);
+            auto taken = binding();
+            release();
+            return taken;
         }
 
-        /// Lets go of the binding.
+        /// Lets go of it.
         void release() {
-            if (!isHolding())
+            if ((flags_ & holding) == 0)
                 return;
-            flags_ &= ~holding;
+            flags_ &= bound;
             binding_.~shared_ptr();
         }
 
@@ -443,7 +444,8 @@ private:
 
     private:
         static constexpr unsigned int bound = 1;
-        static constexpr unsigned int holding = 2;
+        static constexpr unsigned int holding = 2; ///< binding_ is there
+        static constexpr unsigned int empty = 4;   ///< and points to nothing
 
         alignas(2 * sizeof(unsigned int)) unsigned int group_;
         unsigned int flags_ = 0;
