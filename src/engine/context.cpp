@@ -22,6 +22,12 @@ void empty(gl::ContextState& state) {
     state.emptySlots();
 }
 
+/// What use() does where it cannot.
+bool refuse() {
+    gl::enterWithEntryPoints(nullptr);
+    return false;
+}
+
 } // namespace
 
 std::shared_ptr<Context> Context::make(Lookup lookup) {
@@ -40,6 +46,8 @@ std::shared_ptr<Context> Context::make(const Context* other, Lookup lookup) {
     auto group = other != nullptr && other->isAlive() ? other->state_->groupNames
                                                       : std::make_shared<gl::WaitingNames>();
     context->state_ = new gl::ContextState(*context, std::move(group), *table);
+    gl::enterWithEntryPoints(context->state_);
+    context->state_->native = loader::currentContext();
     context->use();
     return context;
 }
@@ -51,13 +59,16 @@ Context::~Context() {
 }
 
 bool Context::use() {
-    if (!isAlive() || !state_->native.isCurrent()) {
-        gl::enterWithEntryPoints(nullptr);
-        return false;
-    }
+    if (!isAlive())
+        return refuse();
+    const bool waits = state_->groupNames->any() || state_->ownNames->any();
+    if (waits ? !state_->native.isCurrent() : !state_->native.isProbablyCurrent())
+        return refuse();
     gl::enterWithEntryPoints(state_);
-    state_->groupNames->deleteAll();
-    state_->ownNames->deleteAll();
+    if (waits) {
+        state_->groupNames->deleteAll();
+        state_->ownNames->deleteAll();
+    }
     return true;
 }
 

@@ -42,8 +42,7 @@ public:
         : context(&itself),
           groupNames(std::move(group)),
           ownNames(std::in_place),
-          entryPoints(&table),
-          native(loader::currentContext()) {}
+          entryPoints(&table) {}
     ~ContextState() { emptySlots(); }
     ContextState(const ContextState&) = delete;
     ContextState& operator=(const ContextState&) = delete;
@@ -76,7 +75,7 @@ public:
     std::shared_ptr<WaitingNames> groupNames;
     std::optional<WaitingNames> ownNames; ///< those of what it does not share
     const loader::Table* entryPoints;     ///< of the GL context
-    loader::NativeContext native;         ///< the GL context itself
+    loader::NativeContext native = {};    ///< the GL context itself
     std::atomic<Thread*> user = nullptr;  ///< the thread that has it in use
     const void* binding = nullptr;        ///< Thread::binding, while no thread has it in use
     bool isClosing = false;               ///< whether it is past making things for good

@@ -3,6 +3,7 @@
 #include "gl/loader.hpp"
 
 #include <atomic>
+#include <cstring>
 
 #include <vellis/gl.hpp>
 
@@ -133,9 +134,9 @@ NativeContext findCurrentContext(int mode) {
         const auto current = library.find<GetCurrentContext>(platform.getCurrentContext);
         void* const handle = current != nullptr ? current() : nullptr;
         if (handle != nullptr)
-            return {current, handle};
+            return {current, handle, nullptr};
     }
-    return {nullptr, nullptr};
+    return {nullptr, nullptr, nullptr};
 }
 
 void* currentHandle() {
@@ -189,10 +190,19 @@ void setVersion(Version version) {
 NativeContext currentContext() {
 #ifdef _WIN32
     void* const handle = currentHandle();
-    return {handle != nullptr ? &currentHandle : nullptr, handle};
+    return {handle != nullptr ? &currentHandle : nullptr, handle, nullptr};
 #else
-    return findCurrentContext(RTLD_NODELETE);
+    NativeContext context = findCurrentContext(RTLD_NODELETE);
+    // Mesa writes one for each context.
+    const auto* const version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
+    if (context.current != nullptr && version != nullptr && std::strstr(version, "Mesa") != nullptr)
+        context.version = version;
+    return context;
 #endif
+}
+
+bool NativeContext::isProbablyCurrent() const {
+    return version != nullptr && glGetString(GL_VERSION) == version ? true : isCurrent();
 }
 
 bool isProcessContextCurrent() {

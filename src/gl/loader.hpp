@@ -21,14 +21,20 @@ const Table* processTable();
 
 /// A GL context, by what its platform calls it.
 struct NativeContext {
-    void* (*current)(); ///< the platform's answer to what is current on a thread; null if unknown
-    void* handle;       ///< what it was when this was made
+    void* (*current)();  ///< the platform's answer to what is current on a thread; null if unknown
+    void* handle;        ///< what it was when this was made
+    const void* version; ///< where its version string lies, which no other context shares; or null
 
     /// Whether it is current on this thread, as far as anybody can tell.
     bool isCurrent() const { return current == nullptr || current() == handle; }
+
+    /// The same in less time: that the version string is there again will do. EGL and GLX ask the
+    /// system for each answer whether the process has forked.
+    bool isProbablyCurrent() const;
 };
 
-/// The GL context that is current on this thread. The platform's library stays loaded from then on.
+/// The GL context that is current on this thread, with its entry points in place. The platform's
+/// library stays loaded from then on.
 NativeContext currentContext();
 
 /// Whether the GL context for which the process loaded its entry points last is current on this

@@ -90,7 +90,7 @@ void WaitingNames::add(Kind kind, unsigned int index, unsigned int name) noexcep
     }
 }
 
-void WaitingNames::deleteEach() {
+void WaitingNames::deleteAll() {
     for (std::size_t kind = 0; kind < numKinds; ++kind) {
         std::vector<unsigned int> names;
         {

@@ -43,12 +43,9 @@ public:
     /// The index.
     unsigned int index() const { return index_; }
 
-    /// Deletes them, if there are any, in the GL context that is current: with one call for each
-    /// kind, but one for each program and shader.
-    void deleteAll() {
-        if (any_.load(std::memory_order_relaxed))
-            deleteEach();
-    }
+    /// Deletes them in the GL context that is current: with one call for each kind, but one for
+    /// each program and shader.
+    void deleteAll();
 
     /// Keeps a name of that index until it can be deleted. Where all is gone that knew the index,
     /// so is the name. Without memory it is left to the end of its GL context.
@@ -60,8 +57,6 @@ public:
 private:
     struct Process {};
     explicit WaitingNames(Process) : index_(0), next_(nullptr) {}
-
-    void deleteEach();
 
     unsigned int index_;
     std::atomic<bool> any_ = false;
