@@ -27,6 +27,7 @@ extern const int rows;
 extern const vellis::Drawable& mesh;
 extern const vellis::Drawable& triangle;
 extern const vellis::Texture& texture;
+extern const std::shared_ptr<vellis::Context> context;
 extern const std::shared_ptr<vellis::Framebuffer> framebuffer;
 extern const std::shared_ptr<vellis::Program> program;
 extern const std::shared_ptr<vellis::VertexAttributeBuffer<float>> buffer;
