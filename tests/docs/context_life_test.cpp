@@ -113,6 +113,7 @@ TEST(ContextLife, TheToolboxIsThereAgainInTheContextAfterALostOne) {
     window.paint();
     EXPECT_THAT(window.native.takeCalls(), Contains(StartsWith("glDrawArrays")));
     forgetWindow(*window.context);
+    EXPECT_GL_CALLS(window.native);
     window.open();
     window.paint();
     EXPECT_THAT(window.native.takeCalls(), Contains(StartsWith("glDrawArrays")));
