@@ -10,9 +10,10 @@ namespace vellis {
 
 class Toolbox;
 
-/// The process-wide registry of buffers. It owns every buffer that is added to it, until that is
-/// removed or engine::dispose releases them all; a buffer's address is its key. Buffers are not
-/// added by themselves.
+/// The registry of buffers: one of each Context, and one of the process for where none is in use.
+/// It owns every buffer that is added to it, until that is removed or engine::dispose or
+/// Context::dispose releases them all; a buffer's address is its key. Buffers are not added by
+/// themselves.
 ///
 /// \code
 /// auto& registry = vellis::BufferObjectManager::instance();
@@ -21,15 +22,15 @@ class Toolbox;
 /// \endcode
 ///
 /// Releasing the last reference to a buffer deletes its GL buffer, so call what releases with the
-/// context current. A buffer is out of the registry before it ends: what ends with it may call the
-/// registry, and what is added then stays there.
+/// GL context current. A buffer is out of the registry before it ends: what ends with it may call
+/// the registry, and what is added then stays there.
 ///
-/// The one instance is made on first use and emptied at the end of the process. The destructors of
+/// The process's own is made on first use and emptied at the end of the process. The destructors of
 /// static objects may call it even after that: they meet an empty registry, which is emptied once
-/// more.
+/// more. That of a Context is made on first use, too, and goes with it.
 class VELLIS_EXPORT BufferObjectManager {
 public:
-    /// The registry.
+    /// The registry of the Context in use. The reference holds until that is disposed of.
     static BufferObjectManager& instance();
 
     /// Adds \p buffer, unless it is there already.
@@ -46,8 +47,8 @@ public:
     /// The invalid key, null.
     static BufferObject* invalidId() { return nullptr; }
 
-    /// Empties the registry. Buffers that nobody else owns are destroyed; the others live on with
-    /// their GL names.
+    /// Empties the registry of the Context in use. Buffers that nobody else owns are destroyed; the
+    /// others live on with their GL names.
     static void dispose();
 
     /// Copies the entries: a copy owns the same buffers. Assignment releases those of before.
@@ -56,8 +57,8 @@ public:
     BufferObjectManager& operator=(const BufferObjectManager& other);
     /// @}
 
-    /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the one
-    /// instance beside the copy itself.
+    /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the
+    /// registry of the Context in use beside the copy itself.
     ~BufferObjectManager();
 
 private:

@@ -34,7 +34,9 @@ namespace vellis {
 /// };
 /// \endcode
 ///
-/// The static functions set rasterisation state of the current context, at once and for all
+/// In another Context than it was made in, it draws nothing: make one for each.
+///
+/// The static functions set rasterisation state of the current GL context, at once and for all
 /// drawing; nothing puts it back.
 class VELLIS_EXPORT Drawable {
 public:

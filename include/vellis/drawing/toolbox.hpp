@@ -51,15 +51,16 @@ namespace vellis {
 /// **Cost.** Each call makes and deletes a vertex array object. It allocates memory for that and,
 /// for a dashed line, for the points.
 ///
-/// After engine::dispose the calls do nothing.
+/// **Contexts.** Each Context has such a buffer of its own, as has the process for where none is in
+/// use. There, after engine::dispose, the calls do nothing; in a Context made anew they draw.
 class VELLIS_EXPORT Toolbox {
 public:
     /// The one instance, which has nothing to ask: all functions are static.
     static Toolbox& instance();
 
-    /// The shared buffer, which the first call makes and BufferObjectManager owns. Empty once the
-    /// registry has let go of it, and where engine::dispose comes before the first call: it is not
-    /// made again, and then not at all.
+    /// The shared buffer of the Context in use, which the first call makes and BufferObjectManager
+    /// owns. Empty once the registry has let go of it, and where engine::dispose comes before the
+    /// first call: it is not made again, and then not at all.
     static std::shared_ptr<VertexAttributeBuffer<unsigned char>> getVertexBuffer();
 
     /// \name Lines

@@ -9,9 +9,10 @@
 
 namespace vellis {
 
-/// The process-wide registry of programs. It owns every program that is added to it, until that is
-/// removed or engine::dispose releases them all; a program's address is its key. Besides, it makes
-/// the six built-in programs, each on first request.
+/// The registry of programs: one of each Context, and one of the process for where none is in use.
+/// It owns every program that is added to it, until that is removed or engine::dispose or
+/// Context::dispose releases them all; a program's address is its key. Besides, it makes the six
+/// built-in programs, each on first request.
 ///
 /// \code
 /// auto& registry = vellis::ProgramManager::instance();
@@ -22,12 +23,12 @@ namespace vellis {
 /// \endcode
 ///
 /// Releasing the last reference to a program deletes its GL program, so call what releases, and
-/// what makes a built-in, with the context current. A program is out of the registry before it
+/// what makes a built-in, with the GL context current. A program is out of the registry before it
 /// ends: what ends with it may call the registry, and what is added then stays there.
 ///
-/// The one instance is made on first use and emptied at the end of the process, as by dispose().
+/// The process's own is made on first use and emptied at the end of the process, as by dispose().
 /// The destructors of static objects may call it even after that: they meet an empty registry,
-/// which is emptied once more.
+/// which is emptied once more. That of a Context is made on first use, too, and goes with it.
 class VELLIS_EXPORT ProgramManager {
 public:
     /// The built-in programs, in GLSL 1.20. All have the uniforms `mvp` (mat4) and `color` (vec4).
@@ -50,7 +51,7 @@ public:
         DashLines3D = 5,
     };
 
-    /// The registry.
+    /// The registry of the Context in use. The reference holds until that is disposed of.
     static ProgramManager& instance();
 
     /// Adds \p program, unless it is there already.
@@ -75,8 +76,8 @@ public:
     /// The invalid key, null.
     static Program* invalidId() { return nullptr; }
 
-    /// Empties the registry and releases the built-in programs, which are not made again. Programs
-    /// that somebody else owns live on.
+    /// Empties the registry of the Context in use and releases its built-in programs, which are not
+    /// made again. Programs that somebody else owns live on.
     static void dispose();
 
     /// Copies the entries: a copy owns the same programs. Assignment releases those of before.
@@ -85,8 +86,8 @@ public:
     ProgramManager& operator=(const ProgramManager& other);
     /// @}
 
-    /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the one
-    /// instance beside the copy itself.
+    /// Empties the registry, as dispose() does. That holds for a copy, too: its end empties the
+    /// registry of the Context in use beside the copy itself.
     ~ProgramManager();
 
 private:

@@ -30,8 +30,8 @@ namespace vellis::internal {
 VELLIS_EXPORT void print_gl_states();
 
 /// Prints those of the tracked states that have changed since the call before, whatever code
-/// changed them: `Corvane DIFF : BLEND = false -> true`. The first call in a process only
-/// remembers. So bracket what you suspect:
+/// changed them: `Corvane DIFF : BLEND = false -> true`. The first call only remembers. So bracket
+/// what you suspect:
 ///
 /// \code
 /// vellis::internal::diff_gl_states();
@@ -39,8 +39,9 @@ VELLIS_EXPORT void print_gl_states();
 /// vellis::internal::diff_gl_states(); // what drawOverlay() has left changed
 /// \endcode
 ///
-/// What is remembered lives as long as the process: there is no reset, engine::dispose() keeps it,
-/// and with another context current the two contexts are compared. From the first change of the
+/// Each Context remembers its own for as long as it lives, and begins with a first call. Where none
+/// is in use, what is remembered lives as long as the process: there is no reset, engine::dispose()
+/// keeps it, and with another GL context current the two are compared. From the first change of the
 /// active texture unit on, every call prints a line for it, whose old value is the unit's index
 /// less the value of `GL_TEXTURE0` (`GL_TEXTURE-33983 -> GL_TEXTURE1`): the line tells the unit
 /// that is active now, no more. A float that is not a number differs from itself, and is printed
