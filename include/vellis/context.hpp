@@ -42,8 +42,9 @@ class ContextState;
 ///
 /// **Threads.** Each Context is in use on one thread, and each object used on one thread, at a
 /// time; Contexts on several threads need no lock. A Context goes from thread to thread as its GL
-/// context does: use() on the new one takes it from the one before. Contexts whose entry points
-/// differ, as those of two drivers may on Windows, must not run at the same time.
+/// context does: use() on the new one takes it from the one before. use() puts the entry points of
+/// its own in place, for all threads: Contexts whose entry points, versions or extensions differ, as
+/// those of two drivers do, must not run at the same time.
 class VELLIS_EXPORT Context {
 public:
     /// Gives the entry point of a name, or null.
@@ -68,8 +69,8 @@ public:
 
     /// Has this thread use it from now on, and deletes the names that wait for it: vertex arrays,
     /// framebuffers, buffers, textures and renderbuffers with one call of each kind, programs and
-    /// shaders with one each. Makes no other GL call. Call it after the GL context was made current
-    /// on this thread, each time.
+    /// shaders with one each. Beside these it calls `glGetString` at most. Call it after the GL
+    /// context was made current on this thread, each time.
     ///
     /// \return false where the GL context that is current on this thread is another one, or none,
     /// and

@@ -73,8 +73,8 @@ namespace drawable {
 ///
 /// The number of vertices is the smallest number of elements that an attribute has from its offset
 /// on: 0 where an offset lies beyond its buffer, or a buffer is missing or does not exist in the
-/// Context in use. The drawable does not keep
-/// the buffers: they must live for as long as it is drawn.
+/// Context in use. The drawable does not keep the buffers: they must live for as long as it is
+/// drawn.
 ///
 /// An attribute whose name the program does not have gets location `0xFFFFFFFF`, which GL refuses
 /// with `GL_INVALID_VALUE`.
