@@ -42,9 +42,10 @@ class ContextState;
 ///
 /// **Threads.** Each Context is in use on one thread, and each object used on one thread, at a
 /// time; Contexts on several threads need no lock. A Context goes from thread to thread as its GL
-/// context does: use() on the new one takes it from the one before. use() puts the entry points of
-/// its own in place, for all threads: Contexts whose entry points, versions or extensions differ, as
-/// those of two drivers do, must not run at the same time.
+/// context does: use() on the new one takes it from the one before, which has the process's own in
+/// use then. use() puts the entry points of
+/// its own in place, for all threads: Contexts whose entry points, versions or extensions differ,
+/// as those of two drivers do, must not run at the same time.
 class VELLIS_EXPORT Context {
 public:
     /// Gives the entry point of a name, or null.

@@ -65,7 +65,7 @@ void BufferObject::dispose() {
 }
 
 unsigned int BufferObject::id() const {
-    return exists() ? id_ : 0;
+    return gl::nameHere(gl::Kind::Buffer, group_, id_);
 }
 
 bool BufferObject::exists() const {

@@ -6,7 +6,7 @@
 
 #include "gl/capability.hpp"
 #include "gl/enumerator.hpp"
-#include "gl/thread.hpp"
+#include "gl/names.hpp"
 
 namespace vellis {
 namespace {
@@ -20,7 +20,7 @@ bool isDrawingRefused() {
 template <class T>
 void drawIndexed(Drawable::PrimitiveType primitive, const IndexBuffer<T>& indices,
                  unsigned int glType, unsigned int first, unsigned int count) {
-    if (isDrawingRefused() || !indices.exists())
+    if (isDrawingRefused() || !gl::existsOrRefuse(indices))
         return;
     if (count == 0)
         count = indices.count() - first;

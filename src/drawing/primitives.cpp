@@ -38,9 +38,13 @@ struct AttributeRecorder {
         do {
             const VertexBuffer* const buffer = attributes->buffer;
             unsigned int elements = 0;
-            if (buffer != nullptr && BufferObject::Inlined::exists(*buffer)) {
-                visit(*attributes);
-                elements = buffer->numElements();
+            if (buffer != nullptr) {
+                if (BufferObject::Inlined::exists(*buffer)) {
+                    visit(*attributes);
+                    elements = buffer->numElements();
+                } else {
+                    gl::refuse(gl::Kind::Buffer);
+                }
             }
             fewest = std::min(fewest, elements - std::min(elements, attributes->offset));
             ++attributes;

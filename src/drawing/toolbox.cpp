@@ -216,7 +216,7 @@ void Toolbox::drawFlat(unsigned int primitive, const glm::vec4& color, unsigned 
                        unsigned int count, const VertexBuffer* buffer, unsigned int dimensions,
                        const glm::mat4& mvp) {
     const auto& flat = flatProgram(dimensions);
-    if (flat == nullptr || buffer == nullptr || !buffer->exists())
+    if (flat == nullptr || buffer == nullptr || !gl::existsOrRefuse(*buffer))
         return;
     const Shape shape(static_cast<Drawable::PrimitiveType>(primitive), *flat, "position", *buffer,
                       dimensions);

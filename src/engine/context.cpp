@@ -73,8 +73,7 @@ bool Context::use() {
 }
 
 Context* Context::current() {
-    const bool isHere = gl::thread.state != nullptr && gl::thread.context != gl::nowhere;
-    return isHere ? gl::thread.state->context : nullptr;
+    return gl::thread.state != nullptr ? gl::thread.state->context : nullptr;
 }
 
 void Context::useProcess() {

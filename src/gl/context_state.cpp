@@ -1,47 +1,58 @@
 #include "gl/context_state.hpp"
 
+#include <mutex>
+
 namespace vellis::gl {
 namespace {
 
-/// Puts down what this thread has in use.
-void leave() {
-    ContextState* const state = std::exchange(thread.state, nullptr);
-    if (state == nullptr) {
-        thread.processBinding = thread.binding;
-        return;
-    }
-    if (state->user.load(std::memory_order_relaxed) == &thread) {
-        state->binding = thread.binding;
-        state->user.store(nullptr, std::memory_order_release);
-    }
-    state->release();
-}
+/// What guards which thread has a Context in use: each thread changes that of others.
+std::mutex mutex; // which needs neither construction nor destruction
 
-/// Sets an index that another thread compares with.
-void setForOther(unsigned int& index) {
+/// An index that a thread compares with, which another thread may change.
+void setIndex(unsigned int& index, unsigned int value) {
 #if defined(__GNUC__)
-    __atomic_store_n(&index, nowhere, __ATOMIC_RELAXED);
+    __atomic_store_n(&index, value, __ATOMIC_RELAXED);
 #else
-    index = nowhere;
+    index = value;
 #endif
 }
 
-/// Takes up \p state, from whichever thread has it.
-void take(ContextState& state) {
-    state.keep();
-    thread.state = &state;
-    if (Thread* const former = state.user.exchange(&thread, std::memory_order_acq_rel)) {
-        setForOther(former->group);
-        setForOther(former->context);
+/// Has \p other use the process's own, and whoever comes next find the binding of now.
+void putDown(Thread& other) {
+    if (other.state == nullptr) {
+        other.processBinding = other.binding;
+        return;
     }
+    other.state->binding = other.binding;
+    other.state->user.store(nullptr, std::memory_order_relaxed);
+    other.state = nullptr;
+    setIndex(other.group, 0);
+    setIndex(other.context, 0);
+    other.binding = other.processBinding;
+}
+
+/// Has this thread use \p state, from whichever thread has it.
+void pickUp(ContextState& state) {
+    if (Thread* const former = state.user.load(std::memory_order_relaxed))
+        putDown(*former);
+    state.user.store(&thread, std::memory_order_relaxed);
     const bool isThere = state.context != nullptr;
-    thread.group = isThere ? state.groupNames->index() : nowhere;
-    thread.context = isThere ? state.ownNames->index() : nowhere;
+    setIndex(thread.group, isThere ? state.groupNames->index() : nowhere);
+    setIndex(thread.context, isThere ? state.ownNames->index() : nowhere);
+    thread.state = &state;
     thread.binding = state.binding;
-    releaseAtEndOfThread();
 }
 
 } // namespace
+
+ContextState::~ContextState() {
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (Thread* const last = user.load(std::memory_order_relaxed))
+            putDown(*last);
+    }
+    emptySlots();
+}
 
 void* ContextState::at(Slot slot, void* (*make)(), void (*destroy)(void* object)) {
     Kept& kept = slots_[static_cast<std::size_t>(slot)];
@@ -58,17 +69,15 @@ void ContextState::emptySlots() {
 }
 
 void enter(ContextState* state) {
-    if (state == thread.state &&
-        (state == nullptr || state->user.load(std::memory_order_relaxed) == &thread))
+    // Another thread takes this one's from it, but never gives it one.
+    if (state == thread.state)
         return;
-    leave();
-    if (state != nullptr) {
-        take(*state);
-    } else {
-        thread.group = 0;
-        thread.context = 0;
-        thread.binding = thread.processBinding;
-    }
+    if (state != nullptr)
+        releaseAtEndOfThread();
+    const std::lock_guard<std::mutex> lock(mutex);
+    putDown(thread);
+    if (state != nullptr)
+        pickUp(*state);
 }
 
 } // namespace vellis::gl

@@ -33,8 +33,8 @@ enum class Slot : unsigned char {
 };
 constexpr std::size_t numSlots = 5;
 
-/// What the library keeps for one GL context. It lives for as long as its Context, and for as long
-/// as a thread has it in use.
+/// What the library keeps for one GL context. It lives for as long as its Context, or a scope that
+/// goes back to it. A thread that has it in use beyond that has the process's own from then on.
 class ContextState {
 public:
     /// For the GL context that is current. It is in use nowhere.
@@ -43,7 +43,7 @@ public:
           groupNames(std::move(group)),
           ownNames(std::in_place),
           entryPoints(&table) {}
-    ~ContextState() { emptySlots(); }
+    ~ContextState();
     ContextState(const ContextState&) = delete;
     ContextState& operator=(const ContextState&) = delete;
 
@@ -88,7 +88,7 @@ private:
 };
 
 /// Has this thread use \p state, or the process's own where it is null. A thread that had it in use
-/// has nothing in use from then on. Entry points stay as they are.
+/// has the process's own from then on. Entry points stay as they are.
 void enter(ContextState* state);
 
 /// The same, with the entry points that belong to it.

@@ -155,7 +155,11 @@ bool install(const Table* table) {
         gl::thread.state->entryPoints = table;
     } else {
         ofProcess = table;
-        processHandle = currentHandle();
+        // Names of another GL context would be other objects' here.
+        if (void* const handle = currentHandle(); handle != processHandle) {
+            gl::WaitingNames::ofProcess().forget();
+            processHandle = handle;
+        }
     }
     publishAnew(*table);
     return true;

@@ -90,17 +90,23 @@ void WaitingNames::add(Kind kind, unsigned int index, unsigned int name) noexcep
     }
 }
 
+std::vector<unsigned int> WaitingNames::take(std::size_t kind) {
+    const Lock lock(all.mutex);
+    any_.store(false, std::memory_order_relaxed);
+    return std::exchange(names_[kind], {});
+}
+
 void WaitingNames::deleteAll() {
     for (std::size_t kind = 0; kind < numKinds; ++kind) {
-        std::vector<unsigned int> names;
-        {
-            const Lock lock(all.mutex);
-            any_.store(false, std::memory_order_relaxed);
-            names.swap(names_[kind]);
-        }
+        const std::vector<unsigned int> names = take(kind);
         if (!names.empty())
             deleteNames(static_cast<Kind>(kind), names);
     }
+}
+
+void WaitingNames::forget() {
+    for (std::size_t kind = 0; kind < numKinds; ++kind)
+        take(kind);
 }
 
 unsigned int refuse(Kind kind) {

@@ -47,6 +47,9 @@ public:
     /// each program and shader.
     void deleteAll();
 
+    /// Forgets them: their GL context is gone.
+    void forget();
+
     /// Keeps a name of that index until it can be deleted. Where all is gone that knew the index,
     /// so is the name. Without memory it is left to the end of its GL context.
     static void add(Kind kind, unsigned int index, unsigned int name) noexcept;
@@ -57,6 +60,8 @@ public:
 private:
     struct Process {};
     explicit WaitingNames(Process) : index_(0), next_(nullptr) {}
+
+    std::vector<unsigned int> take(std::size_t kind);
 
     unsigned int index_;
     std::atomic<bool> any_ = false;
@@ -86,6 +91,12 @@ inline bool isHere(Kind kind, unsigned int index) {
 /// The name of an object of that kind and index as it is here: 0 where it does not exist.
 inline unsigned int nameHere(Kind kind, unsigned int index, unsigned int name) {
     return isHere(kind, index) ? name : refuse(kind);
+}
+
+/// Whether a buffer exists here. It is noted where it does not.
+template <class Buffer>
+bool existsOrRefuse(const Buffer& buffer) {
+    return buffer.exists() || refuse(Kind::Buffer) != 0;
 }
 
 /// Whether a name of that kind and index can be deleted here and now. If not, it waits, but for the

@@ -63,7 +63,7 @@ Shader::~Shader() {
 }
 
 unsigned int Shader::id() const {
-    return gl::isHere(gl::Kind::Shader, group_) ? id_ : 0;
+    return gl::nameHere(gl::Kind::Shader, group_, id_);
 }
 
 bool Shader::hasCompilationError() const {

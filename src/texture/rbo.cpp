@@ -17,7 +17,7 @@ RBO::~RBO() {
 }
 
 unsigned int RBO::id() const {
-    return gl::isHere(gl::Kind::Renderbuffer, group_) ? id_ : 0;
+    return gl::nameHere(gl::Kind::Renderbuffer, group_, id_);
 }
 
 void RBO::bind() const {

@@ -65,7 +65,7 @@ void Texture::deleteName() {
 }
 
 unsigned int Texture::id() const {
-    return gl::isHere(gl::Kind::Texture, group_) ? id_ : 0;
+    return gl::nameHere(gl::Kind::Texture, group_, id_);
 }
 
 void Texture::bind() const {

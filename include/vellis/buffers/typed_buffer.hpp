@@ -55,8 +55,9 @@ public:
     /// Makes a new store of \p count elements, copied from \p data unless that is null. The old
     /// store is orphaned.
     void load(const T* data, unsigned int count) {
-        count_ = fitting(count);
-        Base::load(data, bytes(count_));
+        if (Base::exists())
+            count_ = fitting(count);
+        Base::load(data, bytes(fitting(count)));
     }
 
     /// Makes a new store that holds \p elements. The old store is orphaned.

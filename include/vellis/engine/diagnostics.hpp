@@ -74,9 +74,9 @@ VELLIS_EXPORT void not_tested(const char* what, const char* file, int line);
 ///         is static.
 VELLIS_EXPORT const char* check_glerror();
 
-/// What this thread last used in a Context in which it does not exist, since the call before: an
-/// object of another Context is not drawn, bound, read or written, as Context describes, and GL
-/// knows of no error. Makes no GL call.
+/// What this thread last used, or asked for its name, in a Context in which it does not exist,
+/// since the call before: an object of another Context is not drawn, bound, read or written, as
+/// Context describes, and GL knows of no error. Makes no GL call.
 ///
 /// \return null when there was none, else one of `"program"`, `"shader"`, `"vertex array"` (of a
 ///         drawable), `"framebuffer"`, `"buffer"`, `"texture"` and `"renderbuffer"`. The text is
