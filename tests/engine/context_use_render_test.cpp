@@ -10,7 +10,6 @@
 #include <vellis/shading/program_manager.hpp>
 
 #include "support/canvas.hpp"
-#include "support/render_test.hpp"
 #include "support/scene.hpp"
 
 namespace {
@@ -19,15 +18,6 @@ using namespace vellis;
 using namespace vellis::test;
 
 class ContextUseRender : public CanvasTest {};
-
-/// Whether the platform tells which GL context is current.
-bool tellsWhatIsCurrent() {
-    return renderSettings(1, 1).platform != offscreen::Platform::OsMesa;
-}
-
-#define SKIP_WHERE_NOBODY_TELLS_WHAT_IS_CURRENT()                                                  \
-    if (!tellsWhatIsCurrent())                                                                     \
-    GTEST_SKIP() << "the platform does not tell which GL context is current"
 
 /// Draws with objects that end then.
 void drawOnce(const Color& left, const Color& right) {

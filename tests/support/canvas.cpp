@@ -42,6 +42,10 @@ std::shared_ptr<Context> Canvas::makeAnother() const {
     return gl->makeCurrent() ? Context::make(gl->ownLookup()) : nullptr;
 }
 
+bool tellsWhatIsCurrent() {
+    return renderSettings(1, 1).platform != offscreen::Platform::OsMesa;
+}
+
 void CanvasTest::SetUp() {
     if (const auto hidden = extensionToHide())
         skip("each Context loads " + name(*hidden) + " anew");

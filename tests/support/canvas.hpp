@@ -40,6 +40,15 @@ private:
     Canvas() = default;
 };
 
+/// Whether the platform of the tests tells which GL context is current.
+bool tellsWhatIsCurrent();
+
+/// Skips a test where nobody tells which GL context is current, so that use() takes its caller's
+/// word.
+#define SKIP_WHERE_NOBODY_TELLS_WHAT_IS_CURRENT()                                                  \
+    if (!vellis::test::tellsWhatIsCurrent())                                                       \
+    GTEST_SKIP() << "the platform does not tell which GL context is current"
+
 /// A test that opens canvases. Where it gets none that has all that the library asks for, it is
 /// skipped.
 class CanvasTest : public testing::Test {
