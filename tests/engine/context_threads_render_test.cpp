@@ -16,6 +16,7 @@
 #include <vellis/internal.hpp>
 
 #include "support/canvas.hpp"
+#include "support/pixels.hpp"
 #include "support/scene.hpp"
 
 namespace {
@@ -261,6 +262,28 @@ TEST_P(ContextHandOverRender, IsInUseOnOneAtATime) {
     thread.join();
 }
 
+TEST_P(ContextHandOverRender, WhatIsBoundGoesAlong) {
+    const auto canvas = open();
+    if (!goesOn())
+        return;
+    const Scene scene(red);
+    const auto& binding = scene.own.square->getAttributesBinding();
+    binding->bind();
+    leave(*canvas);
+    EXPECT_EQ(binding->isCurrent(), !GetParam()) << "the thread learns of it with its next use()";
+    std::thread([&] {
+        EXPECT_FALSE(binding->isCurrent());
+        EXPECT_TRUE(canvas->use());
+        EXPECT_NE(stateOf(GL_VERTEX_ARRAY_BINDING), 0);
+        EXPECT_TRUE(binding->isCurrent());
+        VertexAttributesBinding::unbind();
+        leave(*canvas);
+    }).join();
+    ASSERT_TRUE(canvas->use());
+    EXPECT_FALSE(binding->isCurrent());
+    EXPECT_TRUE(isQuiet());
+}
+
 TEST_P(ContextHandOverRender, AnotherServesTheFirstThreadMeanwhile) {
     const auto a = open();
     const auto b = open();
@@ -316,6 +339,42 @@ TEST_P(ContextHandOverRender, TwoThreadsSwapTheirs) {
         return {};
     });
     EXPECT_EQ(numLost, 0) << "of " << numRounds;
+}
+
+TEST_F(ContextThreadsRender, OneIsAbandonedWhileAnotherThreadHasItInUse) {
+    const auto a = open();
+    auto b = open();
+    if (!goesOn())
+        return;
+    ASSERT_TRUE(a->use());
+    const Scene sceneOfA(red);
+    b->leave();
+    a->gl->makeCurrent();
+    ASSERT_TRUE(a->use());
+    Barrier barrier(2);
+    std::thread thread([&] {
+        EXPECT_TRUE(b->use());
+        const Scene scene(green);
+        EXPECT_TRUE(draws(scene, green, yellow));
+        const auto before = countObjects();
+        barrier.wait();
+        barrier.wait(); // it is abandoned
+        EXPECT_EQ(Context::current(), nullptr);
+        EXPECT_EQ(scene.shared.texture->id(), 0u);
+        EXPECT_FALSE(b->use());
+        EXPECT_EQ(countObjects(), before);
+        b->gl->release();
+    });
+    barrier.wait();
+    b->context.reset();
+    EXPECT_EQ(Context::current(), a->context.get());
+    b->context = Context::make(*a->context, a->gl->ownLookup());
+    b->context->abandon();
+    barrier.wait();
+    thread.join();
+    ASSERT_TRUE(a->use());
+    EXPECT_TRUE(draws(sceneOfA, red, blue));
+    EXPECT_TRUE(isQuiet());
 }
 
 TEST_F(ContextThreadsRender, AThreadThatEndsPutsDownWhatItHasInUse) {

@@ -180,6 +180,46 @@ TEST_F(ContextUseRender, EngineInitLoadsForTheOneInUse) {
     EXPECT_TRUE(isQuiet());
 }
 
+TEST_F(ContextUseRender, DisposeWhileAProgramIsBound) {
+    const auto a = open();
+    const auto b = open();
+    if (!goesOn())
+        return;
+    ASSERT_TRUE(b->use());
+    const Scene sceneOfB(green);
+    ASSERT_TRUE(a->use());
+    {
+        const Scene scene(red);
+        scene.shared.program->bind(scene.own.square->getAttributesBinding());
+        a->context->dispose();
+        ASSERT_TRUE(b->use());
+        EXPECT_TRUE(draws(sceneOfB, green, blue));
+        scene.shared.program->unbind();
+    }
+    EXPECT_TRUE(draws(sceneOfB, green, yellow));
+    EXPECT_TRUE(isQuiet());
+}
+
+TEST_F(ContextUseRender, AProgramBoundInOneAndUnboundInTheOther) {
+    const auto a = open();
+    const auto b = open();
+    if (!goesOn())
+        return;
+    ASSERT_TRUE(b->use());
+    const Scene sceneOfB(green);
+    ASSERT_TRUE(a->use());
+    std::optional<Scene> sceneOfA(red);
+    sceneOfA->shared.program->bind(sceneOfA->own.square->getAttributesBinding());
+    ASSERT_TRUE(b->use());
+    sceneOfA->shared.program->unbind();
+    EXPECT_TRUE(draws(sceneOfB, green, blue));
+    EXPECT_TRUE(isQuiet());
+    ASSERT_TRUE(a->use());
+    EXPECT_TRUE(draws(*sceneOfA, red, blue));
+    sceneOfA.reset();
+    EXPECT_TRUE(isQuiet());
+}
+
 // --- Scope ---
 
 TEST_F(ContextUseRender, AScopeGoesBackToTheOneBefore) {

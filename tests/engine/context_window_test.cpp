@@ -10,18 +10,17 @@
 #include <gtest/gtest.h>
 
 #include "engine/window_scenes.hpp"
-#include "support/scene.hpp"
 
 namespace {
 
-using vellis::test::sceneSize;
 using vellis::test::Window;
+using vellis::test::windowSize;
 
 class GlfwWindow : public Window {
 public:
     explicit GlfwWindow(const Window* sharing)
         : handle_(glfwCreateWindow(
-              sceneSize, sceneSize, "window", nullptr,
+              windowSize, windowSize, "window", nullptr,
               sharing != nullptr ? static_cast<const GlfwWindow*>(sharing)->handle_ : nullptr)) {}
 
     ~GlfwWindow() override {

@@ -11,6 +11,8 @@
 namespace vellis::test {
 namespace {
 
+static_assert(windowSize == sceneSize);
+
 constexpr Color colors[] = {red, green, blue, yellow};
 
 /// Makes the Context of a new window.

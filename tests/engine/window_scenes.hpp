@@ -12,7 +12,10 @@
 
 namespace vellis::test {
 
-/// A window of sceneSize by sceneSize pixels with a GL context, and the library's Context for it.
+/// The width and height of a window.
+constexpr int windowSize = 32;
+
+/// A window with a GL context, and the library's Context for it.
 class Window {
 public:
     virtual ~Window() = default;
