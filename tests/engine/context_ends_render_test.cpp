@@ -22,7 +22,6 @@ using namespace vellis::test;
 using Live = std::array<bool, test::numKinds>;
 
 constexpr Live all = {true, true, true, true, true, true, true};
-constexpr std::array<int, test::numKinds> none = {};
 
 /// All but one kind.
 Live allBut(std::size_t kind) {

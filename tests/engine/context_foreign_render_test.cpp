@@ -30,7 +30,7 @@ constexpr glm::vec2 corner(0.5f, 0.5f);
 
 /// A use of a scene's objects in a Context that has another scene.
 struct ForeignUse {
-    friend void PrintTo(const ForeignUse& use, std::ostream* out) { *out << use.name; }
+    friend void PrintTo(const ForeignUse& row, std::ostream* out) { *out << row.name; }
 
     const char* name;
     const char* kind; ///< what check_context() says of it

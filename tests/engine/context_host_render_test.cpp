@@ -249,6 +249,34 @@ TEST_P(ContextHostRender, HostObjectsWaitForTheHostsGlContext) {
     EXPECT_TRUE(isQuiet());
 }
 
+TEST_P(ContextHostRender, WhatWaitsForTheHostsGlContextIsNotDeletedInItsNext) {
+    SKIP_WHERE_NOBODY_TELLS_WHAT_IS_CURRENT();
+    if (canvas == nullptr)
+        GTEST_SKIP() << "there is but one GL context";
+    {
+        goToPlugin();
+        const Context::Scope scope(*plugin);
+        hostScene.reset();
+    }
+    std::string reason;
+    auto next = offscreen::Context::open(renderSettings(sceneSize, sceneSize), reason);
+    if (next == nullptr)
+        GTEST_SKIP() << reason;
+    ASSERT_TRUE(offscreen::loadEntryPoints(*next));
+    {
+        const Scene scene(green);
+        clear();
+        drawLeft(scene.shared, scene.own);
+        const Names names = scene.names();
+        Context::useProcess();
+        EXPECT_EQ(areLive(names), allLive);
+        EXPECT_TRUE(isQuiet());
+    }
+    next.reset();
+    goToHost();
+    EXPECT_TRUE(offscreen::loadEntryPoints(*host->gl));
+}
+
 TEST_P(ContextHostRender, PluginObjectsThatEndInTheHostWaitForTheNextScope) {
     std::optional<Scene> scene;
     Names names = {};
