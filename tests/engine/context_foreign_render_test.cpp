@@ -306,9 +306,9 @@ TEST_P(ContextForeignRender, ChangesNothingAndIsNoted) {
     EXPECT_TRUE(isQuiet());
 }
 
-class ContextForeignGroupRender : public CanvasTest {};
+class ContextElsewhereRender : public CanvasTest {};
 
-TEST_F(ContextForeignGroupRender, ADrawableOfTheOtherOfAGroupIsNotDrawn) {
+TEST_F(ContextElsewhereRender, ADrawableOfTheOtherOfAGroupIsNotDrawn) {
     const auto a = open();
     const auto b = open(a.get());
     if (!goesOn())
@@ -329,7 +329,7 @@ TEST_F(ContextForeignGroupRender, ADrawableOfTheOtherOfAGroupIsNotDrawn) {
     EXPECT_TRUE(isQuiet());
 }
 
-TEST_F(ContextForeignGroupRender, AFramebufferOfTheOtherOfAGroupIsNotBound) {
+TEST_F(ContextElsewhereRender, AFramebufferOfTheOtherOfAGroupIsNotBound) {
     const auto a = open();
     const auto b = open(a.get());
     if (!goesOn())
@@ -346,7 +346,7 @@ TEST_F(ContextForeignGroupRender, AFramebufferOfTheOtherOfAGroupIsNotBound) {
     EXPECT_EQ(takeError(), "");
 }
 
-TEST_F(ContextForeignGroupRender, ABoundFramebufferIsUnboundOnlyWhereItWasBound) {
+TEST_F(ContextElsewhereRender, ABoundFramebufferIsUnboundOnlyWhereItWasBound) {
     const auto a = open();
     const auto b = open(a.get());
     if (!goesOn())
@@ -373,7 +373,32 @@ TEST_F(ContextForeignGroupRender, ABoundFramebufferIsUnboundOnlyWhereItWasBound)
     internal::check_context();
 }
 
-TEST_F(ContextForeignGroupRender, TheDefaultFramebufferExistsInAll) {
+TEST_F(ContextElsewhereRender, AMappedBufferStaysMappedElsewhere) {
+    const auto a = open();
+    const auto b = open();
+    if (!goesOn())
+        return;
+    ASSERT_TRUE(a->use());
+    const auto indices =
+        IndexBuffer<unsigned char>::make({1, 2, 3, 4}, BufferUsage::Static, BufferAccess::Draw);
+    unsigned char* const mapped = indices->map(MapAccess::ReadWrite);
+    ASSERT_NE(mapped, nullptr);
+    ASSERT_TRUE(b->use());
+    const Scene scene(green);
+    indices->flush(0, 1);
+    EXPECT_STREQ(internal::check_context(), "buffer");
+    indices->flushAndUnmap();
+    EXPECT_STREQ(internal::check_context(), "buffer");
+    EXPECT_TRUE(draws(scene, green, blue));
+    ASSERT_TRUE(a->use());
+    mapped[0] = 9;
+    indices->flushAndUnmap(0, 1);
+    EXPECT_EQ(indices->map(MapAccess::ReadOnly)[0], 9);
+    indices->unmap(false);
+    EXPECT_TRUE(isQuiet());
+}
+
+TEST_F(ContextElsewhereRender, TheDefaultFramebufferExistsInAll) {
     const auto a = open();
     const auto b = open();
     if (!goesOn())
@@ -392,7 +417,7 @@ TEST_F(ContextForeignGroupRender, TheDefaultFramebufferExistsInAll) {
     EXPECT_TRUE(isQuiet());
 }
 
-TEST_F(ContextForeignGroupRender, EveryKindIsInertAfterDispose) {
+TEST_F(ContextElsewhereRender, EveryKindIsInertAfterDispose) {
     const auto canvas = open();
     if (!goesOn())
         return;
