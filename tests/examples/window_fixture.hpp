@@ -10,12 +10,12 @@
 
 #include "examples/running_program.hpp"
 #include "examples/x_client.hpp"
+#include "examples/x_server.hpp"
 
 /// A test of a program that opens a window, on an X server that has no other.
 class WindowTest : public ::testing::Test {
     const char* path_;
-    std::string display_;
-    std::optional<RunningProgram> server_; // ends last
+    std::optional<XServer> server_; // ends last
 
 protected:
     explicit WindowTest(const char* path) : path_(path) {}
