@@ -65,7 +65,7 @@ void BufferObject::dispose() {
 }
 
 unsigned int BufferObject::id() const {
-    return gl::nameHere(gl::Kind::Buffer, group_, id_);
+    return exists() ? id_ : 0;
 }
 
 bool BufferObject::exists() const {

@@ -45,7 +45,7 @@ bool Framebuffer::exists() const {
 }
 
 unsigned int Framebuffer::id() const {
-    return exists() ? id_ : 0;
+    return external_ || gl::isHere(gl::Kind::Framebuffer, context_) ? id_ : 0;
 }
 
 void Framebuffer::bind() const {

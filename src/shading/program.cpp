@@ -14,7 +14,7 @@ bool Program::exists() const {
 }
 
 unsigned int Program::id() const {
-    return gl::nameHere(gl::Kind::Program, usage_.group(), id_);
+    return exists() ? id_ : 0;
 }
 
 UniformVariable* Program::findUniform(const char* name, std::size_t length) const {

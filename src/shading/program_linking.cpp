@@ -112,12 +112,12 @@ void Program::dispose() {
 
 bool Program::hasLinkError() const {
     int status = GL_FALSE;
-    glGetProgramiv(id(), GL_LINK_STATUS, &status);
+    glGetProgramiv(gl::nameHere(gl::Kind::Program, usage_.group(), id_), GL_LINK_STATUS, &status);
     return status != GL_TRUE;
 }
 
 std::string Program::linkLog() const {
-    return upToNul(programInfoLog(id()));
+    return upToNul(programInfoLog(gl::nameHere(gl::Kind::Program, usage_.group(), id_)));
 }
 
 void Program::link() {
@@ -186,9 +186,9 @@ void Program::initAttributes() {
 
 void Program::gl_link() {
     if (vertexShader_ != nullptr)
-        glAttachShader(id_, vertexShader_->id());
+        glAttachShader(id_, vertexShader_->idToUse());
     if (fragmentShader_ != nullptr)
-        glAttachShader(id_, fragmentShader_->id());
+        glAttachShader(id_, fragmentShader_->idToUse());
     glLinkProgram(id_);
 }
 

@@ -63,22 +63,26 @@ Shader::~Shader() {
 }
 
 unsigned int Shader::id() const {
+    return gl::isHere(gl::Kind::Shader, group_) ? id_ : 0;
+}
+
+unsigned int Shader::idToUse() const {
     return gl::nameHere(gl::Kind::Shader, group_, id_);
 }
 
 bool Shader::hasCompilationError() const {
     int status = GL_FALSE;
-    glGetShaderiv(id(), GL_COMPILE_STATUS, &status);
+    glGetShaderiv(idToUse(), GL_COMPILE_STATUS, &status);
     return status != GL_TRUE;
 }
 
 std::string Shader::compilationLog() const {
-    return upToNul(shaderInfoLog(id()));
+    return upToNul(shaderInfoLog(idToUse()));
 }
 
 void Shader::compile(const char* source) const {
     const char* const text = source != nullptr ? source : "";
-    const unsigned int name = gl::nameHere(gl::Kind::Shader, group_, id_);
+    const unsigned int name = idToUse();
     glShaderSource(name, 1, &text, nullptr);
     glCompileShader(name);
 }

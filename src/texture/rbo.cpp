@@ -17,12 +17,15 @@ RBO::~RBO() {
 }
 
 unsigned int RBO::id() const {
+    return gl::isHere(gl::Kind::Renderbuffer, group_) ? id_ : 0;
+}
+
+unsigned int RBO::idToUse() const {
     return gl::nameHere(gl::Kind::Renderbuffer, group_, id_);
 }
 
 void RBO::bind() const {
-    callIfLoaded(glBindRenderbuffer, GL_RENDERBUFFER,
-                 gl::nameHere(gl::Kind::Renderbuffer, group_, id_));
+    callIfLoaded(glBindRenderbuffer, GL_RENDERBUFFER, idToUse());
 }
 
 void RBO::unbind() const {

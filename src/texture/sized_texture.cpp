@@ -41,7 +41,7 @@ void SizedTexture::resize(const glm::uvec3& size) {
 }
 
 void SizedTexture::generateMipmap() {
-    if (id() == 0)
+    if (idToUse() == 0)
         return;
     bind();
     Texture::generateMipmap();
@@ -49,7 +49,7 @@ void SizedTexture::generateMipmap() {
 }
 
 void SizedTexture::uploadAll(const void* data, const glm::uvec3& size) {
-    if (id() == 0)
+    if (idToUse() == 0)
         return;
     const auto [format, pixelType, alignment] = layout_;
     const glm::uvec3 s = atMost(largestSide, size);
@@ -71,7 +71,7 @@ void SizedTexture::uploadAll(const void* data, const glm::uvec3& size) {
 }
 
 void SizedTexture::uploadPart(const void* data, const glm::uvec3& offset, const glm::uvec3& size) {
-    if (id() == 0 || isNowhere(data, GL_PIXEL_UNPACK_BUFFER_BINDING))
+    if (idToUse() == 0 || isNowhere(data, GL_PIXEL_UNPACK_BUFFER_BINDING))
         return;
     const auto [format, pixelType, alignment] = layout_;
     const glm::uvec3 o = atMost(largestAddable, offset);
@@ -91,7 +91,7 @@ void SizedTexture::uploadPart(const void* data, const glm::uvec3& offset, const 
 }
 
 void SizedTexture::downloadAll(void* data) const {
-    if (id() == 0 || isNowhere(data, GL_PIXEL_PACK_BUFFER_BINDING))
+    if (idToUse() == 0 || isNowhere(data, GL_PIXEL_PACK_BUFFER_BINDING))
         return;
     bind();
     download3d(data, layout_.format, layout_.type, layout_.alignment); // the same for every target
@@ -104,7 +104,7 @@ void SizedTexture::downloadToMemory(void* data) const {
 }
 
 std::size_t SizedTexture::numStoredTexels() const {
-    if (id() == 0)
+    if (idToUse() == 0)
         return 0;
     bind();
     std::size_t count = levelSize(type(), GL_TEXTURE_WIDTH);

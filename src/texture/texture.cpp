@@ -65,11 +65,15 @@ void Texture::deleteName() {
 }
 
 unsigned int Texture::id() const {
+    return gl::isHere(gl::Kind::Texture, group_) ? id_ : 0;
+}
+
+unsigned int Texture::idToUse() const {
     return gl::nameHere(gl::Kind::Texture, group_, id_);
 }
 
 void Texture::bind() const {
-    glBindTexture(target_, gl::nameHere(gl::Kind::Texture, group_, id_));
+    glBindTexture(target_, idToUse());
 }
 
 void Texture::unbind() const {

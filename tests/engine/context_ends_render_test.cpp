@@ -187,7 +187,7 @@ TEST_F(ContextEndsRender, AfterTheContextWasDisposedOfNothingIsLeftToDelete) {
     a->context->dispose();
     EXPECT_EQ(Context::current(), nullptr);
     EXPECT_EQ(sceneOfA->names(), Names{}) << "inert";
-    EXPECT_STREQ(internal::check_context(), "framebuffer") << "which names() asks last";
+    EXPECT_STREQ(internal::check_context(), "vertex array") << "which names() binds";
     sceneOfA.reset();
     ASSERT_TRUE(b->use());
     EXPECT_EQ(areLive(sceneOfB->names()), all);

@@ -74,7 +74,7 @@ VELLIS_EXPORT void not_tested(const char* what, const char* file, int line);
 ///         is static.
 VELLIS_EXPORT const char* check_glerror();
 
-/// What this thread last used, or asked for its name, in a Context in which it does not exist,
+/// What this thread last used in a Context in which it does not exist,
 /// since the call before: an object of another Context is not drawn, bound, read or written, as
 /// Context describes, and GL knows of no error. Makes no GL call.
 ///

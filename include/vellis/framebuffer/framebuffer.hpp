@@ -212,52 +212,52 @@ public:
     /// Attaches a depth image.
     /// @{
     void attachDepthbuffer(const Renderbuffer<depth16>& renderbuffer) {
-        attachDepthbuffer(renderbuffer.id());
+        attachDepthbuffer(renderbuffer.idToUse());
     }
     void attachDepthbuffer(const Renderbuffer<depth32>& renderbuffer) {
-        attachDepthbuffer(renderbuffer.id());
+        attachDepthbuffer(renderbuffer.idToUse());
     }
     void attachDepthbuffer(const MultiSampleRenderbuffer<depth16>& renderbuffer) {
-        attachDepthbuffer(renderbuffer.id());
+        attachDepthbuffer(renderbuffer.idToUse());
     }
     void attachDepthbuffer(const MultiSampleRenderbuffer<depth32>& renderbuffer) {
-        attachDepthbuffer(renderbuffer.id());
+        attachDepthbuffer(renderbuffer.idToUse());
     }
     void attachDepthbuffer(const Texture2D<depth16>& texture, unsigned int level = 0) {
-        attachDepthTexture(texture.id(), level);
+        attachDepthTexture(texture.idToUse(), level);
     }
     void attachDepthbuffer(const Texture2D<depth32>& texture, unsigned int level = 0) {
-        attachDepthTexture(texture.id(), level);
+        attachDepthTexture(texture.idToUse(), level);
     }
     /// @}
 
     /// Attaches a stencil image.
     /// @{
     void attachStencilbuffer(const Renderbuffer<stencil8>& renderbuffer) {
-        attachStencilbuffer(renderbuffer.id());
+        attachStencilbuffer(renderbuffer.idToUse());
     }
     void attachStencilbuffer(const Renderbuffer<stencil16>& renderbuffer) {
-        attachStencilbuffer(renderbuffer.id());
+        attachStencilbuffer(renderbuffer.idToUse());
     }
     void attachStencilbuffer(const MultiSampleRenderbuffer<stencil8>& renderbuffer) {
-        attachStencilbuffer(renderbuffer.id());
+        attachStencilbuffer(renderbuffer.idToUse());
     }
     void attachStencilbuffer(const MultiSampleRenderbuffer<stencil16>& renderbuffer) {
-        attachStencilbuffer(renderbuffer.id());
+        attachStencilbuffer(renderbuffer.idToUse());
     }
     /// @}
 
     /// Attaches one image for both.
     /// @{
     void attachDepthStencilbuffer(const Renderbuffer<depth24_stencil8>& renderbuffer) {
-        attachDepthStencilbuffer(renderbuffer.id());
+        attachDepthStencilbuffer(renderbuffer.idToUse());
     }
     void attachDepthStencilbuffer(const MultiSampleRenderbuffer<depth24_stencil8>& renderbuffer) {
-        attachDepthStencilbuffer(renderbuffer.id());
+        attachDepthStencilbuffer(renderbuffer.idToUse());
     }
     void attachDepthStencilbuffer(const Texture2D<depth24_stencil8>& texture,
                                   unsigned int level = 0) {
-        attachDepthStencilTexture(texture.id(), level);
+        attachDepthStencilTexture(texture.idToUse(), level);
     }
     /// @}
 
@@ -291,17 +291,18 @@ public:
     template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
     static void blit(const MultiSampleRenderbuffer<F>& source, const Texture2D<F>& destination,
                      unsigned int width, unsigned int height) {
-        blitMultiSampleRenderbufferToTexture2D(source.id(), destination.id(), width, height);
+        blitMultiSampleRenderbufferToTexture2D(source.idToUse(), destination.idToUse(), width,
+                                               height);
     }
     template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
     static void blit(const Renderbuffer<F>& source, const Texture2D<F>& destination,
                      unsigned int width, unsigned int height) {
-        blitRenderbufferToTexture2D(source.id(), destination.id(), width, height);
+        blitRenderbufferToTexture2D(source.idToUse(), destination.idToUse(), width, height);
     }
     template <class F, class = std::enable_if_t<IsColorFormat<F>::value>>
     static void blit(const Texture2D<F>& source, const Texture2D<F>& destination,
                      unsigned int width, unsigned int height) {
-        blitTexture2DToTexture2D(source.id(), destination.id(), width, height);
+        blitTexture2DToTexture2D(source.idToUse(), destination.idToUse(), width, height);
     }
 
     /// Colour, depth and stencil in one.
@@ -311,9 +312,9 @@ public:
                      const Texture2D<F>& destinationColor,
                      const Texture2D<depth24_stencil8>& destinationDepthStencil, unsigned int width,
                      unsigned int height) {
-        blitMultiSampleRenderbuffersToTexture2Ds(sourceColor.id(), sourceDepthStencil.id(),
-                                                 destinationColor.id(),
-                                                 destinationDepthStencil.id(), width, height);
+        blitMultiSampleRenderbuffersToTexture2Ds(
+            sourceColor.idToUse(), sourceDepthStencil.idToUse(), destinationColor.idToUse(),
+            destinationDepthStencil.idToUse(), width, height);
     }
     /// @}
 
@@ -559,17 +560,17 @@ private:
 
     template <class F>
     void attachColor(const Texture2D<F>& texture, unsigned int level) {
-        attachTexture2D(texture.id(), level);
+        attachTexture2D(texture.idToUse(), level);
     }
     template <class F>
     void attachColor(unsigned int index, const Texture2D<F>& texture, unsigned int level) {
-        attachTexture2D(index, texture.id(), level);
+        attachTexture2D(index, texture.idToUse(), level);
     }
     void attachColor(const RBO& renderbuffer, unsigned int) {
-        attachRenderbuffer(renderbuffer.id());
+        attachRenderbuffer(renderbuffer.idToUse());
     }
     void attachColor(unsigned int index, const RBO& renderbuffer, unsigned int) {
-        attachRenderbuffer(index, renderbuffer.id());
+        attachRenderbuffer(index, renderbuffer.idToUse());
     }
     template <class Image>
     void attachMapped(unsigned int output, const Image& image) {

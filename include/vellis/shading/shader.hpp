@@ -91,6 +91,11 @@ protected:
     }
 
 private:
+    friend class Program;
+
+    /// id(); that the shader does not exist here is noted.
+    VELLIS_NO_EXPORT unsigned int idToUse() const;
+
     unsigned int id_;
     unsigned int group_; ///< where it exists: see gl/names.hpp
 };

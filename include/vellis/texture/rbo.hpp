@@ -53,6 +53,11 @@ protected:
     void alloc(unsigned int format, unsigned int width, unsigned int height, unsigned int samples);
 
 private:
+    friend class Framebuffer;
+
+    /// id(); that the renderbuffer does not exist here is noted.
+    unsigned int idToUse() const;
+
     unsigned int id_ = 0;
     unsigned int group_; ///< where it exists: see gl/names.hpp
     unsigned int width_ = 0;

@@ -135,6 +135,12 @@ protected:
     void generateMipmap();
 
 private:
+    friend class Framebuffer;
+    friend class SizedTexture;
+
+    /// id(); that the texture does not exist here is noted.
+    unsigned int idToUse() const;
+
     VELLIS_NO_EXPORT void deleteName();
 
     unsigned int target_;
