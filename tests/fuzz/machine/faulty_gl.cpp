@@ -126,8 +126,9 @@ void chooseContents(RecordedGl& gl) {
     chooseContents(gl, none);
 }
 
-void Faults::begin(RecordedGl& gl, Bytes& bytes) {
-    switch (bytes.below(numFaults)) {
+void Faults::begin(RecordedGl& gl, Bytes& bytes, bool mayMemoryFail) {
+    const unsigned int fault = bytes.below(numFaults);
+    switch (fault) {
     case numFaults - 1:
         return gl.failToCreate();
     case numFaults - 2:
@@ -139,10 +140,11 @@ void Faults::begin(RecordedGl& gl, Bytes& bytes) {
     case numFaults - 5:
         return gl.queueError(GL_OUT_OF_MEMORY);
     case numFaults - 6:
-        failing_.emplace(bytes.below(32) + 1, FailingAllocations::Extent::AndAfter);
-        return;
     case numFaults - 7:
-        failing_.emplace(bytes.below(32) + 1, FailingAllocations::Extent::One);
+        if (mayMemoryFail)
+            failing_.emplace(bytes.below(32) + 1, fault == numFaults - 6
+                                                      ? FailingAllocations::Extent::AndAfter
+                                                      : FailingAllocations::Extent::One);
         return;
     default:
         return;
@@ -150,7 +152,8 @@ void Faults::begin(RecordedGl& gl, Bytes& bytes) {
 }
 
 void Faults::end(RecordedGl& gl) {
-    hasMemoryFailed_ = failing_.has_value() && FailingAllocations::haveFailed();
+    if (failing_.has_value() && FailingAllocations::haveFailed())
+        hasMemoryFailed_ = true;
     failing_.reset();
     gl.failToCreate(false);
     gl.failToMap(false);

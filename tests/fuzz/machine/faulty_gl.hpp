@@ -23,13 +23,13 @@ void chooseContents(RecordedGl& gl);
 /// One fault at a time, of a fake GL or of the memory.
 class Faults {
 public:
-    /// Makes one of the two fail, if the bytes say so.
-    void begin(RecordedGl& gl, Bytes& bytes);
+    /// Makes one of the two fail, if the bytes say so; the memory only where it may.
+    void begin(RecordedGl& gl, Bytes& bytes, bool mayMemoryFail = true);
 
     /// Lets neither fail.
     void end(RecordedGl& gl);
 
-    /// Whether the memory has failed between the last begin() and the end() after it.
+    /// Whether the memory has ever failed.
     bool hasMemoryFailed() const { return hasMemoryFailed_; }
 
 private:

@@ -25,11 +25,6 @@ void forEachBindable(World& world, Function function) {
     inAll(world.vertices, world.indices, world.pixels, world.programs);
 }
 
-/// An operation that was left half way may have bound or unbound what it worked on.
-void lookWhatIsBound(World& world) {
-    forEachBindable(world, [](auto& place) { place.isBound = place.object->isBound(); });
-}
-
 void requireTruth(World& world) {
     forEachBindable(world, [&](const auto& place) {
         world.require(place.isBound == place.object->isBound(), "isBound() is not true");
@@ -86,6 +81,10 @@ std::string report(const std::string& problem, const std::vector<const char*>& c
 }
 
 } // namespace
+
+void lookWhatIsBound(World& world) {
+    forEachBindable(world, [](auto& place) { place.isBound = place.object->isBound(); });
+}
 
 void fill(World& world) {
     for (const Operation& operation : operations()) {

@@ -47,6 +47,10 @@ constexpr std::size_t maxFuzzedSteps = 200;
 /// Some objects of each kind, so that operations have something to work on.
 void fill(World& world);
 
+/// Learns from the objects whether they are bound: what is left half way, or done elsewhere, may
+/// have bound or unbound them.
+void lookWhatIsBound(World& world);
+
 /// Calls the library as the bytes say, at most \p maxSteps times, and looks at the GL after each
 /// call: whether what the documentation promises of bindings, state and objects holds.
 /// \return the first promise that was broken, and the calls up to there; empty where none was.

@@ -75,6 +75,12 @@ struct World {
     /// the one where it was made.
     unsigned int context = 0;
 
+    /// Whether the Context in use may have no such object.
+    template <class Object>
+    bool mayNotExist(const Object& object) const {
+        return host != nullptr && object.id() == 0;
+    }
+
     /// The names that copies have deleted before their owners do: `buffer 7`.
     std::set<std::string> copiedNames;
 
