@@ -48,12 +48,12 @@ std::string ContextSurroundings::end(const std::set<std::string>&) {
     std::string problem = host_.end(*kept_, areNamesLost);
     resetState();
     process().forget();
-    if (areNamesLost)
-        names_ = process().liveNames();
-    if (problem.empty())
-        problem = strayNames("left: ", process().liveNames(), names_);
+    const std::vector<std::string> names = process().liveNames();
+    if (problem.empty() && !areNamesLost)
+        problem = strayNames("left: ", names, names_);
     if (problem.empty())
         problem = strayNames("deleted twice: ", process().doubleDeletes(), {});
+    names_ = names; // each run begins like the first, also after one that went wrong
     process().forgetDeletedNames();
     return problem;
 }

@@ -31,6 +31,16 @@ void* lookUpFew(const char* name) {
     return isMissing ? nullptr : FakeGl::lookUp(name);
 }
 
+/// Whether the entry points are those of that window.
+bool hasEntryPointsOf(const Window& window) {
+    if (window.sharing != nullptr)
+        missingNow = window.sharing->missing;
+    const Context::Lookup lookup =
+        window.sharing != nullptr ? window.sharing->lookup : FakeGl::lookUp;
+    return reinterpret_cast<void*>(glBindBuffer) == lookup("glBindBuffer") &&
+           reinterpret_cast<void*>(glBindVertexArray) == lookup("glBindVertexArray");
+}
+
 void* lookUpNothing(const char*) {
     return nullptr;
 }
@@ -112,6 +122,17 @@ void Host::makeCurrent(Window* window) {
     platform_.setCurrent(window != nullptr ? window->number : 0);
 }
 
+/// One of which that is true, or any where there is none.
+Window& Host::pickWindow(Bytes& bytes, bool (Window::*isFit)() const) {
+    const std::size_t first = bytes.below(windows_.size());
+    for (std::size_t i = 0; i < windows_.size(); ++i) {
+        Window& window = windows_[(first + i) % windows_.size()];
+        if ((window.*isFit)())
+            return window;
+    }
+    return windows_[first];
+}
+
 /// Any GL context, or none.
 void Host::makeAnyCurrent(Bytes& bytes) {
     const std::size_t choice = bytes.below(windows_.size() + 2);
@@ -141,7 +162,7 @@ const Window* Host::otherOfGroup(const Window& window) const {
 }
 
 void Host::open(World&, Bytes& bytes) {
-    Window& window = pick(windows_, bytes);
+    Window& window = pickWindow(bytes, &Window::isEmpty);
     const Window& other = pick(windows_, bytes);
     const bool isSharing = bytes.flag() && other.gl != nullptr;
     const unsigned int lookup = bytes.below(4);
@@ -179,8 +200,8 @@ void Host::close(World&, Bytes& bytes) {
 }
 
 void Host::make(World& world, Bytes& bytes) {
-    Window& window = pick(windows_, bytes);
-    if (window.gl == nullptr || window.isAlive())
+    Window& window = pickWindow(bytes, &Window::lacksContext);
+    if (!window.lacksContext())
         return;
     window.context = nullptr;
     makeCurrent(&window);
@@ -203,7 +224,7 @@ void Host::makeInVain(World& world, Bytes& bytes) {
 }
 
 void Host::use(World& world, Bytes& bytes) {
-    Window& window = pick(windows_, bytes);
+    Window& window = pickWindow(bytes, &Window::hasContext);
     const bool isRight = !platform_.isThere() || bytes.below(4) != 3;
     if (window.context == nullptr || (window.gl == nullptr && !platform_.isThere()))
         return;
@@ -227,7 +248,7 @@ void Host::useProcess(World&, Bytes& bytes) {
 }
 
 void Host::beginScope(World& world, Bytes& bytes) {
-    Window& window = pick(windows_, bytes);
+    Window& window = pickWindow(bytes, &Window::isUsable);
     if (!window.isUsable() || scopes_.size() == mostScopes)
         return;
     if (platform_.isThere() && bytes.below(4) == 3)
@@ -259,7 +280,7 @@ void Host::endLastScope() {
 }
 
 void Host::dispose(World& world, Bytes& bytes) {
-    Window& window = pick(windows_, bytes);
+    Window& window = pickWindow(bytes, &Window::hasContext);
     const bool isRight = !platform_.isThere() || bytes.below(4) != 3;
     if (window.context == nullptr || (window.gl == nullptr && !platform_.isThere()))
         return;
@@ -279,7 +300,7 @@ void Host::dispose(World& world, Bytes& bytes) {
 }
 
 void Host::abandon(World& world, Bytes& bytes) {
-    Window& window = pick(windows_, bytes);
+    Window& window = pickWindow(bytes, &Window::hasContext);
     if (window.context == nullptr)
         return;
     if (bytes.flag())
@@ -293,7 +314,7 @@ void Host::abandon(World& world, Bytes& bytes) {
 }
 
 void Host::letGo(World&, Bytes& bytes) {
-    Window& window = pick(windows_, bytes);
+    Window& window = pickWindow(bytes, &Window::hasContext);
     if (window.context == nullptr)
         return;
     if (bytes.flag())
@@ -315,7 +336,7 @@ void Host::makeKeepsakes(World&, Bytes& bytes) {
 void Host::endKeepsakes(World& world, Bytes& bytes) {
     Keepsakes& keepsakes = pick(keepsakes_, bytes);
     const unsigned int place = keepsakes.contextNumber != 0 ? bytes.below(3) : 0;
-    Window& window = pick(windows_, bytes);
+    Window& window = pickWindow(bytes, &Window::hasContext);
     if (place == 1 && window.context != nullptr && platform_.isThere()) {
         makeCurrent(nullptr);
         world.require(!window.context->use(), "a Context is used without a GL context");
@@ -329,7 +350,7 @@ void Host::endKeepsakes(World& world, Bytes& bytes) {
 }
 
 void Host::handToThread(World& world, Bytes& bytes) {
-    Window& window = pick(windows_, bytes);
+    Window& window = pickWindow(bytes, &Window::isUsable);
     if (!window.isUsable())
         return;
     makeCurrent(nullptr);
@@ -353,6 +374,7 @@ void Host::handToThread(World& world, Bytes& bytes) {
 
 void Host::settle(World& world) {
     world.require(Context::current() == inUse_->context.get(), "another Context is in use");
+    world.require(mustUse_ || hasEntryPointsOf(*inUse_), "the entry points are of another Context");
     if (inUse_ != &process_ && !inUse_->isUsable()) {
         inUse_ = &process_;
         mustUse_ = true;

@@ -39,6 +39,8 @@ struct Window {
     std::string lastViolation();
     bool isAlive() const { return context != nullptr && context->isAlive(); }
     bool isUsable() const { return isAlive() && gl != nullptr; }
+    bool hasContext() const { return context != nullptr; }
+    bool lacksContext() const { return gl != nullptr && !isAlive(); }
     bool isEmpty() const { return gl == nullptr && context == nullptr; }
 };
 
@@ -117,6 +119,7 @@ private:
 
     static constexpr std::size_t mostScopes = 4;
 
+    Window& pickWindow(Bytes& bytes, bool (Window::*isFit)() const);
     void makeCurrent(Window* window);
     void makeAnyCurrent(Bytes& bytes);
     void noteEndOfUse(const Window& window);
