@@ -356,6 +356,27 @@ TEST_F(ContextTrace, DisposingReleasesAllThatTheLibraryKeepsForIt) {
     EXPECT_THAT(first.liveNames(), IsEmpty());
 }
 
+TEST_F(ContextTrace, EachHasRegistriesProgramsAndABufferOfItsOwn) {
+    makeSharing();
+    const auto flat = ProgramManager::BuiltIn::UniformColor2D;
+    use();
+    BufferObject* const key = BufferObjectManager::instance().add(Objects::makeBuffer());
+    const ProgramManager* const programs = &ProgramManager::instance();
+    const unsigned int program = ProgramManager::instance().get(flat)->id();
+    const unsigned int buffer = Toolbox::getVertexBuffer()->id();
+    EXPECT_NE(program, 0u);
+    EXPECT_NE(buffer, 0u);
+    useSharing();
+    EXPECT_EQ(BufferObjectManager::instance().internal_get(key), nullptr);
+    EXPECT_NE(&ProgramManager::instance(), programs);
+    EXPECT_NE(ProgramManager::instance().get(flat)->id(), program);
+    EXPECT_NE(ProgramManager::instance().get(flat)->id(), 0u);
+    EXPECT_NE(Toolbox::getVertexBuffer()->id(), buffer);
+    EXPECT_NE(Toolbox::getVertexBuffer()->id(), 0u);
+    use();
+    EXPECT_EQ(Toolbox::getVertexBuffer()->id(), buffer);
+}
+
 TEST_F(ContextTrace, AbandoningMakesNoCall) {
     use();
     std::optional<Objects> objects(std::in_place);

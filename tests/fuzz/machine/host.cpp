@@ -9,10 +9,6 @@
 
 #include <vellis/gl.hpp>
 
-#ifdef VELLIS_FAKE_EGL
-#include <dlfcn.h>
-#endif
-
 #include "fuzz/machine/faulty_gl.hpp"
 #include "fuzz/machine/kept_objects.hpp"
 #include "fuzz/machine/operations.hpp"
@@ -22,40 +18,9 @@
 namespace vellis::test {
 namespace {
 
-/// The extensions that a GL context lacks which lookUpFew() is asked for.
-unsigned int missingNow = 0;
-
-void* lookUpFew(const char* name) {
-    const OptionalEntryPoint* const optional = findOptional(name);
-    const bool isMissing = optional != nullptr && (missingNow >> optional->extension) % 2 != 0;
-    return isMissing ? nullptr : FakeGl::lookUp(name);
-}
-
-/// Whether the entry points are those of that window.
-bool hasEntryPointsOf(const Window& window) {
-    if (window.sharing != nullptr)
-        missingNow = window.sharing->missing;
-    const Context::Lookup lookup =
-        window.sharing != nullptr ? window.sharing->lookup : FakeGl::lookUp;
-    return reinterpret_cast<void*>(glBindBuffer) == lookup("glBindBuffer") &&
-           reinterpret_cast<void*>(glBindVertexArray) == lookup("glBindVertexArray");
-}
-
 void* lookUpNothing(const char*) {
     return nullptr;
 }
-
-/// A time in which objects that end make no others: there is no GL context for these.
-class EndWithoutGl {
-public:
-    explicit EndWithoutGl(bool isWithout) : before_(std::exchange(mayMeddlersMake, !isWithout)) {}
-    ~EndWithoutGl() { mayMeddlersMake = before_; }
-    EndWithoutGl(const EndWithoutGl&) = delete;
-    EndWithoutGl& operator=(const EndWithoutGl&) = delete;
-
-private:
-    bool before_;
-};
 
 /// One of the operations that need no host.
 void runAny(World& world, Bytes& bytes) {
@@ -66,48 +31,12 @@ void runAny(World& world, Bytes& bytes) {
     }
 }
 
-/// Whether a name, such as `framebuffer 7`, is one that contexts do not share.
-bool isOwn(const std::string& name) {
-    return name.rfind("vertex array", 0) == 0 || name.rfind("framebuffer", 0) == 0;
-}
-
 } // namespace
-
-std::string Window::lastViolation() {
-    if (gl == nullptr)
-        return "";
-    const std::vector<std::string> all = gl->violations();
-    return all.size() > std::exchange(numViolations, all.size()) ? all.back() : "";
-}
-
-FakePlatform::FakePlatform() {
-#ifdef VELLIS_FAKE_EGL
-    handle_ = dlopen(VELLIS_FAKE_EGL, RTLD_NOW | RTLD_LOCAL);
-#endif
-}
-
-FakePlatform::~FakePlatform() {
-#ifdef VELLIS_FAKE_EGL
-    if (handle_ == nullptr)
-        return;
-    setCurrent(0);
-    dlclose(handle_);
-#endif
-}
-
-void FakePlatform::setCurrent([[maybe_unused]] unsigned int number) const {
-#ifdef VELLIS_FAKE_EGL
-    if (handle_ == nullptr)
-        return;
-    using Pretend = void (*)(void* context, void (*(*lookup)(const char* name))());
-    reinterpret_cast<Pretend>(dlsym(handle_, "pretend"))(
-        reinterpret_cast<void*>(static_cast<std::uintptr_t>(number)), nullptr);
-#endif
-}
 
 Host::Host() {
     scopes_.reserve(mostScopes);
-    process_.gl = std::make_unique<FakeContext>();
+    process_.gl = std::make_unique<HostContext>();
+    process_.sharing = std::make_shared<Sharing>();
     process_.number = ++numWindows_;
     makeCurrent(&process_);
     gladLoadGLLoader(FakeGl::lookUp);
@@ -171,13 +100,11 @@ void Host::open(World&, Bytes& bytes) {
         return;
     Window opened;
     opened.sharing = isSharing ? other.sharing : std::make_shared<Sharing>();
+    if (!isSharing && lookup == 2)
+        opened.sharing->lookup = FakeContext::lookUpOther;
     if (!isSharing && lookup == 3)
-        opened.sharing->missing = missing;
-    if (!isSharing)
-        opened.sharing->lookup = lookup == 3   ? lookUpFew
-                                 : lookup == 2 ? FakeContext::lookUpOther
-                                               : FakeGl::lookUp;
-    opened.gl = std::make_unique<FakeContext>(isSharing ? other.gl.get() : nullptr);
+        opened.sharing->lack(missing);
+    opened.gl = std::make_unique<HostContext>(isSharing ? other.gl.get() : nullptr);
     opened.number = ++numWindows_;
     opened.place = ++numPlaces_;
     modelState(*opened.gl);
@@ -205,11 +132,7 @@ void Host::make(World& world, Bytes& bytes) {
         return;
     window.context = nullptr;
     makeCurrent(&window);
-    missingNow = window.sharing->missing;
-    const Context::Lookup lookup = window.sharing->lookup;
-    const Window* const other = otherOfGroup(window);
-    window.context =
-        other != nullptr ? Context::make(*other->context, lookup) : Context::make(lookup);
+    window.makeContext(otherOfGroup(window));
     world.require(window.isAlive(), "there is no Context for a GL context");
     if (window.context == nullptr)
         return;
@@ -367,6 +290,8 @@ void Host::handToThread(World& world, Bytes& bytes) {
         makeCurrent(nullptr);
     });
     thread.join();
+    if (inUse_ == &window && bytes.flag())
+        pick(keepsakes_, bytes) = {}; // where nothing is in use that exists, so that names wait
     noteEndOfUse(window);
     window.place = ++numPlaces_;
     world.require(isUsed, "a Context is not used on another thread");
@@ -374,7 +299,8 @@ void Host::handToThread(World& world, Bytes& bytes) {
 
 void Host::settle(World& world) {
     world.require(Context::current() == inUse_->context.get(), "another Context is in use");
-    world.require(mustUse_ || hasEntryPointsOf(*inUse_), "the entry points are of another Context");
+    world.require(mustUse_ || inUse_->hasItsEntryPoints(),
+                  "the entry points are of another Context");
     if (inUse_ != &process_ && !inUse_->isUsable()) {
         inUse_ = &process_;
         mustUse_ = true;
@@ -392,99 +318,6 @@ void Host::settle(World& world) {
     lookForViolations();
     if (!violation_.empty() && world.problem.empty())
         world.problem = violation_;
-}
-
-void Host::lookForViolations() {
-    const auto look = [this](Window& window) {
-        const std::string violation = window.lastViolation();
-        if (violation_.empty() && !violation.empty())
-            violation_ = "a name that is not there, in GL context " +
-                         std::to_string(window.number) + ": " + violation;
-    };
-    look(process_);
-    for (Window& window : windows_)
-        look(window);
-}
-
-/// All that a Context keeps for itself, so that there is something for it to release.
-void Host::fillRegistries() {
-    static constexpr std::uint8_t generations[] = {mostGenerations - 1, mostGenerations - 1};
-    Bytes bytes(generations, std::size(generations));
-    World world;
-    fill(world);
-    world.meddlingBuffers.add(bytes);
-    world.meddlingPrograms.add(bytes);
-    BufferObjectManager::instance().add(world.vertices[0].object);
-    ProgramManager::instance().add(world.programs[0].object);
-    ProgramManager::instance().get(ProgramManager::BuiltIn::UniformColor2D);
-    Toolbox::getVertexBuffer();
-    Program::current();
-    Program::null();
-}
-
-std::string Host::whatIsLeft(const Window& window, bool areNamesLost) const {
-    if (window.gl == nullptr)
-        return "";
-    std::string problem = strayNames("deleted twice: ", window.gl->doubleDeletes(), {});
-    for (const std::string& name : window.gl->liveNames()) {
-        const bool mayBeLeft = isOwn(name) ? window.hasLeftovers : window.sharing->hasLeftovers;
-        if (!areNamesLost && !mayBeLeft && problem.empty())
-            problem = "left: " + name;
-    }
-    return problem;
-}
-
-/// Ends what the run has put into registries, which may be of any group, ahead of the Contexts.
-void Host::emptyRegistries(const KeptObjects& kept) {
-    for (Window& window : windows_) {
-        if (window.isAlive() && window.gl == nullptr) {
-            noteLeftovers(window);
-            const EndWithoutGl ends(true);
-            window.context->abandon();
-        }
-        if (!window.isUsable())
-            continue;
-        makeCurrent(&window);
-        window.context->use();
-        for (int i = 0; i < mostGenerations; ++i) {
-            ProgramManager::dispose();
-            BufferObjectManager::dispose();
-        }
-    }
-    makeCurrent(&process_);
-    Context::useProcess();
-    inUse_ = &process_;
-    kept.restore();
-}
-
-std::string Host::end(const KeptObjects& kept, bool areNamesLost) {
-    while (!scopes_.empty())
-        endLastScope();
-    emptyRegistries(kept);
-    keepsakes_ = {};
-    for (Window& window : windows_) {
-        if (!window.isUsable())
-            continue;
-        makeCurrent(&window);
-        window.context->use();
-        fillRegistries();
-    }
-    for (Window& window : windows_) {
-        if (!window.isUsable())
-            continue;
-        makeCurrent(&window);
-        window.context->dispose();
-    }
-    makeCurrent(&process_);
-    Context::useProcess();
-    lookForViolations();
-    std::string problem = std::exchange(violation_, {});
-    for (Window& window : windows_) {
-        if (problem.empty())
-            problem = whatIsLeft(window, areNamesLost);
-    }
-    windows_ = {};
-    return problem;
 }
 
 } // namespace vellis::test

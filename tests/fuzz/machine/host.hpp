@@ -12,55 +12,10 @@
 #include "fuzz/machine/bytes.hpp"
 #include "fuzz/machine/keepsakes.hpp"
 #include "fuzz/machine/kept_objects.hpp"
+#include "fuzz/machine/window.hpp"
 #include "fuzz/machine/world.hpp"
-#include "support/fake_context.hpp"
 
 namespace vellis::test {
-
-/// What GL contexts that share their objects have in common.
-struct Sharing {
-    Context::Lookup lookup = nullptr; ///< of their entry points
-    unsigned int missing = 0;         ///< the extensions that they lack, where it looks at that
-    bool hasLeftovers = false;        ///< whether objects may have outlived their group
-};
-
-/// A GL context of the host's, and the Context for it.
-struct Window {
-    std::unique_ptr<FakeContext> gl;  ///< null once closed
-    std::shared_ptr<Context> context; ///< null until made, and where it was let go of
-    std::shared_ptr<Sharing> sharing;
-    unsigned int number = 0;        ///< of the GL context
-    unsigned int place = 0;         ///< for Surroundings::place(): another after unseen operations
-    unsigned int contextNumber = 0; ///< of the Context; 0 for the process's own
-    bool hasLeftovers = false;      ///< whether objects of its own may have outlived its Context
-    std::size_t numViolations = 0;  ///< of the GL context, so far
-
-    /// A call since the last look that used a name which the GL context does not have, or nothing.
-    std::string lastViolation();
-    bool isAlive() const { return context != nullptr && context->isAlive(); }
-    bool isUsable() const { return isAlive() && gl != nullptr; }
-    bool hasContext() const { return context != nullptr; }
-    bool lacksContext() const { return gl != nullptr && !isAlive(); }
-    bool isEmpty() const { return gl == nullptr && context == nullptr; }
-};
-
-/// The platform's answer to which GL context is current, where a library can pretend to be one.
-class FakePlatform {
-public:
-    FakePlatform();
-    ~FakePlatform();
-    FakePlatform(const FakePlatform&) = delete;
-    FakePlatform& operator=(const FakePlatform&) = delete;
-
-    /// Whether the library hears of it.
-    bool isThere() const { return handle_ != nullptr; }
-
-    /// From now on that GL context is current; none, where it is 0.
-    void setCurrent(unsigned int number) const;
-
-private:
-    void* handle_ = nullptr;
-};
 
 /// What owns the windows of a run, makes their GL contexts current and uses their Contexts, rightly
 /// or not; and knows what must come of it.
