@@ -10,6 +10,7 @@ namespace {
 void makeShape(World& world, Bytes& bytes) {
     static constexpr const char* names[] = {"position", "no such name", nullptr};
     Shape shape;
+    shape.context = world.context;
     if (bytes.below(4) != 3)
         shape.positions = Positions::make(world.memoryOf<glm::vec2>(), bytes.number(),
                                           BufferUsage::Static, BufferAccess::Draw);
@@ -32,13 +33,14 @@ void drawBound(World& world, Bytes& bytes) {
 }
 
 void bindBinding(World& world, Bytes& bytes) {
-    const auto& drawable = pick(world.shapes, bytes).drawable;
+    const auto& [positions, drawable, context] = pick(world.shapes, bytes);
     if (drawable == nullptr || drawable->getAttributesBinding() == nullptr)
         return;
     const VertexAttributesBinding& binding = *drawable->getAttributesBinding();
     binding.bind();
-    world.require(glBindVertexArray == nullptr || binding.isCurrent(),
-                  "a binding that was bound last is not current");
+    const bool exists = context == world.context;
+    world.require(glBindVertexArray == nullptr || binding.isCurrent() == exists,
+                  "a binding that was bound last is not current, or one that does not exist is");
 }
 
 void unbindBinding(World& world, Bytes&) {

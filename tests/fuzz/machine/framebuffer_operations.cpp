@@ -17,7 +17,7 @@ void onOne(World& world, Bytes& bytes, Function function) {
 void make(World& world, Bytes& bytes) {
     Target& target = pick(world.framebuffers, bytes);
     const bool isDefault = bytes.below(4) == 3;
-    target = {isDefault ? Framebuffer::makeNull() : Framebuffer::make(), isDefault};
+    target = {isDefault ? Framebuffer::makeNull() : Framebuffer::make(), isDefault, world.context};
 }
 
 void release(World& world, Bytes& bytes) {
@@ -36,43 +36,62 @@ void copy(World& world, Bytes& bytes) {
     });
 }
 
+/// A framebuffer that exists was bound: its isBound() asks for that binding from then on.
+void noteBinding(const World& world, Target& target, unsigned int binding) {
+    if (target.exists(world))
+        target.binding = binding;
+}
+
+/// The same of bind(), which keeps the bindings of before.
+void noteBindingOfBoth(const World& world, Target& target) {
+    if (glBindFramebuffer == nullptr || !target.exists(world))
+        return;
+    target.binding = GL_DRAW_FRAMEBUFFER_BINDING;
+    target.context = world.context;
+}
+
 void bind(World& world, Bytes& bytes) {
-    onOne(world, bytes, [](Target& target) {
+    onOne(world, bytes, [&](Target& target) {
         target.object->bind();
-        target.binding = GL_DRAW_FRAMEBUFFER_BINDING;
+        noteBindingOfBoth(world, target);
     });
 }
 
 void bindToDraw(World& world, Bytes& bytes) {
-    onOne(world, bytes, [](Target& target) {
+    onOne(world, bytes, [&](Target& target) {
         target.object->bindToDraw();
-        target.binding = GL_DRAW_FRAMEBUFFER_BINDING;
+        noteBinding(world, target, GL_DRAW_FRAMEBUFFER_BINDING);
     });
 }
 
 void bindToRead(World& world, Bytes& bytes) {
-    onOne(world, bytes, [](Target& target) {
+    onOne(world, bytes, [&](Target& target) {
         target.object->bindToRead();
-        target.binding = GL_READ_FRAMEBUFFER_BINDING;
+        noteBinding(world, target, GL_READ_FRAMEBUFFER_BINDING);
     });
 }
 
 void unbind(World& world, Bytes& bytes) {
     onOne(world, bytes, [&](Target& target) {
-        if (bytes.flag())
-            target.object->unbind();
-        else
+        if (!bytes.flag()) {
             target.object->unbindToDraw();
-        target.binding = GL_DRAW_FRAMEBUFFER_BINDING;
+            noteBinding(world, target, GL_DRAW_FRAMEBUFFER_BINDING);
+            return;
+        }
+        target.object->unbind();
+        if (target.context == world.context) // where it has bindings to restore
+            target.binding = GL_DRAW_FRAMEBUFFER_BINDING;
     });
 }
 
 /// Binds and unbinds: the bindings of before must be there again.
 void bindForAWhile(World& world, Bytes& bytes) {
-    onOne(world, bytes, [](Target& target) {
+    onOne(world, bytes, [&](Target& target) {
         target.object->bind();
+        noteBindingOfBoth(world, target);
         target.object->unbind();
-        target.binding = GL_DRAW_FRAMEBUFFER_BINDING;
+        if (target.context == world.context)
+            target.binding = GL_DRAW_FRAMEBUFFER_BINDING;
     });
 }
 

@@ -102,7 +102,7 @@ GLuint observedName(GLenum pname) {
 
 std::string brokenPromise(const Promise& promise, const std::vector<ObservedValues>& before,
                           const std::vector<ObservedValues>& after) {
-    for (std::size_t i = 0; i < before.size(); ++i) {
+    for (std::size_t i = 0; i < before.size(); ++i) { // none for what was never seen
         const ObservedState& state = observedStates()[i];
         if (before[i] == after[i] || isKept(promise, state.pname, after[i]))
             continue;

@@ -1,5 +1,6 @@
 #include "fuzz/machine/state_machine.hpp"
 
+#include <map>
 #include <new>
 #include <optional>
 #include <utility>
@@ -24,11 +25,6 @@ void forEachBindable(World& world, Function function) {
     inAll(world.vertices, world.indices, world.pixels, world.programs);
 }
 
-/// An operation that was left half way may have bound or unbound what it worked on.
-void lookWhatIsBound(World& world) {
-    forEachBindable(world, [](auto& place) { place.isBound = place.object->isBound(); });
-}
-
 void requireTruth(World& world) {
     forEachBindable(world, [&](const auto& place) {
         world.require(place.isBound == place.object->isBound(), "isBound() is not true");
@@ -36,9 +32,10 @@ void requireTruth(World& world) {
     for (const Target& target : world.framebuffers) {
         if (target.object == nullptr)
             continue;
-        const bool isBound = glBindFramebuffer != nullptr
-                                 ? observedName(target.binding) == target.object->id()
-                                 : target.isDefault;
+        const bool isBound =
+            target.exists(world) &&
+            (glBindFramebuffer != nullptr ? observedName(target.binding) == target.object->id()
+                                          : target.isDefault);
         world.require(target.object->isBound() == isBound,
                       "isBound() of a framebuffer is not true");
     }
@@ -46,19 +43,12 @@ void requireTruth(World& world) {
                   "Program::current() is another program");
 }
 
-/// Some objects of each kind, so that operations have something to work on from the start.
-void fill(World& world) {
-    for (const Operation& operation : operations()) {
-        if (std::string(operation.name).find(": make") != std::string::npos) {
-            Bytes none(nullptr, 0);
-            operation.run(world, none);
-        }
-    }
-}
+/// What was observed last of each GL context.
+using States = std::map<unsigned int, std::vector<ObservedValues>>;
 
-/// One call, and a look at what it did to the \p state of before, which becomes that of afterwards.
+/// One call, and a look at what it did to the state that was last seen of the GL context.
 void step(World& world, const Operation& operation, Bytes& bytes, Surroundings& surroundings,
-          std::vector<ObservedValues>& state) {
+          States& states) {
     surroundings.beforeOperation(bytes);
     try {
         operation.run(world, bytes);
@@ -67,7 +57,9 @@ void step(World& world, const Operation& operation, Bytes& bytes, Surroundings& 
         surroundings.afterOperation();
         lookWhatIsBound(world);
     }
+    surroundings.settle(world);
     requireTruth(world);
+    std::vector<ObservedValues>& state = states[surroundings.place()];
     const std::vector<ObservedValues> before = std::exchange(state, observe());
     const std::string broken = brokenPromise(operation.promise, before, state);
     if (!broken.empty() && world.problem.empty())
@@ -90,6 +82,19 @@ std::string report(const std::string& problem, const std::vector<const char*>& c
 
 } // namespace
 
+void lookWhatIsBound(World& world) {
+    forEachBindable(world, [](auto& place) { place.isBound = place.object->isBound(); });
+}
+
+void fill(World& world) {
+    for (const Operation& operation : operations()) {
+        if (std::string(operation.name).find(": make") != std::string::npos) {
+            Bytes none(nullptr, 0);
+            operation.run(world, none);
+        }
+    }
+}
+
 const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = [] {
         std::vector<Operation> table;
@@ -107,17 +112,20 @@ std::string runStateMachine(Bytes bytes, Surroundings& surroundings, std::size_t
     Bytes none(nullptr, 0); // nothing fails
     std::optional<World> world(std::in_place);
     world->canCopyOwners = surroundings.canCopyOwners();
-    surroundings.begin(bytes);
+    surroundings.begin(*world, bytes);
     surroundings.beforeOperation(none);
     fill(*world);
     surroundings.afterOperation();
+    surroundings.settle(*world);
     drainErrors();
-    std::vector<ObservedValues> state = observe();
+    States states;
+    states[surroundings.place()] = observe();
     std::vector<const char*> calls;
     for (std::size_t i = 0; i < maxSteps && !bytes.isAtEnd() && world->problem.empty(); ++i) {
-        const Operation& operation = operations()[bytes.below(operations().size())];
+        const std::vector<Operation>& table = surroundings.operations();
+        const Operation& operation = table[bytes.below(table.size())];
         calls.push_back(operation.name);
-        step(*world, operation, bytes, surroundings, state);
+        step(*world, operation, bytes, surroundings, states);
         drainErrors();
     }
     std::string problem = world->problem;

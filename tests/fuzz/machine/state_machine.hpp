@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "fuzz/machine/bytes.hpp"
 #include "fuzz/machine/operations.hpp"
@@ -19,8 +20,10 @@ public:
     /// Whether a second deletion of a name is harmless.
     virtual bool canCopyOwners() const { return false; }
 
+    /// What there is to call.
+    virtual const std::vector<Operation>& operations() const { return test::operations(); }
     /// Takes away what a context may lack, if the bytes say so.
-    virtual void begin(Bytes&) {}
+    virtual void begin(World&, Bytes&) {}
 
     /// Makes GL or the memory fail, if the bytes say so.
     virtual void beforeOperation(Bytes&) {}
@@ -28,6 +31,10 @@ public:
     /// Lets neither fail.
     virtual void afterOperation() {}
 
+    /// Looks at what only the surroundings know, and sees to it that operations can go on.
+    virtual void settle(World&) {}
+    /// The GL context whose state there is to look at, by a number that no other one has.
+    virtual unsigned int place() const { return 0; }
     /// Looks at what is left after all objects have gone, and makes the next run begin like the
     /// first. Copies have deleted \p copiedNames before their owners did.
     /// \return what is wrong; empty where all is well.
@@ -36,6 +43,13 @@ public:
 
 /// How far a fuzzed input goes.
 constexpr std::size_t maxFuzzedSteps = 200;
+
+/// Some objects of each kind, so that operations have something to work on.
+void fill(World& world);
+
+/// Learns from the objects whether they are bound: what is left half way, or done elsewhere, may
+/// have bound or unbound them.
+void lookWhatIsBound(World& world);
 
 /// Calls the library as the bytes say, at most \p maxSteps times, and looks at the GL after each
 /// call: whether what the documentation promises of bindings, state and objects holds.

@@ -60,7 +60,8 @@ struct Of {
         const Sampler sampler = anySampler(bytes);
         onOne(world, bytes, [&](auto& texture) {
             texture.setSampler(sampler);
-            world.require(texture.getSampler() == sampler, "a texture has another sampler");
+            world.require(texture.getSampler() == sampler || world.mayNotExist(texture),
+                          "a texture has another sampler");
         });
     }
     static void dispose(World& world, Bytes& bytes) {

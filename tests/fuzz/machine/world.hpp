@@ -26,18 +26,27 @@ struct Bindable {
     bool isBound = false;
 };
 
+struct World;
+
 /// A framebuffer, whether it is the default one, and the binding that its isBound() asks for.
 struct Target {
     std::shared_ptr<Framebuffer> object;
     bool isDefault = false;
+    unsigned int context = 0;      // where it exists, or where the default one was bound last
     unsigned int binding = 0x8CA6; // GL_DRAW_FRAMEBUFFER_BINDING
+
+    bool exists(const World& world) const;
 };
 
 /// A drawable and the buffer that it draws, which must outlive it.
 struct Shape {
     std::shared_ptr<Positions> positions;
     std::shared_ptr<Triangles> drawable;
+    unsigned int context = 0; // where it exists
 };
+
+/// What makes GL contexts and Contexts, where there are several.
+class Host;
 
 /// The objects that operations work on. An empty place is one that was never filled, or emptied.
 struct World {
@@ -60,6 +69,17 @@ struct World {
     std::array<Target, 2> framebuffers;
     Meddlers<Buffers> meddlingBuffers;
     Meddlers<Programs> meddlingPrograms;
+
+    Host* host = nullptr; ///< null where there is one context
+    /// The number of the Context in use, 0 for the process's own: what GL never shares exists in
+    /// the one where it was made.
+    unsigned int context = 0;
+
+    /// Whether the Context in use may have no such object.
+    template <class Object>
+    bool mayNotExist(const Object& object) const {
+        return host != nullptr && object.id() == 0;
+    }
 
     /// The names that copies have deleted before their owners do: `buffer 7`.
     std::set<std::string> copiedNames;
@@ -84,6 +104,10 @@ struct World {
         return reinterpret_cast<T*>(memory.data());
     }
 };
+
+inline bool Target::exists(const World& world) const {
+    return isDefault || context == world.context;
+}
 
 /// One of the places for objects of a kind.
 template <class Place, std::size_t N>
