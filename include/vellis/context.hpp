@@ -68,9 +68,9 @@ public:
     /// abandon(), so that no GL call is made: call dispose() while the GL context is there.
     ~Context();
 
-    /// Has this thread use it from now on, and deletes the names that wait for it: vertex arrays,
-    /// framebuffers, buffers, textures and renderbuffers with one call of each kind, programs and
-    /// shaders with one each. Beside these it calls `glGetString` at most. Call it after the GL
+    /// Has this thread use it from now on, and deletes the names that wait for it: vertex arrays and
+    /// framebuffers, then programs, shaders, buffers, textures and renderbuffers, with one call for
+    /// each kind, but one for each program and shader. Beside these it calls `glGetString` at most. Call it after the GL
     /// context was made current on this thread, each time.
     ///
     /// \return false where the GL context that is current on this thread is another one, or none,
@@ -91,7 +91,8 @@ public:
     /// Releases what the library keeps for it, with its GL context current: the names that wait,
     /// the registries, the built-in programs and the Toolbox's buffer. Objects that the application
     /// holds become inert, with the group's last Context those that GL shares. The process's own is
-    /// in use then.
+    /// in use then. Objects that make others as they end get four rounds of that; in abandon(), too,
+    /// where what they make goes to GL.
     ///
     /// Where its GL context is not current, it is abandoned instead. A second call does nothing.
     void dispose();

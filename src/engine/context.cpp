@@ -66,8 +66,8 @@ bool Context::use() {
         return refuse();
     gl::enterWithEntryPoints(state_);
     if (waits) {
-        state_->groupNames->deleteAll();
         state_->ownNames->deleteAll();
+        state_->groupNames->deleteAll();
     }
     return true;
 }

@@ -1,3 +1,5 @@
+// needs: a program of its own
+
 /// Contexts that go from thread to thread.
 
 #include <vellis/context.hpp>

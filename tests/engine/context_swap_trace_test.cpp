@@ -1,3 +1,5 @@
+// needs: a program of its own
+
 /// Threads that take over each other's Contexts at the same time.
 
 #include <vellis/context.hpp>

@@ -1,3 +1,5 @@
+// needs: a program of its own
+
 /// Contexts on several threads at once.
 
 #include <vellis/context.hpp>

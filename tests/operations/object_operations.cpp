@@ -1,8 +1,11 @@
 /// The operations of the engine, of buffers, and of shading.
 
+#include <memory>
+
 #include <glm/matrix.hpp>
 
 #include <vellis/buffers.hpp>
+#include <vellis/context.hpp>
 #include <vellis/engine.hpp>
 #include <vellis/shading.hpp>
 #include <vellis/texture.hpp>
@@ -172,6 +175,30 @@ void useProgram(UseRecorder& use) {
     use("destruction", [&] { other.reset(); });
 }
 
+void useContexts(UseRecorder& use) {
+    use.of("Context");
+    const auto make = [] { return Context::make(FakeGl::lookUp); };
+    use("make", make);
+    const auto context = make();
+    const auto sharing = [&] { return Context::make(*context, FakeGl::lookUp); };
+    use("make", sharing);
+    use("use", [&] { context->use(); });
+    auto buffer = VertexAttributeBuffer<float>::make(1, BufferUsage::Static, BufferAccess::Draw);
+    Context::useProcess();
+    buffer.reset();
+    use("use", [&] { context->use(); });
+    use("useProcess", [] { Context::useProcess(); });
+    use("Scope", [&] { return std::make_unique<Context::Scope>(*context); });
+    auto other = sharing();
+    use("abandon", [&] { other->abandon(); });
+    other = sharing();
+    use("destruction", [&] { other.reset(); });
+    context->use();
+    BufferObjectManager::instance().add(
+        VertexAttributeBuffer<float>::make(1, BufferUsage::Static, BufferAccess::Draw));
+    use("dispose", [&] { context->dispose(); });
+}
+
 } // namespace
 
 void useEngine(UseRecorder& use) {
@@ -187,6 +214,7 @@ void useEngine(UseRecorder& use) {
         return reinterpret_cast<const GLubyte*>("GL_EXT_gpu_shader4");
     });
     use("init", [] { gladLoadGLLoader(FakeGl::lookUp); });
+    useContexts(use);
 }
 
 void useShutDown(UseRecorder& use) {
