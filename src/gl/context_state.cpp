@@ -8,15 +8,6 @@ namespace {
 /// What guards which thread has a Context in use: each thread changes that of others.
 std::mutex mutex; // which needs neither construction nor destruction
 
-/// An index that a thread compares with, which another thread may change.
-void setIndex(unsigned int& index, unsigned int value) {
-#if defined(__GNUC__)
-    __atomic_store_n(&index, value, __ATOMIC_RELAXED);
-#else
-    index = value;
-#endif
-}
-
 /// Has \p other use the process's own, and whoever comes next find the binding of now.
 void putDown(Thread& other) {
     if (other.state == nullptr) {
@@ -25,9 +16,9 @@ void putDown(Thread& other) {
     }
     other.state->binding = other.binding;
     other.state->user.store(nullptr, std::memory_order_relaxed);
-    other.state = nullptr;
-    setIndex(other.group, 0);
-    setIndex(other.context, 0);
+    setShared(other.state, static_cast<ContextState*>(nullptr));
+    setShared(other.group, 0u);
+    setShared(other.context, 0u);
     other.binding = other.processBinding;
 }
 
@@ -37,9 +28,9 @@ void pickUp(ContextState& state) {
         putDown(*former);
     state.user.store(&thread, std::memory_order_relaxed);
     const bool isThere = state.context != nullptr;
-    setIndex(thread.group, isThere ? state.groupNames->index() : nowhere);
-    setIndex(thread.context, isThere ? state.ownNames->index() : nowhere);
-    thread.state = &state;
+    setShared(thread.group, isThere ? state.groupNames->index() : nowhere);
+    setShared(thread.context, isThere ? state.ownNames->index() : nowhere);
+    setShared(thread.state, &state);
     thread.binding = state.binding;
 }
 
@@ -70,7 +61,7 @@ void ContextState::emptySlots() {
 
 void enter(ContextState* state) {
     // Another thread takes this one's from it, but never gives it one.
-    if (state == thread.state)
+    if (state == getShared(thread.state))
         return;
     if (state != nullptr)
         releaseAtEndOfThread();

@@ -102,13 +102,7 @@ bool existsOrRefuse(const Buffer& buffer) {
 /// Whether a name of that kind and index can be deleted here and now. If not, it waits, but for the
 /// name 0. Asks whether another thread has taken over the Context that was in use here.
 inline bool canDelete(Kind kind, unsigned int index, unsigned int name) noexcept {
-    const unsigned int& own = isShared(kind) ? thread.group : thread.context;
-#if defined(__GNUC__)
-    const unsigned int here = __atomic_load_n(&own, __ATOMIC_RELAXED);
-#else
-    const unsigned int here = own;
-#endif
-    if (index == here)
+    if (index == getShared(isShared(kind) ? thread.group : thread.context))
         return true;
     if (name != 0)
         WaitingNames::add(kind, index, name);

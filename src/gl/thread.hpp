@@ -51,6 +51,26 @@ extern VELLIS_THREAD_LOCAL Thread thread __attribute__((tls_model("initial-exec"
 extern VELLIS_THREAD_LOCAL Thread thread;
 #endif
 
+/// Members of a Thread that another thread may set, which takes over a Context.
+/// @{
+template <class T>
+T getShared(const T& member) {
+#if defined(__GNUC__)
+    return __atomic_load_n(&member, __ATOMIC_RELAXED);
+#else
+    return member;
+#endif
+}
+template <class T>
+void setShared(T& member, T value) {
+#if defined(__GNUC__)
+    __atomic_store_n(&member, value, __ATOMIC_RELAXED);
+#else
+    member = value;
+#endif
+}
+/// @}
+
 /// Sees to it that what this thread keeps is released when it ends, or with the library.
 /// \return false where it is past that.
 bool releaseAtEndOfThread();

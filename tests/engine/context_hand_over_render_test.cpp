@@ -1,4 +1,4 @@
-// needs: a program of its own
+// needs: the thread sanitizer
 
 /// Contexts that go from thread to thread.
 

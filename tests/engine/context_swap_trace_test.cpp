@@ -1,4 +1,4 @@
-// needs: a program of its own
+// needs: the thread sanitizer
 
 /// Threads that take over each other's Contexts at the same time.
 

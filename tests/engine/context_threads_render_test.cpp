@@ -1,4 +1,4 @@
-// needs: a program of its own
+// needs: the thread sanitizer
 
 /// Contexts on several threads at once.
 

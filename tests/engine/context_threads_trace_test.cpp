@@ -1,4 +1,4 @@
-// needs: a program of its own
+// needs: the thread sanitizer
 
 /// Contexts on several threads at once, without a driver: what the library itself shares between
 /// them.
@@ -17,7 +17,9 @@
 #include <vellis/gl.hpp>
 #include <vellis/vellis.hpp>
 
+#include "support/barrier.hpp"
 #include "support/fake_context.hpp"
+#include "support/fake_gl.hpp"
 
 namespace {
 
@@ -124,7 +126,7 @@ TEST_F(ContextThreadsTrace, ObjectsEndOnOtherThreads) {
         gl = std::make_unique<FakeContext>();
     std::mutex mutex;
     std::array<std::vector<Scene>, numThreads> given;
-    test::Barrier barrier(numThreads);
+    test::Barrier barrier(static_cast<int>(numThreads));
     onThreads([&](std::size_t i) {
         contexts[i]->makeCurrent();
         const auto context = Context::make(FakeGl::lookUp);
