@@ -181,21 +181,31 @@ void useContexts(UseRecorder& use) {
     use("make", make);
     const auto context = make();
     const auto sharing = [&] { return Context::make(*context, FakeGl::lookUp); };
-    use("make", sharing);
-    use("use", [&] { context->use(); });
-    auto buffer = VertexAttributeBuffer<float>::make(1, BufferUsage::Static, BufferAccess::Draw);
+    const auto makeBuffer = [] {
+        return VertexAttributeBuffer<float>::make(1, BufferUsage::Static, BufferAccess::Draw);
+    };
+    auto waiting = makeBuffer();
     Context::useProcess();
-    buffer.reset();
-    use("use", [&] { context->use(); });
+    use("make (a sharing one)", sharing);
+    waiting.reset();
+    // Operations begin and end with the process's own in use.
+    const auto useContext = [&] {
+        context->use();
+        Context::useProcess();
+    };
+    use("use (with a name that waits)", useContext);
+    use("use", useContext);
     use("useProcess", [] { Context::useProcess(); });
-    use("Scope", [&] { return std::make_unique<Context::Scope>(*context); });
+    use("Scope", [&] { const Context::Scope scope(*context); });
     auto other = sharing();
+    Context::useProcess();
     use("abandon", [&] { other->abandon(); });
     other = sharing();
+    Context::useProcess();
     use("destruction", [&] { other.reset(); });
     context->use();
-    BufferObjectManager::instance().add(
-        VertexAttributeBuffer<float>::make(1, BufferUsage::Static, BufferAccess::Draw));
+    BufferObjectManager::instance().add(makeBuffer());
+    Context::useProcess();
     use("dispose", [&] { context->dispose(); });
 }
 
