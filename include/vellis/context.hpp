@@ -42,10 +42,10 @@ class ContextState;
 ///
 /// **Threads.** Each Context is in use on one thread, and each object used on one thread, at a
 /// time; Contexts on several threads need no lock. A Context goes from thread to thread as its GL
-/// context does: use() on the new one takes it from the one before, which has the process's own in
-/// use then. use() puts the entry points of
-/// its own in place, for all threads: Contexts whose entry points, versions or extensions differ,
-/// as those of two drivers do, must not run at the same time.
+/// context does: use() on the new one takes it from the one before, which has nothing in use until
+/// its next use() or useProcess(). use() puts the entry points of its own in place, for all
+/// threads: Contexts whose entry points, versions or extensions differ, as those of two drivers do,
+/// must not run at the same time.
 class VELLIS_EXPORT Context {
 public:
     /// Gives the entry point of a name, or null.
@@ -68,10 +68,10 @@ public:
     /// abandon(), so that no GL call is made: call dispose() while the GL context is there.
     ~Context();
 
-    /// Has this thread use it from now on, and deletes the names that wait for it: vertex arrays and
-    /// framebuffers, then programs, shaders, buffers, textures and renderbuffers, with one call for
-    /// each kind, but one for each program and shader. Beside these it calls `glGetString` at most. Call it after the GL
-    /// context was made current on this thread, each time.
+    /// Has this thread use it from now on, and deletes the names that wait for it: vertex arrays
+    /// and framebuffers, then programs, shaders, buffers, textures and renderbuffers, with one call
+    /// for each kind, but one for each program and shader. Beside these it calls `glGetString` at
+    /// most. Call it after the GL context was made current on this thread, each time.
     ///
     /// \return false where the GL context that is current on this thread is another one, or none,
     /// and
@@ -91,8 +91,8 @@ public:
     /// Releases what the library keeps for it, with its GL context current: the names that wait,
     /// the registries, the built-in programs and the Toolbox's buffer. Objects that the application
     /// holds become inert, with the group's last Context those that GL shares. The process's own is
-    /// in use then. Objects that make others as they end get four rounds of that; in abandon(), too,
-    /// where what they make goes to GL.
+    /// in use then. Objects that make others as they end get four rounds of that; in abandon(),
+    /// too, where what they make goes to GL.
     ///
     /// Where its GL context is not current, it is abandoned instead. A second call does nothing.
     void dispose();

@@ -8,30 +8,29 @@ namespace {
 /// What guards which thread has a Context in use: each thread changes that of others.
 std::mutex mutex; // which needs neither construction nor destruction
 
-/// Has \p other use the process's own, and whoever comes next find the binding of now.
-void putDown(Thread& other) {
-    if (other.state == nullptr) {
-        other.processBinding = other.binding;
-        return;
+/// Takes from \p other what it has in use, for whoever comes next. \p index is what it compares
+/// with from then on.
+void putDown(Thread& other, unsigned int index) {
+    if (other.state != nullptr) {
+        other.state->binding = other.binding;
+        other.state->user.store(nullptr, std::memory_order_relaxed);
+        setShared(other.state, static_cast<ContextState*>(nullptr));
+        other.binding = other.processBinding;
     }
-    other.state->binding = other.binding;
-    other.state->user.store(nullptr, std::memory_order_relaxed);
-    setShared(other.state, static_cast<ContextState*>(nullptr));
-    setShared(other.group, 0u);
-    setShared(other.context, 0u);
-    other.binding = other.processBinding;
+    setShared(other.group, index);
+    setShared(other.context, index);
 }
 
 /// Has this thread use \p state, from whichever thread has it.
 void pickUp(ContextState& state) {
     if (Thread* const former = state.user.load(std::memory_order_relaxed))
-        putDown(*former);
+        putDown(*former, nowhere);
     state.user.store(&thread, std::memory_order_relaxed);
     const bool isThere = state.context != nullptr;
     setShared(thread.group, isThere ? state.groupNames->index() : nowhere);
     setShared(thread.context, isThere ? state.ownNames->index() : nowhere);
     setShared(thread.state, &state);
-    thread.binding = state.binding;
+    thread.processBinding = std::exchange(thread.binding, state.binding);
 }
 
 } // namespace
@@ -40,7 +39,7 @@ ContextState::~ContextState() {
     {
         const std::lock_guard<std::mutex> lock(mutex);
         if (Thread* const last = user.load(std::memory_order_relaxed))
-            putDown(*last);
+            putDown(*last, nowhere);
     }
     emptySlots();
 }
@@ -61,12 +60,12 @@ void ContextState::emptySlots() {
 
 void enter(ContextState* state) {
     // Another thread takes this one's from it, but never gives it one.
-    if (state == getShared(thread.state))
+    if (state == getShared(thread.state) && (state != nullptr || getShared(thread.group) == 0))
         return;
     if (state != nullptr)
         releaseAtEndOfThread();
     const std::lock_guard<std::mutex> lock(mutex);
-    putDown(thread);
+    putDown(thread, 0);
     if (state != nullptr)
         pickUp(*state);
 }

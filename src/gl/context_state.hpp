@@ -34,7 +34,7 @@ enum class Slot : unsigned char {
 constexpr std::size_t numSlots = 5;
 
 /// What the library keeps for one GL context. It lives for as long as its Context, or a scope that
-/// goes back to it. A thread that has it in use beyond that has the process's own from then on.
+/// goes back to it. A thread that has it in use beyond that has nothing in use from then on.
 class ContextState {
 public:
     /// For the GL context that is current. It is in use nowhere.
@@ -88,7 +88,7 @@ private:
 };
 
 /// Has this thread use \p state, or the process's own where it is null. A thread that had it in use
-/// has the process's own from then on. Entry points stay as they are.
+/// has nothing in use from then on. Entry points stay as they are.
 void enter(ContextState* state);
 
 /// The same, with the entry points that belong to it.

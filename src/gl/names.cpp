@@ -14,7 +14,7 @@ namespace {
 
 /// How objects of each kind are called in diagnostics.
 constexpr const char* kindNames[numKinds] = {
-    "program", "shader", "vertex array", "framebuffer", "buffer", "texture", "renderbuffer",
+    "vertex array", "framebuffer", "program", "shader", "buffer", "texture", "renderbuffer",
 };
 
 /// All names that wait, the newest index first, and what guards them. There are as many as there

@@ -13,12 +13,12 @@
 /// ends there its name waits.
 namespace vellis::gl {
 
-/// The kinds of objects that have a name.
+/// The kinds of objects that have a name, in the order in which they are deleted.
 enum class Kind : unsigned char {
-    Program,
-    Shader,
     VertexArray,
     Framebuffer,
+    Program,
+    Shader,
     Buffer,
     Texture,
     Renderbuffer,

@@ -32,7 +32,8 @@ struct Thread {
     void* spares[detail::mostRecycledSteps];
 };
 
-/// In place of an index while nothing that was made can be used: of a Context that is gone.
+/// In place of an index while nothing that was made can be used: of a Context that is gone, or that
+/// another thread has taken over.
 constexpr unsigned int nowhere = 0xFFFFFFFF;
 
 /// In place of a binding while one that does not exist here counts as bound.
