@@ -21,8 +21,8 @@ BufferObjectManager& BufferObjectManager::instance() {
     struct Instance : detail::Lasting<BufferObjectManager> {
         Instance() : Lasting([] { return BufferObjectManager(); }) {}
     };
-    if (gl::thread.state != nullptr)
-        return *gl::thread.state->at<Instance>(gl::Slot::Buffers);
+    if (gl::thread().state != nullptr)
+        return *gl::thread().state->at<Instance>(gl::Slot::Buffers);
     static Instance manager;
     detail::AtExit<Registry>::arm();
     return *manager;
@@ -44,7 +44,7 @@ BufferObjectManager::~BufferObjectManager() {
 BufferObject* BufferObjectManager::add(const std::shared_ptr<BufferObject>& buffer) {
     if (buffer == nullptr)
         return invalidId();
-    if (gl::thread.state == nullptr)
+    if (gl::thread().state == nullptr)
         detail::AtExit<Registry>::arm();
     return buffers_.try_emplace(buffer.get(), buffer).first->first;
 }

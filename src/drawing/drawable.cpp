@@ -13,7 +13,7 @@ namespace {
 
 /// Whether a vertex array is to be drawn from that does not exist in the Context in use.
 bool isDrawingRefused() {
-    return gl::thread.binding == gl::refusedBinding;
+    return gl::thread().binding == gl::refusedBinding;
 }
 
 /// Draws indices of type \p T, which GL calls \p glType.

@@ -42,8 +42,8 @@ struct Streaming {
 
 Streaming& streaming() {
     static detail::Lasting ofProcess([] { return Streaming(); });
-    if (gl::thread.state != nullptr)
-        return gl::thread.state->at<Streaming>(gl::Slot::StreamingBuffer);
+    if (gl::thread().state != nullptr)
+        return gl::thread().state->at<Streaming>(gl::Slot::StreamingBuffer);
     return *ofProcess;
 }
 

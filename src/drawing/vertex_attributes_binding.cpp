@@ -38,12 +38,12 @@ unsigned int VertexAttributesBinding::id() const {
 
 VELLIS_COLD void VertexAttributesBinding::Inlined::refuse() {
     gl::refuse(gl::Kind::VertexArray);
-    gl::thread.binding = gl::refusedBinding;
+    gl::thread().binding = gl::refusedBinding;
     bind(0u);
 }
 
 const void* VertexAttributesBinding::current() {
-    return glBindVertexArray != nullptr ? gl::thread.binding : nullptr;
+    return glBindVertexArray != nullptr ? gl::thread().binding : nullptr;
 }
 
 } // namespace vellis

@@ -28,7 +28,7 @@ struct VertexAttributesBinding::Inlined {
     /// bindExisting in two parts: the first gives the name for the second.
     /// @{
     static unsigned int setCurrent(const VertexAttributesBinding& binding) {
-        gl::thread.binding = &binding;
+        gl::thread().binding = &binding;
         return binding.id_;
     }
     static void bind(unsigned int name) {
@@ -41,7 +41,7 @@ struct VertexAttributesBinding::Inlined {
     VELLIS_COLD static void refuse();
 
     static void unbind() noexcept {
-        gl::thread.binding = nullptr;
+        gl::thread().binding = nullptr;
         if (glBindVertexArray != nullptr)
             glBindVertexArray(0);
     }

@@ -73,7 +73,7 @@ bool Context::use() {
 }
 
 Context* Context::current() {
-    return gl::thread.state != nullptr ? gl::thread.state->context : nullptr;
+    return gl::thread().state != nullptr ? gl::thread().state->context : nullptr;
 }
 
 void Context::useProcess() {
@@ -96,7 +96,7 @@ void Context::dispose() {
 void Context::abandon() {
     if (!isAlive())
         return;
-    gl::ContextState* const before = gl::thread.state;
+    gl::ContextState* const before = gl::thread().state;
     if (before != nullptr)
         before->keep();
     gl::enter(state_);
@@ -118,7 +118,7 @@ bool Context::isAlive() const {
     return state_ != nullptr && state_->context != nullptr;
 }
 
-Context::Scope::Scope(Context& context) : before_(gl::thread.state) {
+Context::Scope::Scope(Context& context) : before_(gl::thread().state) {
     if (before_ != nullptr)
         before_->keep();
     isUsed_ = context.use();

@@ -107,7 +107,7 @@ void not_tested(const char* what, const char* file, int line) {
 }
 
 const char* check_context() {
-    return std::exchange(gl::thread.refused, nullptr);
+    return std::exchange(gl::thread().refused, nullptr);
 }
 
 const char* check_glerror() {

@@ -10,7 +10,7 @@ std::mutex mutex; // which needs neither construction nor destruction
 
 /// Takes from \p other what it has in use, for whoever comes next. \p index is what it compares
 /// with from then on.
-void putDown(Thread& other, unsigned int index) {
+void putDown(Thread& other, unsigned int index) noexcept {
     if (other.state != nullptr) {
         other.state->binding = other.binding;
         other.state->user.store(nullptr, std::memory_order_relaxed);
@@ -22,15 +22,15 @@ void putDown(Thread& other, unsigned int index) {
 }
 
 /// Has this thread use \p state, from whichever thread has it.
-void pickUp(ContextState& state) {
+void pickUp(ContextState& state) noexcept {
     if (Thread* const former = state.user.load(std::memory_order_relaxed))
         putDown(*former, nowhere);
-    state.user.store(&thread, std::memory_order_relaxed);
+    state.user.store(&thread(), std::memory_order_relaxed);
     const bool isThere = state.context != nullptr;
-    setShared(thread.group, isThere ? state.groupNames->index() : nowhere);
-    setShared(thread.context, isThere ? state.ownNames->index() : nowhere);
-    setShared(thread.state, &state);
-    thread.processBinding = std::exchange(thread.binding, state.binding);
+    setShared(thread().group, isThere ? state.groupNames->index() : nowhere);
+    setShared(thread().context, isThere ? state.ownNames->index() : nowhere);
+    setShared(thread().state, &state);
+    thread().processBinding = std::exchange(thread().binding, state.binding);
 }
 
 } // namespace
@@ -58,16 +58,21 @@ void ContextState::emptySlots() {
     }
 }
 
-void enter(ContextState* state) {
+void enter(ContextState* state) noexcept {
     // Another thread takes this one's from it, but never gives it one.
-    if (state == getShared(thread.state) && (state != nullptr || getShared(thread.group) == 0))
+    if (state == getShared(thread().state) && (state != nullptr || getShared(thread().group) == 0))
         return;
     if (state != nullptr)
         releaseAtEndOfThread();
     const std::lock_guard<std::mutex> lock(mutex);
-    putDown(thread, 0);
+    putDown(thread(), 0);
     if (state != nullptr)
         pickUp(*state);
+}
+
+void putDown(Thread& thread) noexcept {
+    const std::lock_guard<std::mutex> lock(mutex);
+    putDown(thread, 0);
 }
 
 } // namespace vellis::gl

@@ -89,18 +89,21 @@ private:
 
 /// Has this thread use \p state, or the process's own where it is null. A thread that had it in use
 /// has nothing in use from then on. Entry points stay as they are.
-void enter(ContextState* state);
+void enter(ContextState* state) noexcept;
 
-/// The same, with the entry points that belong to it.
-inline void enterWithEntryPoints(ContextState* state) {
+/// Has a thread that ends put down what it has in use.
+void putDown(Thread& thread) noexcept;
+
+/// The same as enter(), with the entry points that belong to it.
+inline void enterWithEntryPoints(ContextState* state) noexcept {
     enter(state);
     loader::publish(state != nullptr ? state->entryPoints : loader::processTable());
 }
 
 /// From now on none of the names exist that were made with the Context in use on this thread.
 inline void forgetNamesHere() {
-    thread.group = nowhere;
-    thread.context = nowhere;
+    thread().group = nowhere;
+    thread().context = nowhere;
 }
 
 } // namespace vellis::gl

@@ -9,7 +9,7 @@ inline bool isProcessDisposed = false;
 
 /// Whether what there is one of is not made any more.
 inline bool isDisposed() {
-    return thread.state != nullptr ? thread.state->isClosing : isProcessDisposed;
+    return thread().state != nullptr ? thread().state->isClosing : isProcessDisposed;
 }
 
 } // namespace vellis::gl

@@ -156,7 +156,7 @@ Version versionOf(const Table& table) {
     return {GLAD_VERSION_MAJOR(table.version), GLAD_VERSION_MINOR(table.version)};
 }
 
-void publishAnew(const Table& table) {
+void publishAnew(const Table& table) noexcept {
     const Lock lock(mutex);
     const auto* const bytes = reinterpret_cast<const unsigned char*>(&table.context);
     assign<EntryPoint>(entryPoints, bytes + entryPointOffsets[0]);

@@ -40,7 +40,7 @@ const Table* loadTable(const Lookup& lookup) {
 Version versionOf(const Table& table);
 
 /// Sets GLVersion, where it is another.
-void setVersion(Version version);
+void setVersion(Version version) noexcept;
 
 /// The table whose values the exported pointers were given last; null before the first.
 extern std::atomic<const Table*> published;
@@ -48,10 +48,10 @@ extern std::atomic<const Table*> published;
 /// Gives the exported pointers and flags, and GLVersion, the values of a table, also where a
 /// program has changed them. What has its value already is not written, so that other threads may
 /// use it.
-void publishAnew(const Table& table);
+void publishAnew(const Table& table) noexcept;
 
 /// The same, unless \p table is null or was the last one.
-inline void publish(const Table* table) {
+inline void publish(const Table* table) noexcept {
     if (table != nullptr && table != published.load(std::memory_order_acquire))
         publishAnew(*table);
 }

@@ -151,8 +151,8 @@ bool install(const Table* table) {
         setVersion({0, 0});
         return false;
     }
-    if (gl::thread.state != nullptr) {
-        gl::thread.state->entryPoints = table;
+    if (gl::thread().state != nullptr) {
+        gl::thread().state->entryPoints = table;
     } else {
         ofProcess = table;
         // Names of another GL context would be other objects' here.
@@ -186,7 +186,7 @@ const Table* processTable() {
     return ofProcess;
 }
 
-void setVersion(Version version) {
+void setVersion(Version version) noexcept {
     if (GLVersion.major != version.major || GLVersion.minor != version.minor)
         GLVersion = {version.major, version.minor};
 }

@@ -90,27 +90,21 @@ void WaitingNames::add(Kind kind, unsigned int index, unsigned int name) noexcep
     }
 }
 
-std::vector<unsigned int> WaitingNames::take(std::size_t kind) {
-    const Lock lock(all.mutex);
-    any_.store(false, std::memory_order_relaxed);
-    return std::exchange(names_[kind], {});
-}
-
-void WaitingNames::deleteAll() {
+void WaitingNames::release(bool deletes) {
     for (std::size_t kind = 0; kind < numKinds; ++kind) {
-        const std::vector<unsigned int> names = take(kind);
-        if (!names.empty())
+        std::vector<unsigned int> names;
+        {
+            const Lock lock(all.mutex);
+            any_.store(false, std::memory_order_relaxed);
+            names.swap(names_[kind]);
+        }
+        if (deletes && !names.empty())
             deleteNames(static_cast<Kind>(kind), names);
     }
 }
 
-void WaitingNames::forget() {
-    for (std::size_t kind = 0; kind < numKinds; ++kind)
-        take(kind);
-}
-
 unsigned int refuse(Kind kind) {
-    thread.refused = kindNames[static_cast<std::size_t>(kind)];
+    thread().refused = kindNames[static_cast<std::size_t>(kind)];
     return 0;
 }
 

@@ -45,10 +45,10 @@ public:
 
     /// Deletes them in the GL context that is current: with one call for each kind, but one for
     /// each program and shader.
-    void deleteAll();
+    void deleteAll() { release(true); }
 
     /// Forgets them: their GL context is gone.
-    void forget();
+    void forget() { release(false); }
 
     /// Keeps a name of that index until it can be deleted. Where all is gone that knew the index,
     /// so is the name. Without memory it is left to the end of its GL context.
@@ -61,7 +61,7 @@ private:
     struct Process {};
     explicit WaitingNames(Process) : index_(0), next_(nullptr) {}
 
-    std::vector<unsigned int> take(std::size_t kind);
+    void release(bool deletes);
 
     unsigned int index_;
     std::atomic<bool> any_ = false;
@@ -80,7 +80,7 @@ constexpr bool isShared(Kind kind) {
 
 /// The index that an object of that kind gets which is made here.
 inline unsigned int indexHere(Kind kind) {
-    return isShared(kind) ? thread.group : thread.context;
+    return isShared(kind) ? thread().group : thread().context;
 }
 
 /// Whether an object of that kind and index exists here.
@@ -102,7 +102,7 @@ bool existsOrRefuse(const Buffer& buffer) {
 /// Whether a name of that kind and index can be deleted here and now. If not, it waits, but for the
 /// name 0. Asks whether another thread has taken over the Context that was in use here.
 inline bool canDelete(Kind kind, unsigned int index, unsigned int name) noexcept {
-    if (index == getShared(isShared(kind) ? thread.group : thread.context))
+    if (index == getShared(isShared(kind) ? thread().group : thread().context))
         return true;
     if (name != 0)
         WaitingNames::add(kind, index, name);

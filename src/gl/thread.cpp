@@ -17,90 +17,108 @@
 #endif
 
 namespace vellis::gl {
-
-#if defined(__ELF__)
-__attribute__((tls_model("initial-exec")))
-#endif
-VELLIS_THREAD_LOCAL Thread thread = {};
-
 namespace {
 
-/// Releases what this thread keeps; it may go on and keep more.
-void release() {
-    enter(nullptr);
+/// Releases what a thread keeps, and puts down what it has in use.
+void release(Thread& thread) noexcept {
+    putDown(thread);
     for (void*& spare : thread.spares)
         ::operator delete(std::exchange(spare, nullptr));
     thread.end = Thread::End::NotSeenTo;
 }
 
-// What the system calls at the end of each thread that has a value. A destructor of C++'s would do
-// the same, but would keep a plug-in's libraries loaded for as long as the thread lives.
-#ifdef _WIN32
-void CALLBACK endThread(void*) {
-    release();
-}
-#else
-void endThread(void*) {
-    release();
-}
-#endif
+// The system calls a function at the end of each thread that has a value. A destructor of C++'s
+// would do the same, but would keep a plug-in's libraries loaded for as long as the thread lives.
 
-/// The system's name for that value, while the library is loaded.
-class EndOfThreads {
+#ifdef _WIN32
+
+void CALLBACK endThread(void* ended) {
+    auto* const thread = static_cast<Thread*>(ended);
+    release(*thread);
+    delete thread;
+}
+
+/// The system's key for that value, while the library is loaded.
+class Key {
 public:
-#ifdef _WIN32
-    EndOfThreads() : key_(FlsAlloc(endThread)) {
-        isThere_ = key_ != FLS_OUT_OF_INDEXES;
-    }
-    void see() const {
-        FlsSetValue(key_, &thread);
-    }
-#else
-    EndOfThreads() {
-        isThere_ = pthread_key_create(&key_, endThread) == 0;
-    }
-    void see() const {
-        pthread_setspecific(key_, &thread);
-    }
-#endif
-    /// The end of the process, or of the library. Other threads may go on: what they keep is lost.
-    ~EndOfThreads() {
-        release();
-        thread.end = Thread::End::Past;
-        if (!isThere_.exchange(false))
-            return;
-#ifdef _WIN32
-        FlsFree(key_);
-#else
-        pthread_key_delete(key_);
-#endif
-    }
-    EndOfThreads(const EndOfThreads&) = delete;
-    EndOfThreads& operator=(const EndOfThreads&) = delete;
+    Key() : key_(FlsAlloc(endThread)) {}
+    ~Key() { FlsFree(std::exchange(key_, FLS_OUT_OF_INDEXES)); }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
 
-    static bool isThere() {
-        return isThere_;
-    }
+    Thread* get() const { return static_cast<Thread*>(FlsGetValue(key_)); }
+    bool set(Thread* thread) const { return FlsSetValue(key_, thread) != 0; }
 
 private:
-    static inline std::atomic<bool> isThere_ = false;
-#ifdef _WIN32
     DWORD key_;
-#else
-    pthread_key_t key_;
-#endif
 };
+
+#else
+
+void endThread(void* ended) {
+    release(*static_cast<Thread*>(ended));
+}
+
+/// The system's key for that value, while the library is loaded.
+class Key {
+public:
+    Key() { isThere_ = pthread_key_create(&key_, endThread) == 0; }
+
+    /// The end of the process, or of the library. Other threads may go on: what they keep is lost.
+    ~Key() {
+        release(threadItself);
+        threadItself.end = Thread::End::Past;
+        if (isThere_.exchange(false))
+            pthread_key_delete(key_);
+    }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
+
+    bool set(Thread* thread) const { return isThere_ && pthread_setspecific(key_, thread) == 0; }
+
+private:
+    std::atomic<bool> isThere_;
+    pthread_key_t key_;
+};
+
+#endif
+
+const Key& key() {
+    static const Key ofProcess;
+    return ofProcess;
+}
 
 } // namespace
 
-bool releaseAtEndOfThread() {
-    if (thread.end == Thread::End::NotSeenTo) {
-        static const EndOfThreads ends;
-        thread.end = EndOfThreads::isThere() ? Thread::End::SeenTo : Thread::End::Past;
-        if (thread.end == Thread::End::SeenTo)
-            ends.see();
+#ifdef _WIN32
+
+Thread& thread() noexcept {
+    static Thread last; // of all, where there is no memory, and behind the end of the library
+    if (Thread* const known = key().get())
+        return *known;
+    auto* const made = new (std::nothrow) Thread();
+    if (made == nullptr || !key().set(made)) {
+        delete made;
+        return last;
     }
-    return thread.end == Thread::End::SeenTo;
+    made->end = Thread::End::SeenTo;
+    return *made;
 }
+
+bool releaseAtEndOfThread() noexcept {
+    return thread().end == Thread::End::SeenTo;
+}
+
+#else
+
+VELLIS_THREAD_LOCAL Thread threadItself = {};
+
+bool releaseAtEndOfThread() noexcept {
+    if (threadItself.end == Thread::End::NotSeenTo)
+        threadItself.end = key().set(&threadItself) ? Thread::End::SeenTo : Thread::End::Past;
+    return threadItself.end == Thread::End::SeenTo;
+}
+
+#endif
 
 } // namespace vellis::gl

@@ -39,17 +39,22 @@ constexpr unsigned int nowhere = 0xFFFFFFFF;
 /// In place of a binding while one that does not exist here counts as bound.
 inline const void* const refusedBinding = reinterpret_cast<const void*>(1);
 
-// A type of thread_local that needs no initialisation, which each access would look for, and, on
+/// That of this thread.
+#ifdef _WIN32
+// The compilers' own for Windows are gone before what a thread keeps can be released.
+Thread& thread() noexcept;
+#else
+// A kind of thread_local that needs no initialisation, which each access would look for, and, on
 // ELF, one instruction to be found.
-#if defined(__GNUC__)
-#define VELLIS_THREAD_LOCAL __thread
-#else
-#define VELLIS_THREAD_LOCAL thread_local
-#endif
 #if defined(__ELF__)
-extern VELLIS_THREAD_LOCAL Thread thread __attribute__((tls_model("initial-exec")));
+#define VELLIS_THREAD_LOCAL __thread __attribute__((tls_model("initial-exec")))
 #else
-extern VELLIS_THREAD_LOCAL Thread thread;
+#define VELLIS_THREAD_LOCAL __thread
+#endif
+extern VELLIS_THREAD_LOCAL Thread threadItself;
+inline Thread& thread() noexcept {
+    return threadItself;
+}
 #endif
 
 /// Members of a Thread that another thread may set, which takes over a Context.
@@ -74,6 +79,6 @@ void setShared(T& member, T value) {
 
 /// Sees to it that what this thread keeps is released when it ends, or with the library.
 /// \return false where it is past that.
-bool releaseAtEndOfThread();
+bool releaseAtEndOfThread() noexcept;
 
 } // namespace vellis::gl

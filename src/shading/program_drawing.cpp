@@ -25,7 +25,7 @@ void Program::bind() const {
 void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
     using Binding = VertexAttributesBinding::Inlined;
     const VertexAttributesBinding* const bound = binding.get();
-    if (!usage_.isUnusedIn(&gl::thread.group) || bound == nullptr || !Binding::exists(*bound)) {
+    if (!usage_.isUnusedIn(&gl::thread().group) || bound == nullptr || !Binding::exists(*bound)) {
         rebind(binding);
         return;
     }
@@ -45,7 +45,7 @@ VELLIS_COLD void Program::rebind(const std::shared_ptr<VertexAttributesBinding>&
     if (binding != nullptr)
         VertexAttributesBinding::Inlined::bind(*binding);
     if (!exists())
-        gl::thread.binding = gl::refusedBinding;
+        gl::thread().binding = gl::refusedBinding;
 }
 
 void Program::bind(const Drawable& drawable) const {
@@ -64,8 +64,8 @@ VELLIS_COLD void Program::unbindOther() const {
     usage_.setBound(false);
     if (usage_.isHolding())
         usage_.releaseUnbound([] { VertexAttributesBinding::Inlined::unbind(); });
-    else if (gl::thread.binding == gl::refusedBinding)
-        gl::thread.binding = nullptr;
+    else if (gl::thread().binding == gl::refusedBinding)
+        gl::thread().binding = nullptr;
 }
 
 void Program::draw(const Drawable& drawable, unsigned int first, unsigned int count) const {

@@ -38,8 +38,8 @@ public:
     /// That of the Context in use, or of the process.
     static Pair& inUse() {
         static detail::Lasting ofProcess([] { return Pair(); });
-        if (gl::thread.state != nullptr)
-            return gl::thread.state->at<Pair>(gl::Slot::ProgramProxies);
+        if (gl::thread().state != nullptr)
+            return gl::thread().state->at<Pair>(gl::Slot::ProgramProxies);
         detail::AtExit<Pair>::arm();
         return *ofProcess;
     }
@@ -51,7 +51,7 @@ public:
 
     Proxy& at(std::size_t index) {
         if (!isMade_[index])
-            gl::thread.state != nullptr ? new (rooms_[index]) Proxy(0)
+            gl::thread().state != nullptr ? new (rooms_[index]) Proxy(0)
                                         : new (rooms_[index]) Proxy();
         isMade_[index] = true;
         return *std::launder(reinterpret_cast<Proxy*>(rooms_[index]));

@@ -28,8 +28,8 @@ ProgramManager& ProgramManager::instance() {
     struct Instance : detail::Lasting<ProgramManager> {
         Instance() : Lasting([] { return ProgramManager(); }) {}
     };
-    if (gl::thread.state != nullptr)
-        return *gl::thread.state->at<Instance>(gl::Slot::Programs);
+    if (gl::thread().state != nullptr)
+        return *gl::thread().state->at<Instance>(gl::Slot::Programs);
     static Instance manager;
     detail::AtExit<Registry>::arm();
     return *manager;
@@ -55,7 +55,7 @@ ProgramManager::~ProgramManager() {
 Program* ProgramManager::add(const std::shared_ptr<Program>& program) {
     if (program == nullptr)
         return invalidId();
-    if (gl::thread.state == nullptr)
+    if (gl::thread().state == nullptr)
         detail::AtExit<Registry>::arm();
     return programs_.try_emplace(program.get(), program).first->first;
 }

@@ -29,8 +29,8 @@ using AllRemembered = std::array<Remembered, std::size(trackedStates)>;
 
 AllRemembered& remembered() {
     static AllRemembered ofProcess;
-    if (gl::thread.state != nullptr)
-        return gl::thread.state->at<AllRemembered>(gl::Slot::TrackedStates);
+    if (gl::thread().state != nullptr)
+        return gl::thread().state->at<AllRemembered>(gl::Slot::TrackedStates);
     return ofProcess;
 }
 

@@ -506,7 +506,7 @@ private:
     }
 
     /// Whether the program exists in the Context in use.
-    bool exists() const;
+    VELLIS_NO_EXPORT bool exists() const;
 
     /// bind where the program does not exist.
     VELLIS_NO_EXPORT void bindNothing() const;
