@@ -106,7 +106,8 @@ KEPT_EXTENSIONS = re.compile("|".join([
 
 # The tests of the library and of the examples, and those that need a process of their own.
 EXAMPLES = "examples/vellis_example_tests"
-PROGRAMS = ["vellis_render_tests", "vellis_toolbox_render_tests", EXAMPLES]
+PROGRAMS = ["vellis_render_tests", "vellis_toolbox_render_tests", "vellis_context_host_render_tests",
+            "vellis_context_threads_render_tests", "vellis_context_hand_over_render_tests", EXAMPLES]
 ALONE = "TrackedStatesRender.*"
 # What --quick keeps of the examples, and what a test that hides an extension does: the programs that the
 # others start have the whole context.

@@ -39,13 +39,14 @@ std::shared_ptr<Context> Context::make(const Context& other, Lookup lookup) {
 }
 
 std::shared_ptr<Context> Context::make(const Context* other, Lookup lookup) {
-    const loader::Table* const table = loader::findTable(lookup);
+    loader::OwnedTable table = loader::findTable(lookup);
     if (table == nullptr)
         return nullptr;
     std::shared_ptr<Context> context(new Context);
-    auto group = other != nullptr && other->isAlive() ? other->state_->groupNames
-                                                      : std::make_shared<gl::WaitingNames>();
-    context->state_ = new gl::ContextState(*context, std::move(group), *table);
+    auto group = other != nullptr && other->isAlive()
+                     ? other->state_->groupNames->share()
+                     : gl::WaitingNames::Owned(new gl::WaitingNames);
+    context->state_ = new gl::ContextState(*context, std::move(group), std::move(table));
     gl::enterWithEntryPoints(context->state_);
     context->state_->native = loader::currentContext();
     context->use();

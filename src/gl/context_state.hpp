@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -38,11 +37,11 @@ constexpr std::size_t numSlots = 5;
 class ContextState {
 public:
     /// For the GL context that is current. It is in use nowhere.
-    ContextState(Context& itself, std::shared_ptr<WaitingNames> group, const loader::Table& table)
+    ContextState(Context& itself, WaitingNames::Owned group, loader::OwnedTable table)
         : context(&itself),
           groupNames(std::move(group)),
           ownNames(std::in_place),
-          entryPoints(&table) {}
+          entryPoints(std::move(table)) {}
     ~ContextState();
     ContextState(const ContextState&) = delete;
     ContextState& operator=(const ContextState&) = delete;
@@ -72,9 +71,9 @@ public:
 
     Context* context; ///< null once that is disposed of or abandoned
     /// The names that wait of what GL shares, for all of the group; empty once `context` is null.
-    std::shared_ptr<WaitingNames> groupNames;
+    WaitingNames::Owned groupNames;
     std::optional<WaitingNames> ownNames; ///< those of what it does not share
-    const loader::Table* entryPoints;     ///< of the GL context
+    loader::OwnedTable entryPoints;       ///< of the GL context
     loader::NativeContext native = {};    ///< the GL context itself
     std::atomic<Thread*> user = nullptr;  ///< the thread that has it in use
     const void* binding = nullptr;        ///< Thread::binding, while no thread has it in use
@@ -97,7 +96,7 @@ void putDown(Thread& thread) noexcept;
 /// The same as enter(), with the entry points that belong to it.
 inline void enterWithEntryPoints(ContextState* state) noexcept {
     enter(state);
-    loader::publish(state != nullptr ? state->entryPoints : loader::processTable());
+    loader::publish(state != nullptr ? state->entryPoints.get() : loader::processTable());
 }
 
 /// From now on none of the names exist that were made with the Context in use on this thread.

@@ -27,6 +27,9 @@ extern "C" {
 }
 
 namespace vellis::loader {
+
+std::atomic<const Table*> published = nullptr;
+
 namespace {
 
 // The addresses in the order of the structure: what is held by the offsets, which then need no room
@@ -116,7 +119,8 @@ GLADapiproc findForLoader(void* user, const char* name) {
 struct Table {
     GladGLContext context;
     int version;
-    const Table* next; ///< of the list of all tables
+    mutable unsigned int numOwners;
+    mutable const Table* next; ///< of the list of all tables
 };
 
 namespace {
@@ -124,23 +128,37 @@ namespace {
 const Table* tables = nullptr;
 
 /// The table of the list that is equal to \p table, which joins it if there is none.
-const Table* unique(std::unique_ptr<Table> table) {
+OwnedTable unique(std::unique_ptr<Table> table) {
     const Lock lock(mutex);
-    for (const Table* other = tables; other != nullptr; other = other->next) {
-        if (other->version == table->version &&
-            std::memcmp(&other->context, &table->context, sizeof(GladGLContext)) == 0)
-            return other;
+    const Table* found = tables;
+    while (found != nullptr &&
+           (found->version != table->version ||
+            std::memcmp(&found->context, &table->context, sizeof(GladGLContext)) != 0))
+        found = found->next;
+    if (found == nullptr) {
+        table->next = tables;
+        found = tables = table.release();
     }
-    table->next = tables;
-    return tables = table.release();
+    ++found->numOwners;
+    return OwnedTable(found);
 }
 
 } // namespace
 
-std::atomic<const Table*> published = nullptr;
+void ReleaseTable::operator()(const Table* table) const noexcept {
+    const Lock lock(mutex);
+    if (--table->numOwners != 0)
+        return;
+    const Table** place = &tables;
+    while (*place != table)
+        place = &(*place)->next;
+    *place = table->next;
+    if (published == table)
+        published = nullptr;
+    delete table;
+}
 
-const Table* loadTable(EntryPoint (*find)(const void* lookup, const char* name),
-                       const void* lookup) {
+OwnedTable loadTable(EntryPoint (*find)(const void* lookup, const char* name), const void* lookup) {
     std::unique_ptr<Table> table(new (std::nothrow) Table());
     if (table == nullptr)
         return nullptr;

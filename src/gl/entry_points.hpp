@@ -3,6 +3,7 @@
 /// The entry points that <vellis/gl.hpp> declares, and their loading.
 
 #include <atomic>
+#include <memory>
 
 namespace vellis::loader {
 
@@ -18,17 +19,24 @@ struct Version {
 /// The entry points of a GL context, the flags that say what there is, and the version.
 struct Table;
 
+/// Lets go of a table, which lives for as long as it has owners.
+struct ReleaseTable {
+    void operator()(const Table* table) const noexcept;
+};
+
+/// An owner of a table.
+using OwnedTable = std::unique_ptr<const Table, ReleaseTable>;
+
 /// Looks up every entry point that the current context has: each is what \p find says of its name,
 /// null where there is none.
 ///
-/// \return the table, which lives to the end of the process and is the same one for equal contexts;
-///         null where there is no context, or no memory.
-const Table* loadTable(EntryPoint (*find)(const void* lookup, const char* name),
-                       const void* lookup);
+/// \return the table, the same one for equal contexts; null where there is no context, or no
+/// memory.
+OwnedTable loadTable(EntryPoint (*find)(const void* lookup, const char* name), const void* lookup);
 
 /// The same for anything that can be called with a name.
 template <class Lookup>
-const Table* loadTable(const Lookup& lookup) {
+OwnedTable loadTable(const Lookup& lookup) {
     return loadTable(
         [](const void* own, const char* name) -> EntryPoint {
             return (*static_cast<const Lookup*>(own))(name);
@@ -42,7 +50,8 @@ Version versionOf(const Table& table);
 /// Sets GLVersion, where it is another.
 void setVersion(Version version) noexcept;
 
-/// The table whose values the exported pointers were given last; null before the first.
+/// The table whose values the exported pointers were given last; null before the first, and where
+/// that is gone.
 extern std::atomic<const Table*> published;
 
 /// Gives the exported pointers and flags, and GLVersion, the values of a table, also where a

@@ -4,7 +4,9 @@
 
 #include <atomic>
 #include <cstring>
+#include <utility>
 
+#include <vellis/detail/lasting.hpp>
 #include <vellis/gl.hpp>
 
 #include "gl/context_state.hpp"
@@ -29,13 +31,23 @@ namespace {
 
 using Lookup = void* (*)(const char* name);
 
-// The process's own, which the Contexts know nothing of.
-std::atomic<const Table*> ofProcess = nullptr;
-void* processHandle = nullptr; ///< the GL context that it was loaded for; null if unknown
+/// The process's own, which the Contexts know nothing of.
+struct Process {
+    static inline std::atomic<const Table*> table = nullptr;
+    static inline void* handle = nullptr; ///< the GL context that it was loaded for; or null
+
+    static void set(OwnedTable loaded) {
+        detail::AtExit<Process>::arm();
+        const OwnedTable former(table.exchange(loaded.release()));
+    }
+
+    /// At the end of the process.
+    static void release() { const OwnedTable former(table.exchange(nullptr)); }
+};
 
 #ifdef _WIN32
 
-const Table* findPlatformTable() {
+OwnedTable findPlatformTable() {
     const HMODULE library = LoadLibraryW(L"opengl32.dll");
     if (library == nullptr)
         return nullptr;
@@ -45,7 +57,7 @@ const Table* findPlatformTable() {
     using WglGetProcAddress = PROC(WINAPI*)(LPCSTR);
     const auto wglGetProcAddress =
         reinterpret_cast<WglGetProcAddress>(function("wglGetProcAddress"));
-    const Table* table = nullptr;
+    OwnedTable table;
     if (wglGetProcAddress != nullptr) {
         table = loadTable([&](const char* name) {
             const auto address = reinterpret_cast<EntryPoint>(wglGetProcAddress(name));
@@ -106,7 +118,7 @@ constexpr Platform platforms[] = {
 };
 
 /// Loads through \p platform where the process has its library open and a context of it is current.
-const Table* findTableOfCurrent(const Platform& platform) {
+OwnedTable findTableOfCurrent(const Platform& platform) {
     const Library library(platform.soname, RTLD_LAZY | RTLD_NOLOAD);
     const auto getCurrentContext = library.find<GetCurrentContext>(platform.getCurrentContext);
     const auto getProcAddress = library.find<GetProcAddress>(platform.getProcAddress);
@@ -115,9 +127,9 @@ const Table* findTableOfCurrent(const Platform& platform) {
     return loadTable(getProcAddress);
 }
 
-const Table* findPlatformTable() {
+OwnedTable findPlatformTable() {
     for (const Platform& platform : platforms) {
-        if (const Table* const table = findTableOfCurrent(platform))
+        if (OwnedTable table = findTableOfCurrent(platform))
             return table;
     }
     // The system's GL library may know of a context: vendor-neutral systems have split libGLX off
@@ -146,22 +158,22 @@ void* currentHandle() {
 #endif
 
 /// Makes a table that of what is in use, and says in GLVersion what was there.
-bool install(const Table* table) {
+bool install(OwnedTable table) {
     if (table == nullptr) {
         setVersion({0, 0});
         return false;
     }
-    if (gl::thread().state != nullptr) {
-        gl::thread().state->entryPoints = table;
-    } else {
-        ofProcess = table;
-        // Names of another GL context would be other objects' here.
-        if (void* const handle = currentHandle(); handle != processHandle) {
-            gl::WaitingNames::ofProcess().forget();
-            processHandle = handle;
-        }
-    }
     publishAnew(*table);
+    if (gl::thread().state != nullptr) {
+        gl::thread().state->entryPoints = std::move(table);
+        return true;
+    }
+    Process::set(std::move(table));
+    // Names of another GL context would be other objects' here.
+    if (void* const handle = currentHandle(); handle != Process::handle) {
+        gl::WaitingNames::ofProcess().forget();
+        Process::handle = handle;
+    }
     return true;
 }
 
@@ -175,7 +187,7 @@ bool loadThrough(Lookup lookup) {
     return install(lookup != nullptr ? findTable(lookup) : nullptr);
 }
 
-const Table* findTable(Lookup lookup) {
+OwnedTable findTable(Lookup lookup) {
     if (lookup == nullptr)
         return findPlatformTable();
     return loadTable(
@@ -183,7 +195,7 @@ const Table* findTable(Lookup lookup) {
 }
 
 const Table* processTable() {
-    return ofProcess;
+    return Process::table;
 }
 
 void setVersion(Version version) noexcept {
@@ -210,7 +222,7 @@ bool NativeContext::isProbablyCurrent() const {
 }
 
 bool isProcessContextCurrent() {
-    return currentHandle() == processHandle;
+    return currentHandle() == Process::handle;
 }
 
 } // namespace vellis::loader

@@ -14,7 +14,7 @@ bool loadThrough(void* (*lookup)(const char* name));
 
 /// The entry points that \p lookup finds, or, where it is null, the lookup of the platform whose
 /// context is current. Changes no exported pointer. Null where there is no context.
-const Table* findTable(void* (*lookup)(const char* name));
+OwnedTable findTable(void* (*lookup)(const char* name));
 
 /// The table that was loaded last while no Context was in use, or null.
 const Table* processTable();

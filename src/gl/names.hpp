@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "gl/thread.hpp"
@@ -37,6 +38,23 @@ public:
     WaitingNames(const WaitingNames&) = delete;
     WaitingNames& operator=(const WaitingNames&) = delete;
 
+    /// Lets go of them.
+    struct Release {
+        void operator()(WaitingNames* names) const noexcept {
+            if (names->numOwners_.fetch_sub(1, std::memory_order_acq_rel) == 1)
+                delete names;
+        }
+    };
+
+    /// An owner of names: a group has as many as it has Contexts.
+    using Owned = std::unique_ptr<WaitingNames, Release>;
+
+    /// Another owner.
+    Owned share() {
+        numOwners_.fetch_add(1, std::memory_order_relaxed);
+        return Owned(this);
+    }
+
     /// The names of what the process made without a Context, whose index is 0.
     static WaitingNames& ofProcess();
 
@@ -64,6 +82,7 @@ private:
     void release(bool deletes);
 
     unsigned int index_;
+    std::atomic<unsigned int> numOwners_ = 1;
     std::atomic<bool> any_ = false;
     std::vector<unsigned int> names_[numKinds];
     WaitingNames* next_; ///< of the list of all

@@ -50,11 +50,16 @@ FAST_TESTS = [Program("tests/vellis_trace_tests", "Loader.EntryPointsAreNullBefo
               Program("tests/faults/vellis_allocation_fault_tests"),
               Program("tests/faults/vellis_gl_fault_tests"),
               Program("tests/fuzz/vellis_state_machine_tests"),
+              Program("tests/fuzz/vellis_context_machine_tests"),
+              Program("tests/vellis_context_threads_trace_tests"),
               Program("tests/vellis_diff_gl_states_trace_tests", "DiffGlStatesTrace.*")]
 FAST_TARGETS = ["vellis_tests_trace", "vellis_pages_tests"]
 DRIVER_TESTS = [Program("tests/vellis_toolbox_render_tests"),
+                Program("tests/vellis_context_host_render_tests"),
+                Program("tests/vellis_context_hand_over_render_tests"),
                 Program("tests/vellis_render_tests", "TrackedStatesRender.*")]
-DRIVER_TARGETS = ["vellis_toolbox_render_tests", "vellis_render_tests"]
+DRIVER_TARGETS = ["vellis_toolbox_render_tests", "vellis_context_host_render_tests",
+                  "vellis_context_hand_over_render_tests", "vellis_render_tests"]
 # What a test that has lost its way may use: it ends there.
 MEMORY_LIMIT = 8 << 30
 OUTPUT_LIMIT = 64 << 20
