@@ -68,14 +68,19 @@ OwnedTable findPlatformTable() {
     return table;
 }
 
-/// wglGetCurrentContext of the library that the process has open.
+/// What wglGetCurrentContext gives; null where the process has not loaded its library, which stays
+/// loaded from the first time on that it has.
 void* currentHandle() {
-    static const auto get = [] {
+    using Get = HGLRC(WINAPI*)();
+    static std::atomic<Get> known = nullptr;
+    if (known == nullptr) {
         HMODULE library = nullptr;
-        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"opengl32.dll", &library);
-        return reinterpret_cast<HGLRC(WINAPI*)()>(
-            library != nullptr ? GetProcAddress(library, "wglGetCurrentContext") : nullptr);
-    }();
+        if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"opengl32.dll", &library))
+            return nullptr;
+        known = reinterpret_cast<Get>(
+            reinterpret_cast<EntryPoint>(GetProcAddress(library, "wglGetCurrentContext")));
+    }
+    const Get get = known;
     return get != nullptr ? get() : nullptr;
 }
 

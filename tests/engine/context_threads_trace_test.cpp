@@ -120,6 +120,32 @@ TEST_F(ContextThreadsTrace, EachDrawsWithOneOfAGroup) {
     });
 }
 
+/// Without Contexts there is one of everything but for what drawables are made of: the memory that
+/// is kept for the next one, the current binding and inert handles are each thread's.
+TEST_F(ContextThreadsTrace, EachMakesDrawablesWithoutOne) {
+    for (auto& gl : contexts)
+        gl = std::make_unique<FakeContext>();
+    contexts[0]->makeCurrent();
+    gladLoadGLLoader(FakeGl::lookUp);
+    FakeContext::releaseCurrent();
+    onThreads([&](std::size_t i) {
+        contexts[i]->makeCurrent();
+        {
+            const Scene scene;
+            for (int frame = 0; frame < numFrames; ++frame) {
+                const auto drawable =
+                    Triangles::make(scene.program, Position("position", scene.positions));
+                scene.program->draw(*drawable);
+                drawable->getAttributesBinding()->bind();
+                EXPECT_TRUE(drawable->getAttributesBinding()->isCurrent());
+                VertexAttributesBinding::unbind();
+                scene.program->getUniform<float>("nothing").value = 1.f;
+            }
+        }
+        FakeContext::releaseCurrent();
+    });
+}
+
 /// What one thread has made ends on the next one, where another Context is in use or none.
 TEST_F(ContextThreadsTrace, ObjectsEndOnOtherThreads) {
     for (auto& gl : contexts)
