@@ -23,6 +23,8 @@ struct Object {
 class RecyclingAllocatorTest : public testing::Test {
 protected:
     RecyclingAllocatorTest() : inUse_(allocator.allocate(1)), before_(allocationCount()) {}
+
+    void SetUp() override { SKIP_WITHOUT_LIBRARY_ALLOCATIONS(); }
     ~RecyclingAllocatorTest() override { allocator.deallocate(inUse_, 1); }
 
     std::size_t numAllocations() const { return allocationCount() - before_; }

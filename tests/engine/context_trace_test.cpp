@@ -497,6 +497,7 @@ TEST_F(ContextTrace, GoesFromThreadToThread) {
         use();
         EXPECT_EQ(buffer->id(), name);
         EXPECT_EQ(Context::current(), context.get());
+        FakeContext::releaseCurrent();
     }).join();
     EXPECT_EQ(Context::current(), nullptr);
     EXPECT_EQ(buffer->id(), 0u);
