@@ -58,6 +58,9 @@ extern VELLIS_EXPORT struct VellisGLVersion GLVersion;
 /// with the exports of opengl32.dll behind it on Windows.
 /// \return 1 on success; 0 where no context is current or its GL cannot be loaded. A load that
 ///         fails leaves the entry points and flags as they were.
+///
+/// With a vellis::Context in use, what is loaded belongs to that; the same holds for
+/// gladLoadGLLoader().
 VELLIS_EXPORT int gladLoadGL(void);
 
 /// Loads every entry point through \p load, for contexts with a lookup of their own (OSMesa, a

@@ -52,7 +52,7 @@ public:
     Proxy& at(std::size_t index) {
         if (!isMade_[index])
             gl::thread().state != nullptr ? new (rooms_[index]) Proxy(0)
-                                        : new (rooms_[index]) Proxy();
+                                          : new (rooms_[index]) Proxy();
         isMade_[index] = true;
         return *std::launder(reinterpret_cast<Proxy*>(rooms_[index]));
     }
