@@ -136,6 +136,10 @@ protected:
     std::optional<Scene> hostScene;
 };
 
+/// Where the plug-in has a GL context of its own.
+class ContextHostApartRender : public ContextHostRender {};
+
+INSTANTIATE_TEST_SUITE_P(Places, ContextHostApartRender, testing::Values(Place::OwnGlContext));
 INSTANTIATE_TEST_SUITE_P(Places, ContextHostRender,
                          testing::Values(Place::HostsGlContext, Place::OwnGlContext),
                          [](const auto& test) {
@@ -234,10 +238,8 @@ TEST_P(ContextHostRender, HostObjectsThatEndInAScopeAreDeletedOnTheWayBack) {
     EXPECT_TRUE(isQuiet());
 }
 
-TEST_P(ContextHostRender, HostObjectsWaitForTheHostsGlContext) {
+TEST_P(ContextHostApartRender, HostObjectsWaitForTheHostsGlContext) {
     SKIP_WHERE_NOBODY_TELLS_WHAT_IS_CURRENT();
-    if (canvas == nullptr)
-        GTEST_SKIP() << "there is but one GL context";
     ASSERT_TRUE(draws(*hostScene, red, blue));
     const Names names = hostScene->names();
     {
@@ -254,10 +256,8 @@ TEST_P(ContextHostRender, HostObjectsWaitForTheHostsGlContext) {
     EXPECT_TRUE(isQuiet());
 }
 
-TEST_P(ContextHostRender, WhatWaitsForTheHostsGlContextIsNotDeletedInItsNext) {
+TEST_P(ContextHostApartRender, WhatWaitsForTheHostsGlContextIsNotDeletedInItsNext) {
     SKIP_WHERE_NOBODY_TELLS_WHAT_IS_CURRENT();
-    if (canvas == nullptr)
-        GTEST_SKIP() << "there is but one GL context";
     {
         goToPlugin();
         const Context::Scope scope(*plugin);
@@ -326,9 +326,7 @@ TEST_P(ContextHostRender, PluginsComeAndGo) {
     }
 }
 
-TEST_P(ContextHostRender, APluginOnAThreadOfItsOwn) {
-    if (canvas == nullptr)
-        GTEST_SKIP() << "the host's GL context is current on the host's thread";
+TEST_P(ContextHostApartRender, APluginOnAThreadOfItsOwn) {
     canvas->gl->release();
     goToHost();
     std::thread thread([&] {
