@@ -3,8 +3,8 @@
 # over, and compares the medians of the ratios with benchmarks/ratios.txt. Fails where one is above its
 # limit. Installs what is missing.
 #
-# Usage: scripts/measurements/times.sh [--limited]    --limited: only the workloads that have a limit, and again for
-#                                        as long as one is above it, a few times
+# Usage: scripts/measurements/times.sh [--limited]    --limited: only the workloads that have a limit, and those
+#                                        that are above it again, a few times
 set -euo pipefail
 
 # shellcheck source=scripts/setup.sh
@@ -37,10 +37,20 @@ measure() {
     done
 }
 
+# What is left to be within its limit: each attempt measures what was above in the one before.
+left="$(mktemp)"
+table="$(mktemp)"
+trap 'rm -f "$left" "$table"' EXIT
+cp "$limits" "$left"
 for ((attempt = 1; attempt <= attempts; ++attempt)); do
     say "Timing, $runs times"
-    if measure | "${reports[@]}" times "$limits"; then
+    if measure | "${reports[@]}" times "$left" | tee "$table"; then
         exit 0
+    fi
+    if ((attempts > 1)); then
+        awk '/ ABOVE / { print $1, $2, $NF }' "$table" >"$left"
+        [[ -s "$left" ]] || fail "nothing was measured: see above."
+        pattern="$("${reports[@]}" workloads "$left")"
     fi
 done
 fail "above the limits: see ABOVE in the table."
