@@ -26,18 +26,28 @@ namespace {
 
 constexpr unsigned int sharedBufferSize = 1024; ///< in bytes: what one call can stream
 
-/// The buffer that the calls share. Once the registry has let go of it, it is not made again.
+struct SharedBuffer;
+
+/// What is known of the buffer that the calls share. Its address may be another buffer's next, so
+/// that only its own pointer tells whether it lives.
+struct Streaming {
+    std::weak_ptr<SharedBuffer> buffer;
+    bool hasBeenMade = false;
+};
+
+/// That buffer. Once the registry has let go of it, it is not made again.
 struct SharedBuffer : Bytes {
     SharedBuffer()
         : VertexAttributeBuffer(nullptr, sharedBufferSize, BufferUsage::Static,
                                 BufferAccess::Draw) {}
-};
+    ~SharedBuffer() override {
+        if (ofProcess != nullptr) // which outlives it
+            ofProcess->buffer.reset();
+    }
+    SharedBuffer(const SharedBuffer&) = delete;
+    SharedBuffer& operator=(const SharedBuffer&) = delete;
 
-/// What is known of it. Its address may be another buffer's next, so that only its own pointer
-/// tells whether it lives.
-struct Streaming {
-    std::weak_ptr<SharedBuffer> buffer;
-    bool hasBeenMade = false;
+    Streaming* ofProcess = nullptr;
 };
 
 Streaming& streaming() {
@@ -206,6 +216,7 @@ std::shared_ptr<Bytes> Toolbox::getVertexBuffer() {
         const auto buffer = std::make_shared<SharedBuffer>();
         BufferObjectManager::instance().add(buffer);
         shared.buffer = buffer;
+        buffer->ofProcess = gl::thread().state == nullptr ? &shared : nullptr;
         shared.hasBeenMade = true;
     }
     return std::static_pointer_cast<Bytes>(

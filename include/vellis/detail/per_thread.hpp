@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include <vellis/detail/lasting.hpp>
 #include <vellis/export.hpp>
 
 namespace vellis::detail {
@@ -23,17 +24,25 @@ public:
     }
 
     /// Sees to it that the object is destroyed at the end of this thread, for what it holds beside
-    /// itself.
+    /// itself; behind that, at the end of the process.
     static void releaseAtEnd() {
         struct End {
             ~End() {
-                if (isMade_)
-                    object().~T();
-                isMade_ = false;
+                release();
+                isPast_ = true;
             }
         };
+        if (isPast_)
+            return AtExit<PerThread>::arm();
         static thread_local End end;
         static_cast<void>(end);
+    }
+
+    /// Destroys this thread's object.
+    static void release() noexcept {
+        if (isMade_)
+            object().~T();
+        isMade_ = false;
     }
 
 private:
@@ -41,6 +50,7 @@ private:
 
     alignas(T) static inline thread_local unsigned char room_[sizeof(T)];
     static inline thread_local bool isMade_ = false;
+    static inline thread_local bool isPast_ = false;
 };
 
 } // namespace vellis::detail
