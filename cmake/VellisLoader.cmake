@@ -14,6 +14,8 @@ set(VELLIS_GLAD_EXTENSIONS
     GL_ARB_vertex_array_object
     GL_ARB_framebuffer_object
     GL_ARB_map_buffer_range
+    GL_ARB_instanced_arrays
+    GL_ARB_draw_instanced
     GL_ARB_texture_float
     GL_ARB_texture_rg
     GL_EXT_gpu_shader4)

@@ -1,5 +1,6 @@
 #include "gl/names.hpp"
 
+#include <algorithm>
 #include <mutex>
 #include <new>
 #include <utility>
@@ -29,18 +30,16 @@ All all; // which needs neither construction nor destruction
 
 using Lock = std::lock_guard<std::mutex>;
 
-void deleteNames(Kind kind, const std::vector<unsigned int>& names) {
+void deleteNames(Kind kind, const unsigned int* names, std::size_t count) {
     const auto deleteAtOnce = [&](auto* entryPoint) {
-        callIfLoaded(entryPoint, static_cast<int>(names.size()), names.data());
+        callIfLoaded(entryPoint, static_cast<int>(count), names);
     };
     switch (kind) {
     case Kind::Program:
-        for (const unsigned int name : names)
-            glDeleteProgram(name);
+        std::for_each(names, names + count, [](unsigned int name) { glDeleteProgram(name); });
         return;
     case Kind::Shader:
-        for (const unsigned int name : names)
-            glDeleteShader(name);
+        std::for_each(names, names + count, [](unsigned int name) { glDeleteShader(name); });
         return;
     case Kind::VertexArray:
         return deleteAtOnce(glDeleteVertexArrays);
@@ -99,8 +98,12 @@ void WaitingNames::release(bool deletes) {
             names.swap(names_[kind]);
         }
         if (deletes && !names.empty())
-            deleteNames(static_cast<Kind>(kind), names);
+            deleteNames(static_cast<Kind>(kind), names.data(), names.size());
     }
+}
+
+void deleteName(Kind kind, unsigned int name) noexcept {
+    deleteNames(kind, &name, 1);
 }
 
 unsigned int refuse(Kind kind) {

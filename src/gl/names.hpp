@@ -88,6 +88,9 @@ private:
     WaitingNames* next_; ///< of the list of all
 };
 
+/// Deletes a name in the GL context that is current.
+void deleteName(Kind kind, unsigned int name) noexcept;
+
 /// Remembers that an object of that kind was used where it does not exist.
 /// \return 0, which takes the place of its name.
 [[gnu::cold]] unsigned int refuse(Kind kind);

@@ -20,6 +20,7 @@ FLOORS = [
     {"texture"},
     {"shading", "drawing"},  # a Program draws a Drawable, which is made for a Program
     {"framebuffer"},
+    {"canvas"},
     {"engine"},
     {"all"},
 ]

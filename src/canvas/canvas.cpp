@@ -1,0 +1,129 @@
+#include <vellis/canvas/canvas.hpp>
+
+#include <cmath>
+
+#include "canvas/painter.hpp"
+
+namespace vellis {
+
+using canvas::BufferPoints;
+using canvas::Kind;
+using canvas::Recorder;
+
+Canvas::Canvas() : painter_(std::make_unique<canvas::Painter>()) {}
+
+Canvas::~Canvas() = default;
+
+std::shared_ptr<Canvas> Canvas::make() {
+    struct Constructible : Canvas {};
+    return std::make_shared<Constructible>();
+}
+
+// --- Batches and pictures ---
+
+void Canvas::begin(const glm::mat4& mvp) {
+    painter_->begin(mvp);
+}
+
+void Canvas::flush() {
+    painter_->flush();
+}
+
+void Canvas::end() {
+    painter_->end();
+}
+
+void Canvas::setTransform(const glm::mat4& transform) {
+    painter_->setTransform(transform);
+}
+
+void Canvas::setOrigin(const glm::dvec3& origin) {
+    painter_->setOrigin(origin);
+}
+
+void Canvas::setPixelRatio(float ratio) {
+    painter_->setPixelRatio(ratio);
+}
+
+void Canvas::setOverlap(Overlap overlap) {
+    painter_->setPaintsOnce(overlap != Overlap::Often);
+}
+
+void Canvas::beginPicture(const glm::mat4& mvp) {
+    painter_->beginPicture(mvp);
+}
+
+std::shared_ptr<Picture> Canvas::endPicture() {
+    auto kept = painter_->endPicture();
+    return kept != nullptr ? std::shared_ptr<Picture>(new Picture(std::move(kept))) : nullptr;
+}
+
+void Canvas::drawPicture(const std::shared_ptr<const Picture>& picture) {
+    if (picture != nullptr)
+        painter_->draw(*picture->drawing_);
+}
+
+// --- Families ---
+
+void Canvas::drawStroke(Shape shape, const Stroke& stroke, const Points& points,
+                        const Colors* colors) {
+    if (Recorder* const recorder = painter_->recorder())
+        recorder->stroke(shape, stroke, points, colors, painter_->setting());
+}
+
+void Canvas::drawStroke(Shape shape, const Stroke& stroke, unsigned int first, unsigned int count,
+                        const std::shared_ptr<const VertexBuffer>& buffer,
+                        unsigned int dimensions) {
+    const float halfWidth = stroke.width * painter_->setting().pixelRatio / 2.f;
+    const BufferPoints points = {buffer, shape,     first,
+                                 count,  halfWidth, canvas::toColor(stroke.color)};
+    if (!stroke.isAntialiased)
+        painter_->drawPoints(Kind::Lines, points, dimensions, nullptr);
+    else if (halfWidth > 0.f && std::isfinite(halfWidth))
+        painter_->drawPoints(Kind::Strip, points, dimensions, &stroke);
+}
+
+void Canvas::drawArea(Shape shape, const Colors& colors, const Points& points) {
+    if (Recorder* const recorder = painter_->recorder())
+        recorder->area(shape, colors, points, painter_->setting());
+}
+
+void Canvas::drawArea(Shape shape, const glm::vec4& color, unsigned int first, unsigned int count,
+                      const std::shared_ptr<const VertexBuffer>& buffer, unsigned int dimensions) {
+    painter_->drawPoints(Kind::Triangles,
+                         {buffer, shape, first, count, 0.f, canvas::toColor(color)}, dimensions,
+                         nullptr);
+}
+
+void Canvas::drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
+                        const std::shared_ptr<const VertexBuffer>& buffer,
+                        unsigned int dimensions) {
+    const float radius = size * painter_->setting().pixelRatio / 2.f;
+    if (radius > 0.f && std::isfinite(radius)) {
+        painter_->drawPoints(Kind::Discs,
+                             {buffer, Shape::Lines, first, count, radius, canvas::toColor(color)},
+                             dimensions, nullptr);
+    }
+}
+
+void Canvas::drawPoints(const Colors& colors, const Sizes& sizes, const Points& points) {
+    if (Recorder* const recorder = painter_->recorder())
+        recorder->discs(colors, sizes, points, painter_->setting());
+}
+
+void Canvas::drawBullseyes(const Colors& colors, const Colors& colors2, const Sizes& sizes,
+                           const Points& points) {
+    if (Recorder* const recorder = painter_->recorder())
+        recorder->bullseyes(colors, colors2, sizes, points, painter_->setting());
+}
+
+void Canvas::drawQuad(const Colors& fillColors, const Stroke& outline, const Points& points) {
+    constexpr std::size_t numCorners = 4;
+    for (std::size_t i = 0; i + numCorners <= points.count; i += numCorners) {
+        const Points corners = points.part(i, numCorners);
+        drawQuad(fillColors, corners);
+        drawLineLoop(outline, corners);
+    }
+}
+
+} // namespace vellis

@@ -1,0 +1,39 @@
+#include "canvas/capabilities.hpp"
+
+#include <vellis/gl.hpp>
+
+namespace vellis::canvas {
+namespace {
+
+/// Whether the context has what GL 3.1 has removed.
+bool keepsFixedFunctions() {
+    if (GLAD_GL_VERSION_3_2 != 0) {
+        int profile = 0;
+        glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
+        return (profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT) != 0;
+    }
+    return GLAD_GL_VERSION_3_1 == 0;
+}
+
+} // namespace
+
+Capabilities Capabilities::ask() {
+    Capabilities result = {};
+    result.hasVertexArrays = glGenVertexArrays != nullptr;
+    const bool drawsInstances = GLAD_GL_VERSION_3_1 != 0 || GLAD_GL_ARB_draw_instanced != 0;
+    const bool hasDivisors =
+        GLAD_GL_ARB_instanced_arrays != 0 && glVertexAttribDivisorARB != nullptr;
+    // Without vertex arrays of its own it would leave the divisors in the caller's.
+    result.hasInstancing = result.hasVertexArrays && hasDivisors && drawsInstances;
+    result.hasFramebuffers = glGenFramebuffers != nullptr &&
+                             (GLAD_GL_VERSION_3_0 != 0 || GLAD_GL_ARB_framebuffer_object != 0);
+    result.hasRestart = GLAD_GL_VERSION_3_1 != 0;
+    result.hasFixedFunctions = keepsFixedFunctions();
+    result.hasGlsl150 = GLAD_GL_VERSION_3_2 != 0;
+    int numUnits = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS, &numUnits);
+    result.lastUnit = numUnits > 0 ? static_cast<unsigned int>(numUnits) - 1 : 0;
+    return result;
+}
+
+} // namespace vellis::canvas

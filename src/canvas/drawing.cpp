@@ -1,0 +1,32 @@
+#include "canvas/drawing.hpp"
+
+namespace vellis::canvas {
+
+static_assert(sizeof(Corner<2>) == 12 && sizeof(Corner<3>) == 16);
+static_assert(sizeof(StrokeRecord<2>) == 20 && sizeof(StrokeRecord<3>) == 24);
+static_assert(sizeof(Disc<2>) == 16 && sizeof(Disc<3>) == 20);
+static_assert(recordSize(Kind::Lines, 2) == sizeof(Corner<2>));
+static_assert(recordSize(Kind::Strip, 3) == sizeof(StrokeRecord<3>));
+static_assert(recordSize(Kind::Discs, 2) == sizeof(Disc<2>));
+static_assert(arenaOf(Kind::Discs, 3) + 1 == numArenas);
+
+bool Style::operator==(const Style& other) const {
+    const bool isSame = isThin == other.isThin && isGradient == other.isGradient &&
+                        isDashed == other.isDashed && join == other.join && cap == other.cap &&
+                        miterLimit == other.miterLimit;
+    return isSame &&
+           (!isDashed || (period == other.period && dashes == other.dashes &&
+                          dashMatrix == other.dashMatrix && dashScale == other.dashScale));
+}
+
+void Drawing::clear() {
+    for (Arena& arena : arenas)
+        arena.used = arena.count = 0;
+    commands.clear();
+    styles.clear();
+    matrices.clear();
+    overlaps.clear();
+    points.clear();
+}
+
+} // namespace vellis::canvas

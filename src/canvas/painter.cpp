@@ -1,0 +1,218 @@
+#include "canvas/painter.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include <vellis/gl.hpp>
+
+namespace vellis::canvas {
+namespace {
+
+bool isFiniteMatrix(const glm::mat4& matrix) {
+    const float* const numbers = &matrix[0][0];
+    return std::all_of(numbers, numbers + 16, [](float number) { return std::isfinite(number); });
+}
+
+/// Whether points under a transform can be numbers of their own: it does not divide by them.
+bool isAffine(const glm::mat4& transform) {
+    return transform[0][3] == 0.f && transform[1][3] == 0.f && transform[2][3] == 0.f &&
+           transform[3][3] == 1.f;
+}
+
+glm::dmat4 translation(const glm::dvec3& offset) {
+    glm::dmat4 result(1.);
+    result[3] = glm::dvec4(offset, 1.);
+    return result;
+}
+
+} // namespace
+
+// --- Batches ---
+
+void Painter::begin(const glm::mat4& mvp) {
+    if (mode_ == Mode::Recording)
+        endPicture();
+    else
+        end();
+    mode_ = Mode::Drawing;
+    mvp_ = mvp;
+    knowsViewport_ = false;
+    setTransform(glm::mat4(1.f));
+}
+
+void Painter::flush() {
+    knowsViewport_ = false;
+    if (mode_ == Mode::Recording || drawing_.commands.empty())
+        return;
+    // What waits is gone also where it cannot be drawn.
+    struct Clear {
+        Drawing& drawing;
+        ~Clear() { drawing.clear(); }
+    } const clear{drawing_};
+    if (isHere())
+        renderer().drawStreamed(drawing_);
+}
+
+void Painter::end() {
+    if (mode_ != Mode::Drawing)
+        return;
+    flush();
+    mode_ = Mode::Idle;
+}
+
+bool Painter::isHere() const {
+    if (glDrawArrays == nullptr)
+        return false;
+    return gl::isHere(gl::Kind::VertexArray, index_) || gl::refuse(gl::Kind::VertexArray) != 0;
+}
+
+Renderer& Painter::renderer() {
+    if (renderer_ == nullptr)
+        renderer_ = std::make_unique<Renderer>();
+    return *renderer_;
+}
+
+Recorder* Painter::recorder() {
+    if (mode_ == Mode::Idle || isHidden_)
+        return nullptr;
+    return mode_ == Mode::Recording ? recording_.get() : &streaming_;
+}
+
+void Painter::make(std::size_t arena, std::size_t numBytes) {
+    if (mode_ == Mode::Recording) {
+        Arena& kept = kept_->drawing.arenas[arena];
+        constexpr std::size_t least = 4096;
+        kept.bytes.resize(std::max({kept.used + numBytes, 2 * kept.bytes.size(), least}));
+    } else if (drawing_.arenas[arena].bytes.empty()) {
+        drawing_.arenas[arena].bytes.resize(streamedSize(arena));
+    } else {
+        flush();
+    }
+}
+
+glm::vec2 Painter::viewportSize() {
+    if (!knowsViewport_) {
+        int viewport[4] = {};
+        if (isHere())
+            glGetIntegerv(GL_VIEWPORT, viewport);
+        viewportSize_ = glm::vec2(viewport[2], viewport[3]);
+        knowsViewport_ = true;
+    }
+    return viewportSize_;
+}
+
+// --- Places ---
+
+void Painter::setTransform(const glm::mat4& transform) {
+    transform_ = transform;
+    setMatrices();
+}
+
+void Painter::setOrigin(const glm::dvec3& origin) {
+    setting_.placement.setOrigin(origin);
+    setMatrices();
+}
+
+void Painter::setPixelRatio(float ratio) {
+    setting_.pixelRatio = ratio > 0.f && std::isfinite(ratio) ? ratio : 1.f;
+}
+
+void Painter::setMatrices() {
+    const bool isPlacement = isAffine(transform_);
+    setting_.placement.setTransform(isPlacement ? transform_ : glm::mat4(1.f));
+    glm::mat4 matrix = isPlacement ? glm::mat4(1.f) : transform_;
+    if (mode_ == Mode::Recording) { // whose points are those of its first origin
+        const glm::dvec3 moved = setting_.placement.origin() - kept_->origin;
+        setting_.matrix = glm::mat4(translation(moved)) * matrix;
+        setting_.pixelMatrix = mvp_ * matrix;
+    } else {
+        setting_.matrix = setting_.pixelMatrix = mvp_ * matrix;
+    }
+    isHidden_ = !isFiniteMatrix(transform_) || !isFiniteMatrix(mvp_);
+}
+
+glm::dmat4 Painter::matrixOfPoints() const {
+    const Placement& placement = setting_.placement;
+    return glm::dmat4(setting_.matrix) * glm::dmat4(placement.transform()) *
+           translation(-placement.origin());
+}
+
+// --- Pictures ---
+
+void Painter::beginPicture(const glm::mat4& mvp) {
+    begin(mvp);
+    mode_ = Mode::Idle;
+    kept_ = std::make_unique<KeptDrawing>();
+    kept_->origin = setting_.placement.origin();
+    kept_->isInstanced = isHere() && renderer().capabilities().hasInstancing;
+    Room& room = *this;
+    recording_ = std::make_unique<Recorder>(kept_->drawing, room, kept_->isInstanced);
+    mode_ = Mode::Recording;
+    setMatrices();
+}
+
+std::unique_ptr<KeptDrawing> Painter::endPicture() {
+    if (mode_ != Mode::Recording)
+        return nullptr;
+    mode_ = Mode::Idle;
+    recording_.reset();
+    if (isHere())
+        Renderer::keep(*kept_);
+    else
+        kept_->drawing.commands.clear();
+    return std::move(kept_);
+}
+
+void Painter::draw(const KeptDrawing& kept) {
+    if (mode_ != Mode::Drawing || isHidden_)
+        return;
+    flush();
+    if (!isHere())
+        return;
+    const Placement& placement = setting_.placement;
+    const glm::dmat4 matrix = glm::dmat4(setting_.matrix) * glm::dmat4(placement.transform()) *
+                              translation(kept.origin - placement.origin());
+    renderer().drawKept(kept, glm::mat4(matrix));
+}
+
+// --- Points of a buffer ---
+
+void Painter::drawPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
+                         const Stroke* stroke) {
+    Recorder* const to = recorder();
+    if (to == nullptr || points.buffer == nullptr || points.count == 0 || !isHere())
+        return;
+    const bool needsInstances = kind == Kind::Strip || kind == Kind::Discs;
+    if (needsInstances && !renderer().capabilities().hasInstancing)
+        return readBack(kind, points, dimensions, stroke);
+    to->bufferPoints(kind, points, dimensions, setting_, glm::mat4(matrixOfPoints()), stroke);
+    flush(); // while the buffer holds what it holds now
+}
+
+void Painter::readBack(Kind kind, const BufferPoints& points, unsigned int dimensions,
+                       const Stroke* stroke) {
+    const std::size_t all = points.buffer->numElements();
+    if (!gl::existsOrRefuse(*points.buffer) || points.first >= all)
+        return;
+    const std::size_t count = std::min(points.count, all - points.first);
+    const std::size_t size = dimensions * sizeof(float);
+    std::vector<float> numbers(count * dimensions);
+    int bound = 0;
+    glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &bound);
+    glBindBuffer(GL_ARRAY_BUFFER, points.buffer->id());
+    glGetBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(points.first * size),
+                       static_cast<GLsizeiptr>(count * size), numbers.data());
+    glBindBuffer(GL_ARRAY_BUFFER, static_cast<unsigned int>(bound));
+    const void* const data = numbers.data();
+    const Points read = dimensions == 2 ? Points(static_cast<const glm::vec2*>(data), count)
+                                        : Points(static_cast<const glm::vec3*>(data), count);
+    if (kind == Kind::Discs) {
+        const float size1 = 2.f * points.halfWidth / setting_.pixelRatio;
+        recorder()->discs(Colors(&points.color, 1), size1, read, setting_);
+    } else {
+        recorder()->stroke(points.shape, *stroke, read, nullptr, setting_);
+    }
+}
+
+} // namespace vellis::canvas

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+
+#include <glm/mat4x4.hpp>
+
+#include "canvas/kept_drawing.hpp"
+#include "canvas/recorder.hpp"
+#include "canvas/renderer.hpp"
+
+namespace vellis::canvas {
+
+/// What a Canvas consists of: what it was told to draw, how, and what draws it.
+class Painter final : private Room {
+public:
+    Painter() : index_(gl::indexHere(gl::Kind::VertexArray)) {}
+
+    /// See Canvas.
+    /// @{
+    void begin(const glm::mat4& mvp);
+    void flush();
+    void end();
+    void setTransform(const glm::mat4& transform);
+    void setOrigin(const glm::dvec3& origin);
+    void setPixelRatio(float ratio);
+    void setPaintsOnce(bool once) { setting_.paintsOnce = once; }
+    void beginPicture(const glm::mat4& mvp);
+    std::unique_ptr<KeptDrawing> endPicture();
+    void draw(const KeptDrawing& kept);
+    /// @}
+
+    /// Where calls go now, or null where they are left out.
+    Recorder* recorder();
+
+    const Setting& setting() const { return setting_; }
+
+    /// Draws points of the caller's buffer, or keeps them in the picture.
+    void drawPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
+                    const Stroke* stroke);
+
+private:
+    void make(std::size_t arena, std::size_t numBytes) override;
+    glm::vec2 viewportSize() override;
+
+    bool isHere() const;
+    Renderer& renderer();
+    void setMatrices();
+    glm::dmat4 matrixOfPoints() const;
+    void readBack(Kind kind, const BufferPoints& points, unsigned int dimensions,
+                  const Stroke* stroke);
+
+    enum class Mode : unsigned char { Idle, Drawing, Recording };
+
+    unsigned int index_; ///< of the Context that the canvas belongs to
+    Mode mode_ = Mode::Idle;
+    bool isHidden_ = false; ///< whether a matrix is not finite
+    bool knowsViewport_ = false;
+    glm::vec2 viewportSize_{0.f};
+    glm::mat4 mvp_{1.f};
+    glm::mat4 transform_{1.f};
+    Setting setting_;
+    Drawing drawing_;
+    Recorder streaming_{drawing_, *this, false};
+    std::unique_ptr<KeptDrawing> kept_;
+    std::unique_ptr<Recorder> recording_;
+    std::unique_ptr<Renderer> renderer_;
+};
+
+} // namespace vellis::canvas

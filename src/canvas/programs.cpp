@@ -1,0 +1,95 @@
+#include "canvas/programs.hpp"
+
+#include <string>
+
+#include <vellis/gl.hpp>
+#include <vellis/shading/shader.hpp>
+
+#include "canvas/plain_shaders.hpp"
+#include "canvas/stroke_shaders.hpp"
+
+namespace vellis::canvas {
+namespace {
+
+struct Sources {
+    const char* vertex;
+    const char* fragment;
+};
+
+/// In the order of ProgramFamily.
+const Sources sources[] = {
+    {flatVertexSource, flatFragmentSource},
+    {strokeVertexSource, strokeFragmentSource},
+    {discVertexSource, discFragmentSource},
+    {maskVertexSource, maskFragmentSource},
+};
+
+struct AttributeName {
+    const char* name;
+    unsigned int location;
+};
+constexpr AttributeName attributeNames[] = {
+    {"corner", cornerLocation},       {"position", cornerLocation},
+    {"p0", firstPointLocation},       {"center", firstPointLocation},
+    {"p1", firstPointLocation + 1},   {"p2", firstPointLocation + 2},
+    {"p3", firstPointLocation + 3},   {"phaseAndHalf", sizeLocation},
+    {"radius", sizeLocation},         {"color", colorLocation},
+    {"nextColor", nextColorLocation},
+};
+
+/// In the order of UniformName.
+constexpr const char* uniformNames[numUniforms] = {
+    "matrix",     "viewport",  "join",      "cap",        "miterLimit", "dashes", "dashPeriod",
+    "dashMatrix", "dashScale", "halfWidth", "styleColor", "mask",       "frame",  "box"};
+
+/// The lines in front of a source.
+std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned int variants) {
+    struct VariantName {
+        unsigned int variant;
+        const char* line;
+    };
+    constexpr VariantName names[] = {{thin, "#define THIN\n"},
+                                     {dashed, "#define DASHED\n"},
+                                     {gradient, "#define GRADIENT\n"},
+                                     {uniformStyle, "#define UNIFORM_STYLE\n"}};
+    std::string result;
+    if (capabilities.hasGlsl150) {
+        result = "#version 150\n#define OUT out\n#define IN in\n#define TEXTURE texture\n";
+        if (!isVertex)
+            result += "out vec4 OUT0;\n";
+    } else {
+        result = "#version 120\n#define OUT varying\n#define TEXTURE texture2D\n";
+        result += isVertex ? "#define IN attribute\n"
+                           : "#define IN varying\n"
+                             "#define OUT0 gl_FragColor\n";
+    }
+    for (const VariantName& name : names) {
+        if ((variants & name.variant) != 0)
+            result += name.line;
+    }
+    return result;
+}
+
+} // namespace
+
+CanvasProgram::CanvasProgram(ProgramFamily family, unsigned int variants,
+                             const Capabilities& capabilities) {
+    const Sources& source = sources[static_cast<std::size_t>(family)];
+    const auto vertex = VertexShader::make(preamble(capabilities, true, variants) + source.vertex);
+    const auto fragment =
+        FragmentShader::make(preamble(capabilities, false, variants) + source.fragment);
+    program_ = ProgramName(glCreateProgram());
+    const unsigned int program = program_.name();
+    glAttachShader(program, vertex->id());
+    glAttachShader(program, fragment->id());
+    for (const AttributeName& attribute : attributeNames)
+        glBindAttribLocation(program, attribute.location, attribute.name);
+    glLinkProgram(program);
+    int status = GL_FALSE;
+    glGetProgramiv(program, GL_LINK_STATUS, &status);
+    isLinked_ = status == GL_TRUE;
+    for (std::size_t i = 0; i < numUniforms; ++i)
+        locations_[i] = isLinked_ ? glGetUniformLocation(program, uniformNames[i]) : -1;
+}
+
+} // namespace vellis::canvas

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "canvas/capabilities.hpp"
+#include "canvas/drawing.hpp"
+#include "canvas/gl_object.hpp"
+
+namespace vellis::canvas {
+
+/// What the attributes of all programs of a canvas have for locations. Location 0 is that of the
+/// attribute that differs from vertex to vertex: GL may take that one's number of vertices.
+enum Location : unsigned int {
+    cornerLocation = 0,     ///< of the quad or the triangle; of lines and triangles the position
+    firstPointLocation = 1, ///< the four points of a stroke; the first is the centre of a disc
+    sizeLocation = 5,       ///< phase and half width; the radius of a disc
+    colorLocation = 6,
+    nextColorLocation = 7,
+};
+constexpr unsigned int numLocations = 8;
+
+/// The programs, by what they draw.
+enum class ProgramFamily : unsigned char { Flat, Stroke, Disc, Mask };
+
+/// What a program of a family does beyond the plain one: bits.
+enum Variant : unsigned int {
+    thin = 1,         ///< strokes of up to 1.5 pixels
+    dashed = 2,       ///< strokes
+    gradient = 4,     ///< strokes with a colour for each point
+    uniformStyle = 8, ///< one colour and size for all, from uniforms
+};
+
+/// The uniforms, in the order of their names in programs.cpp.
+enum class UniformName : unsigned char {
+    Matrix,
+    Viewport,
+    Join,
+    Cap,
+    MiterLimit,
+    Dashes,
+    DashPeriod,
+    DashMatrix,
+    DashScale,
+    HalfWidth,
+    StyleColor,
+    Mask,
+    Frame,
+    Box,
+};
+constexpr std::size_t numUniforms = 14;
+
+/// A linked program, and what its uniforms were set to last.
+class CanvasProgram {
+public:
+    CanvasProgram(ProgramFamily family, unsigned int variants, const Capabilities& capabilities);
+
+    /// The GL name; 0 where it did not link.
+    unsigned int name() const { return isLinked_ ? program_.name() : 0; }
+
+    int location(UniformName uniform) const {
+        return locations_[static_cast<std::size_t>(uniform)];
+    }
+
+    /// The indices of a drawing, and the drawing, whose values its uniforms have.
+    std::uint64_t drawing = 0;
+    std::uint32_t style = none;
+    std::uint32_t matrix = none;
+
+private:
+    ProgramName program_;
+    bool isLinked_ = false;
+    std::array<int, numUniforms> locations_{};
+};
+
+} // namespace vellis::canvas

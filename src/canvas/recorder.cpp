@@ -1,0 +1,524 @@
+#include "canvas/recorder.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace vellis::canvas {
+namespace {
+
+constexpr float mostOfThin = 0.75f; ///< half width in pixels up to which a stroke is drawn as thin
+
+template <unsigned int D>
+void setPosition(float (&position)[D], const glm::vec3& point) {
+    for (unsigned int i = 0; i < D; ++i)
+        position[i] = point[static_cast<int>(i)];
+}
+
+template <unsigned int D>
+Corner<D> corner(const glm::vec3& point, Color color) {
+    Corner<D> result;
+    setPosition(result.position, point);
+    result.color = color;
+    return result;
+}
+
+template <unsigned int D>
+StrokeRecord<D> strokeRecord(const glm::vec3& point, float phase, float halfWidth, Color color) {
+    StrokeRecord<D> result;
+    setPosition(result.position, point);
+    result.phase = phase;
+    result.halfWidth = halfWidth;
+    result.color = color;
+    return result;
+}
+
+/// Calls the form for 2 or for 3 dimensions.
+template <class Form2D, class Form3D>
+void inDimensions(unsigned int dimensions, Form2D in2D, Form3D in3D) {
+    if (dimensions == 2)
+        in2D();
+    else
+        in3D();
+}
+
+/// What is there to know of points before the first is recorded.
+struct Extent {
+    glm::vec3 lowest{INFINITY};
+    glm::vec3 highest{-INFINITY};
+    std::size_t firstGap; ///< the first point that is not finite, or the number of points
+
+    explicit Extent(PointReader& points) : firstGap(points.size()) {
+        points.forEach([&](const glm::vec3& point, std::size_t i) {
+            if (isFinite(point)) {
+                lowest = glm::min(lowest, point);
+                highest = glm::max(highest, point);
+            } else {
+                firstGap = std::min(firstGap, i);
+            }
+        });
+    }
+};
+
+/// What the records of a stroke have in common.
+Style styleOf(const Stroke& stroke, float halfWidth, Shape shape, float pixelRatio) {
+    Style style;
+    setDashes(style, stroke, pixelRatio);
+    style.isThin = halfWidth <= mostOfThin && !style.isDashed;
+    style.cap = stroke.cap;
+    if (shape != Shape::Lines) { // which have no joins
+        style.join = stroke.join;
+        style.miterLimit = stroke.miterLimit >= 1.f ? stroke.miterLimit : 1.f;
+    }
+    return style;
+}
+
+/// How many half widths a stroke reaches beyond its points: a square cap's corner does 1.42.
+float reachOf(const Style& style) {
+    return style.join == Stroke::Join::Miter ? std::max(style.miterLimit, 1.5f) : 1.5f;
+}
+
+/// What a point is to the triangles of a shape.
+struct CornerPlace {
+    bool ends;           ///< whether it is the third corner of one
+    std::size_t before;  ///< which of the kept corners is the second then; 0 is the first
+    std::size_t keepsAs; ///< as which it is kept; 3 for not at all
+};
+
+CornerPlace placeOf(Shape shape, std::size_t i) {
+    switch (shape) {
+    case Shape::TriangleStrip: // which keeps its winding: GL 2.1, section 2.6.1
+        return {i >= 2, 1, i % 2};
+    case Shape::TriangleFan:
+        return {i >= 2, 1, std::size_t{i > 0 ? 1u : 0u}};
+    case Shape::Quads:
+        return {i % 4 >= 2, i % 4 == 2 ? 1u : 2u, i % 4};
+    default:
+        return {i % 3 == 2, 1, i % 3};
+    }
+}
+
+} // namespace
+
+/// Writes the records of a line through points that come one by one. A point that is not finite
+/// ends the line, and the next one begins another.
+template <unsigned int D>
+class StripWriter {
+public:
+    /// \param ruler  Measures the line; null for one that is not dashed.
+    StripWriter(Recorder& recorder, float halfWidth, Ruler* ruler)
+        : recorder_(recorder),
+          halfWidth_(halfWidth),
+          ruler_(ruler) {}
+
+    /// What stands ahead of the first point of a closed line: its last one.
+    void precede(const glm::vec3& point, Color color) {
+        put(point, color, 0.f);
+        isOpen_ = false;
+    }
+
+    void add(const glm::vec3& point, Color color) {
+        if (count_ > 0 && point == last_)
+            return;
+        if (count_ == 0)
+            begin(point);
+        else
+            goOn(point, color);
+        last_ = point;
+        lastColor_ = color;
+        ++count_;
+    }
+
+    /// Ends a closed line with its first two points.
+    void close(const glm::vec3& first, Color firstColor, const glm::vec3& second,
+               Color secondColor) {
+        put(first, firstColor, 0.f);
+        put(second, secondColor, 0.f);
+    }
+
+    /// Ends an open line. \return whether it was only a point.
+    bool finish() {
+        const bool isPoint = count_ == 1;
+        if (count_ > 1)
+            put(last_, lastColor_, 0.f);
+        count_ = 0;
+        numPut_ = 0;
+        return isPoint;
+    }
+
+    const glm::vec3& last() const { return last_; }
+    Color lastColor() const { return lastColor_; }
+
+private:
+    void begin(const glm::vec3& point) {
+        if (ruler_ != nullptr)
+            ruler_->begin(point);
+        firstPhase_ = ruler_ != nullptr ? ruler_->phase() : 0.f;
+    }
+
+    void goOn(const glm::vec3& point, Color color) {
+        if (count_ == 1) { // only now it is known to be a line
+            if (isOpen_)
+                put(last_, lastColor_, 0.f, firstPhase_);
+            put(last_, lastColor_, halfWidth_, firstPhase_);
+        }
+        if (ruler_ != nullptr)
+            ruler_->goTo(point);
+        put(point, color, halfWidth_, ruler_ != nullptr ? ruler_->phase() : 0.f);
+    }
+
+    void put(const glm::vec3& point, Color color, float halfWidth, float phase = 0.f) {
+        recorder_.put(strokeRecord<D>(point, phase, halfWidth, color), numPut_);
+        numPut_ = numPut_ < 3 ? numPut_ + 1 : 3;
+    }
+
+    Recorder& recorder_;
+    float halfWidth_;
+    Ruler* ruler_;
+    bool isOpen_ = true;
+    std::size_t count_ = 0;  ///< of points of the line
+    std::size_t numPut_ = 0; ///< of its last records that the next one belongs to
+    glm::vec3 last_{0.f};
+    Color lastColor_{0};
+    float firstPhase_ = 0.f;
+};
+
+// --- Commands ---
+
+void Recorder::begin(const Current& current, const glm::mat4& matrix) {
+    current_ = current;
+    matrix_ = &matrix;
+    arena_ = &drawing_.arenas[arenaOf(current.kind, current.dimensions)];
+    copies_ = isInstanced_ ? 1 : verticesOf(current.kind);
+    command_ = none;
+    isWithinOverlap_ = false;
+}
+
+bool Recorder::addsToLast() const {
+    if (drawing_.commands.empty() || current_.overlap != nullptr)
+        return false;
+    const Command& last = drawing_.commands.back();
+    return last.kind == current_.kind && last.dimensions == current_.dimensions &&
+           last.overlap == none && last.points == none &&
+           drawing_.matrices[last.matrix] == *matrix_ &&
+           (current_.style == nullptr || drawing_.styles[last.style] == *current_.style);
+}
+
+void Recorder::openNewCommand() {
+    // What fails for lack of memory leaves nothing that is not used later.
+    if (current_.style != nullptr &&
+        (drawing_.styles.empty() || !(drawing_.styles.back() == *current_.style)))
+        drawing_.styles.push_back(*current_.style);
+    if (drawing_.matrices.empty() || drawing_.matrices.back() != *matrix_)
+        drawing_.matrices.push_back(*matrix_);
+    if (current_.overlap != nullptr)
+        drawing_.overlaps.push_back(*current_.overlap);
+    const auto last = [](const auto& list) { return static_cast<std::uint32_t>(list.size()) - 1; };
+    Command command = {};
+    command.kind = current_.kind;
+    command.dimensions = static_cast<unsigned char>(current_.dimensions);
+    command.style = current_.style != nullptr ? last(drawing_.styles) : none;
+    command.matrix = last(drawing_.matrices);
+    command.overlap = current_.overlap != nullptr ? last(drawing_.overlaps) : none;
+    command.points = none;
+    command.continuesOverlap = isWithinOverlap_;
+    command.endsOverlap = true;
+    command.first = arena_->count;
+    drawing_.commands.push_back(command);
+}
+
+void Recorder::openCommand() {
+    if (!addsToLast())
+        openNewCommand();
+    command_ = static_cast<std::uint32_t>(drawing_.commands.size()) - 1;
+}
+
+void Recorder::makeRoom(std::size_t numBytes, std::size_t numRepeated) {
+    const std::size_t numBefore = arena_->used;
+    if (arena_->bytes.size() - numBefore < numBytes) {
+        if (command_ != none && current_.overlap != nullptr) {
+            drawing_.commands[command_].endsOverlap = false;
+            isWithinOverlap_ = true;
+        }
+        room_.make(static_cast<std::size_t>(arena_ - drawing_.arenas.data()),
+                   (numRepeated + 1) * numBytes);
+    }
+    if (arena_->used == numBefore && command_ != none) {
+        drawing_.commands[command_].endsOverlap = true; // there was more memory
+        return;
+    }
+    openCommand();
+    if (arena_->used < numBefore) { // those before were drawn
+        const std::size_t repeated = numRepeated * numBytes;
+        std::memmove(arena_->bytes.data(), arena_->bytes.data() + numBefore - repeated, repeated);
+        arena_->used = repeated;
+        arena_->count = drawing_.commands[command_].count = numRepeated;
+    }
+}
+
+// --- Strokes ---
+
+void Recorder::stroke(Shape shape, const Stroke& stroke, const Points& points, const Colors* colors,
+                      const Setting& setting) {
+    PointReader reader(points, setting.placement);
+    const ColorReader colorReader(colors != nullptr ? *colors : Colors(stroke.color));
+    if (colorReader.isEmpty())
+        return;
+    const unsigned int dimensions = reader.dimensions();
+    if (!stroke.isAntialiased) {
+        return inDimensions(
+            dimensions, [&] { aliasedLines<2>(shape, reader, colorReader, setting); },
+            [&] { aliasedLines<3>(shape, reader, colorReader, setting); });
+    }
+    const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
+    if (!(halfWidth > 0.f && std::isfinite(halfWidth)))
+        return;
+    Style style = styleOf(stroke, halfWidth, shape, setting.pixelRatio);
+    style.isGradient = !colorReader.isOne();
+    if (style.isDashed) {
+        style.dashMatrix = setting.pixelMatrix;
+        style.dashScale = room_.viewportSize() / 2.f;
+    }
+    if (shape == Shape::Lines) {
+        inDimensions(
+            dimensions, [&] { segments<2>(reader, colorReader, stroke, style, setting); },
+            [&] { segments<3>(reader, colorReader, stroke, style, setting); });
+    } else {
+        inDimensions(
+            dimensions, [&] { strip<2>(shape, reader, colorReader, stroke, style, setting); },
+            [&] { strip<3>(shape, reader, colorReader, stroke, style, setting); });
+    }
+}
+
+template <unsigned int D>
+void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors,
+                     const Stroke& stroke, const Style& style, const Setting& setting) {
+    const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
+    const bool isLoop = shape == Shape::LineLoop;
+    const Color color = colors.at(0);
+    const bool paintsOnce =
+        setting.paintsOnce && colors.isOne() && color.a < 255 && points.size() > 2;
+    std::optional<Extent> extent;
+    if (isLoop || paintsOnce)
+        extent.emplace(points);
+    Overlap overlap = {};
+    if (paintsOnce) {
+        overlap = {extent->lowest, extent->highest, halfWidth * reachOf(style), color};
+    }
+    std::optional<Ruler> ruler;
+    if (style.isDashed)
+        ruler.emplace(setting.pixelMatrix, style.dashScale,
+                      double{stroke.dashOffset} * double{setting.pixelRatio}, style.period);
+
+    const Current current = {Kind::Strip, D, &style, paintsOnce ? &overlap : nullptr};
+    begin(current, setting.matrix);
+    StripWriter<D> writer(*this, halfWidth, ruler ? &*ruler : nullptr);
+    const auto end = [&] {
+        if (writer.finish() && stroke.cap == Stroke::Cap::Round) {
+            begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
+            putDisc<D>(writer.last(), halfWidth, writer.lastColor());
+            begin(current, setting.matrix);
+        }
+    };
+    const auto add = [&](const glm::vec3& point, std::size_t i) {
+        if (isFinite(point))
+            writer.add(point, colors.at(i));
+        else
+            end();
+    };
+    const std::size_t size = points.size();
+    if (isLoop && extent->firstGap == size && size > 0) {
+        const glm::vec3 first = points.at(0);
+        std::size_t second = 1;
+        while (second < size && points.at(second) == first)
+            ++second;
+        std::size_t last = size - 1;
+        while (last > second && points.at(last) == first)
+            --last;
+        if (second < size) {
+            writer.precede(points.at(last), colors.at(last));
+            points.forEach(0, last + 1, add);
+            writer.close(first, colors.at(0), points.at(second), colors.at(second));
+            return;
+        }
+    } else if (isLoop) { // what is left of it begins behind the gap
+        points.forEach(extent->firstGap, size, add);
+        points.forEach(0, extent->firstGap, add);
+        return end();
+    }
+    points.forEach(add);
+    end();
+}
+
+template <unsigned int D>
+void Recorder::segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
+                        const Style& style, const Setting& setting) {
+    struct Segment {
+        StrokeRecord<D> from;
+        StrokeRecord<D> to;
+    };
+    const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
+    std::optional<Ruler> ruler;
+    if (style.isDashed)
+        ruler.emplace(setting.pixelMatrix, style.dashScale,
+                      double{stroke.dashOffset} * double{setting.pixelRatio}, style.period);
+    float phase = 0.f;
+    const Current current = {Kind::Segments, D, &style, nullptr};
+    begin(current, setting.matrix);
+    glm::vec3 from(0.f);
+    points.forEach([&](const glm::vec3& to, std::size_t i) {
+        if (i % 2 == 0) {
+            from = to;
+        } else if (!isFinite(from) || !isFinite(to)) {
+            return;
+        } else if (from == to) {
+            if (stroke.cap == Stroke::Cap::Round) {
+                begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
+                putDisc<D>(from, halfWidth, colors.at(i - 1));
+                begin(current, setting.matrix);
+            }
+        } else {
+            if (ruler) {
+                ruler->begin(from);
+                phase = ruler->phase();
+            }
+            put(Segment{strokeRecord<D>(from, phase, halfWidth, colors.at(i - 1)),
+                        strokeRecord<D>(to, phase, halfWidth, colors.at(i))});
+        }
+    });
+}
+
+template <unsigned int D>
+void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
+                            const Setting& setting) {
+    begin({Kind::Lines, D, nullptr, nullptr}, setting.matrix);
+    Corner<D> last = {};
+    bool isLastFinite = false;
+    const auto add = [&](const glm::vec3& point, std::size_t i) {
+        const Corner<D> next = corner<D>(point, colors.at(i));
+        const bool isNextFinite = isFinite(point);
+        const bool isEnd = shape == Shape::Lines ? i % 2 == 1 : i > 0;
+        if (isEnd && isLastFinite && isNextFinite) {
+            put(last);
+            put(next, 1);
+        }
+        last = next;
+        isLastFinite = isNextFinite;
+    };
+    points.forEach(add);
+    const std::size_t size = points.size();
+    if (shape == Shape::LineLoop && size > 1 && isLastFinite && isFinite(points.at(0))) {
+        put(last);
+        put(corner<D>(points.at(0), colors.at(0)), 1);
+    }
+}
+
+void Recorder::bufferPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
+                            const Setting& setting, const glm::mat4& matrix, const Stroke* stroke) {
+    Style style;
+    if (stroke != nullptr) {
+        style = styleOf(*stroke, points.halfWidth, points.shape, setting.pixelRatio);
+        style.isThin = points.halfWidth <= mostOfThin;
+        style.isDashed = false;
+    }
+    const bool isLine = stroke != nullptr && points.shape != Shape::Lines;
+    const Overlap overlap = {glm::vec3(1.f), glm::vec3(0.f), points.halfWidth, points.color};
+    const bool paintsOnce =
+        isLine && setting.paintsOnce && points.color.a < 255 && points.count > 2;
+    begin({kind, dimensions, stroke != nullptr ? &style : nullptr, paintsOnce ? &overlap : nullptr},
+          matrix);
+    drawing_.points.push_back(points);
+    openNewCommand();
+    drawing_.commands.back().points = static_cast<std::uint32_t>(drawing_.points.size()) - 1;
+}
+
+// --- Areas and points ---
+
+void Recorder::area(Shape shape, const Colors& colors, const Points& points,
+                    const Setting& setting) {
+    PointReader reader(points, setting.placement);
+    const ColorReader colorReader(colors);
+    if (colorReader.isEmpty())
+        return;
+    inDimensions(
+        reader.dimensions(), [&] { triangles<2>(shape, reader, colorReader, setting); },
+        [&] { triangles<3>(shape, reader, colorReader, setting); });
+}
+
+template <unsigned int D>
+void Recorder::triangles(Shape shape, PointReader& points, const ColorReader& colors,
+                         const Setting& setting) {
+    begin({Kind::Triangles, D, nullptr, nullptr}, setting.matrix);
+    struct Entry {
+        Corner<D> corner;
+        bool isFinite;
+    };
+    Entry before[3] = {};
+    const auto put3 = [&](const Entry& a, const Entry& b, const Entry& c) {
+        if (!a.isFinite || !b.isFinite || !c.isFinite)
+            return;
+        put(a.corner);
+        put(b.corner, 1);
+        put(c.corner, 2);
+    };
+    points.forEach([&](const glm::vec3& point, std::size_t i) {
+        const Entry next = {corner<D>(point, colors.at(i)), isFinite(point)};
+        const CornerPlace place = placeOf(shape, i);
+        if (place.ends)
+            put3(before[0], before[place.before], next);
+        if (place.keepsAs < 3)
+            before[place.keepsAs] = next;
+    });
+}
+
+template <unsigned int D>
+void Recorder::putDisc(const glm::vec3& center, float radius, Color color) {
+    Disc<D> disc;
+    setPosition(disc.position, center);
+    disc.radius = radius;
+    disc.color = color;
+    put(disc);
+}
+
+template <unsigned int D>
+void Recorder::rings(PointReader& points, const Ring* rings, std::size_t numRings,
+                     const Sizes& sizes, const Setting& setting) {
+    begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
+    points.forEach([&](const glm::vec3& point, std::size_t i) {
+        const float size =
+            sizes.data != nullptr ? sizes.data[std::min(i, sizes.count - 1)] : sizes.one;
+        const float radius = size * setting.pixelRatio / 2.f;
+        if (!isFinite(point) || !(radius > 0.f && std::isfinite(radius)))
+            return;
+        for (const Ring* ring = rings; ring != rings + numRings; ++ring)
+            putDisc<D>(point, radius * ring->size, ring->colors->at(i));
+    });
+}
+
+void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, const Points& points,
+                     const Setting& setting) {
+    PointReader reader(points, setting.placement);
+    for (const Ring& ring : rings) {
+        if (ring.colors->isEmpty() || sizes.count == 0)
+            return;
+    }
+    inDimensions(
+        reader.dimensions(),
+        [&] { this->rings<2>(reader, rings.begin(), rings.size(), sizes, setting); },
+        [&] { this->rings<3>(reader, rings.begin(), rings.size(), sizes, setting); });
+}
+
+void Recorder::discs(const Colors& colors, const Sizes& sizes, const Points& points,
+                     const Setting& setting) {
+    const ColorReader reader(colors);
+    rings({{&reader, 1.f}}, sizes, points, setting);
+}
+
+void Recorder::bullseyes(const Colors& colors, const Colors& colors2, const Sizes& sizes,
+                         const Points& points, const Setting& setting) {
+    const ColorReader reader(colors);
+    const ColorReader reader2(colors2);
+    rings({{&reader, 1.f}, {&reader2, 0.7f}, {&reader, 0.3f}}, sizes, points, setting);
+}
+
+} // namespace vellis::canvas

@@ -1,0 +1,143 @@
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <initializer_list>
+
+#include <vellis/canvas/canvas.hpp>
+#include <vellis/canvas/points.hpp>
+#include <vellis/canvas/stroke.hpp>
+
+#include "canvas/dash_pattern.hpp"
+#include "canvas/drawing.hpp"
+#include "canvas/point_reader.hpp"
+
+namespace vellis::canvas {
+
+/// What holds for the calls of a batch from some point on.
+struct Setting {
+    Placement placement;
+    glm::mat4 matrix{1.f}; ///< from placed points to clip coordinates; of a picture, to its own
+    glm::mat4 pixelMatrix{1.f}; ///< from placed points to clip coordinates, for lengths of dashes
+    float pixelRatio = 1.f;
+    bool paintsOnce = true; ///< whether half-transparent strokes paint each pixel once
+};
+
+/// Where a recorder gets room for more records.
+class Room {
+public:
+    /// Makes room for \p numBytes more bytes in an arena, by more memory, or by drawing all there
+    /// is and emptying every arena.
+    virtual void make(std::size_t arena, std::size_t numBytes) = 0;
+
+    /// The size of the viewport in pixels, for the lengths of dashes.
+    virtual glm::vec2 viewportSize() = 0;
+
+protected:
+    ~Room() = default;
+};
+
+/// Turns the calls of a canvas into records and commands. A call whose records are of the kind, the
+/// style and the matrix of the one before adds to its command.
+class Recorder {
+public:
+    /// \param isInstanced  Whether GL is to read each record once for all vertices that it makes of
+    ///                     it; otherwise a record stands in memory for each of them.
+    Recorder(Drawing& drawing, Room& room, bool isInstanced)
+        : drawing_(drawing),
+          room_(room),
+          isInstanced_(isInstanced) {}
+
+    /// Lines of one colour, or with \p colors.
+    void stroke(Shape shape, const Stroke& stroke, const Points& points, const Colors* colors,
+                const Setting& setting);
+
+    void area(Shape shape, const Colors& colors, const Points& points, const Setting& setting);
+
+    /// Round points.
+    void discs(const Colors& colors, const Sizes& sizes, const Points& points,
+               const Setting& setting);
+
+    /// Discs within discs, bullseye by bullseye.
+    void bullseyes(const Colors& colors, const Colors& colors2, const Sizes& sizes,
+                   const Points& points, const Setting& setting);
+
+    /// Points of a buffer, which GL draws from there.
+    /// \param kind    Lines, triangles, a strip or discs.
+    /// \param matrix  From the buffer's points to clip coordinates; of a picture, to its own.
+    /// \param stroke  Of a strip.
+    void bufferPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
+                      const Setting& setting, const glm::mat4& matrix, const Stroke* stroke);
+
+private:
+    template <unsigned int D>
+    friend class StripWriter;
+
+    /// What the records of a call belong to.
+    struct Current {
+        Kind kind;
+        unsigned int dimensions;
+        const Style* style;     ///< null for kinds without
+        const Overlap* overlap; ///< null where pixels may be painted twice
+    };
+
+    /// Has the records from now on belong to that.
+    void begin(const Current& current, const glm::mat4& matrix);
+    void openCommand();
+    void openNewCommand();
+    bool addsToLast() const;
+    void makeRoom(std::size_t numBytes, std::size_t numRepeated);
+
+    /// Adds a record.
+    /// \param numRepeated  How many of the records before belong to the next ones: they stand again
+    ///                     where those had to be drawn for room.
+    template <class Record>
+    void put(const Record& record, std::size_t numRepeated = 0) {
+        const std::size_t numBytes = copies_ * sizeof record;
+        if (arena_->bytes.size() - arena_->used < numBytes || command_ == none)
+            makeRoom(numBytes, numRepeated);
+        unsigned char* to = arena_->bytes.data() + arena_->used;
+        for (std::size_t i = 0; i < copies_; ++i, to += sizeof record)
+            std::memcpy(to, &record, sizeof record);
+        arena_->used += numBytes;
+        ++arena_->count;
+        ++drawing_.commands[command_].count;
+    }
+
+    template <unsigned int D>
+    void strip(Shape shape, PointReader& points, const ColorReader& colors, const Stroke& stroke,
+               const Style& style, const Setting& setting);
+    template <unsigned int D>
+    void segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
+                  const Style& style, const Setting& setting);
+    template <unsigned int D>
+    void aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
+                      const Setting& setting);
+    template <unsigned int D>
+    void triangles(Shape shape, PointReader& points, const ColorReader& colors,
+                   const Setting& setting);
+    /// A disc of each bullseye: its colours, and its part of the size.
+    struct Ring {
+        const ColorReader* colors;
+        float size;
+    };
+    void rings(std::initializer_list<Ring> rings, const Sizes& sizes, const Points& points,
+               const Setting& setting);
+    template <unsigned int D>
+    void rings(PointReader& points, const Ring* rings, std::size_t numRings, const Sizes& sizes,
+               const Setting& setting);
+    template <unsigned int D>
+    void putDisc(const glm::vec3& center, float radius, Color color);
+
+    Drawing& drawing_;
+    Room& room_;
+    bool isInstanced_;
+    Current current_ = {};
+    const glm::mat4* matrix_ = nullptr;
+    Arena* arena_ = nullptr;
+    std::size_t copies_ = 1;
+    std::uint32_t command_ = none;
+    bool isWithinOverlap_ = false; ///< whether a command of the current overlap has been drawn
+};
+
+} // namespace vellis::canvas
