@@ -5,6 +5,7 @@
 /// <glm/mat3x3.hpp> and <glm/mat4x4.hpp> bring.
 
 #include <vellis/buffers.hpp>
+#include <vellis/canvas.hpp>
 #include <vellis/context.hpp>
 #include <vellis/diagnostics.hpp>
 #include <vellis/drawing.hpp>
