@@ -9,37 +9,13 @@ namespace {
 
 constexpr float mostOfThin = 0.75f; ///< half width in pixels up to which a stroke is drawn as thin
 
-template <unsigned int D>
-void setPosition(float (&position)[D], const glm::vec3& point) {
-    for (unsigned int i = 0; i < D; ++i)
-        position[i] = point[static_cast<int>(i)];
+Record corner(const glm::vec3& point, unsigned int dimensions, Color color) {
+    return Record(point, dimensions).add(color);
 }
 
-template <unsigned int D>
-Corner<D> corner(const glm::vec3& point, Color color) {
-    Corner<D> result;
-    setPosition(result.position, point);
-    result.color = color;
-    return result;
-}
-
-template <unsigned int D>
-StrokeRecord<D> strokeRecord(const glm::vec3& point, float phase, float halfWidth, Color color) {
-    StrokeRecord<D> result;
-    setPosition(result.position, point);
-    result.phase = phase;
-    result.halfWidth = halfWidth;
-    result.color = color;
-    return result;
-}
-
-/// Calls the form for 2 or for 3 dimensions.
-template <class Form2D, class Form3D>
-void inDimensions(unsigned int dimensions, Form2D in2D, Form3D in3D) {
-    if (dimensions == 2)
-        in2D();
-    else
-        in3D();
+Record strokeRecord(const glm::vec3& point, unsigned int dimensions, float phase, float halfWidth,
+                    Color color) {
+    return Record(point, dimensions).add(phase).add(halfWidth).add(color);
 }
 
 /// What is there to know of points before the first is recorded.
@@ -102,7 +78,6 @@ CornerPlace placeOf(Shape shape, std::size_t i) {
 
 /// Writes the records of a line through points that come one by one. A point that is not finite
 /// ends the line, and the next one begins another.
-template <unsigned int D>
 class StripWriter {
 public:
     /// \param ruler  Measures the line; null for one that is not dashed.
@@ -168,7 +143,8 @@ private:
     }
 
     void put(const glm::vec3& point, Color color, float halfWidth, float phase = 0.f) {
-        recorder_.put(strokeRecord<D>(point, phase, halfWidth, color), numPut_);
+        recorder_.put(strokeRecord(point, recorder_.current_.dimensions, phase, halfWidth, color),
+                      numPut_);
         numPut_ = numPut_ < 3 ? numPut_ + 1 : 3;
     }
 
@@ -264,12 +240,8 @@ void Recorder::stroke(Shape shape, const Stroke& stroke, const Points& points, c
     const ColorReader colorReader(colors != nullptr ? *colors : Colors(stroke.color));
     if (colorReader.isEmpty())
         return;
-    const unsigned int dimensions = reader.dimensions();
-    if (!stroke.isAntialiased) {
-        return inDimensions(
-            dimensions, [&] { aliasedLines<2>(shape, reader, colorReader, setting); },
-            [&] { aliasedLines<3>(shape, reader, colorReader, setting); });
-    }
+    if (!stroke.isAntialiased)
+        return aliasedLines(shape, reader, colorReader, setting);
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
     if (!(halfWidth > 0.f && std::isfinite(halfWidth)))
         return;
@@ -279,18 +251,12 @@ void Recorder::stroke(Shape shape, const Stroke& stroke, const Points& points, c
         style.dashMatrix = setting.pixelMatrix;
         style.dashScale = room_.viewportSize() / 2.f;
     }
-    if (shape == Shape::Lines) {
-        inDimensions(
-            dimensions, [&] { segments<2>(reader, colorReader, stroke, style, setting); },
-            [&] { segments<3>(reader, colorReader, stroke, style, setting); });
-    } else {
-        inDimensions(
-            dimensions, [&] { strip<2>(shape, reader, colorReader, stroke, style, setting); },
-            [&] { strip<3>(shape, reader, colorReader, stroke, style, setting); });
-    }
+    if (shape == Shape::Lines)
+        segments(reader, colorReader, stroke, style, setting);
+    else
+        strip(shape, reader, colorReader, stroke, style, setting);
 }
 
-template <unsigned int D>
 void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors,
                      const Stroke& stroke, const Style& style, const Setting& setting) {
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
@@ -310,13 +276,14 @@ void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors
         ruler.emplace(setting.pixelMatrix, style.dashScale,
                       double{stroke.dashOffset} * double{setting.pixelRatio}, style.period);
 
-    const Current current = {Kind::Strip, D, &style, paintsOnce ? &overlap : nullptr};
+    const Current current = {Kind::Strip, points.dimensions(), &style,
+                             paintsOnce ? &overlap : nullptr};
     begin(current, setting.matrix);
-    StripWriter<D> writer(*this, halfWidth, ruler ? &*ruler : nullptr);
+    StripWriter writer(*this, halfWidth, ruler ? &*ruler : nullptr);
     const auto end = [&] {
         if (writer.finish() && stroke.cap == Stroke::Cap::Round) {
-            begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
-            putDisc<D>(writer.last(), halfWidth, writer.lastColor());
+            begin({Kind::Discs, points.dimensions(), nullptr, nullptr}, setting.matrix);
+            putDisc(writer.last(), halfWidth, writer.lastColor());
             begin(current, setting.matrix);
         }
     };
@@ -350,20 +317,16 @@ void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors
     end();
 }
 
-template <unsigned int D>
 void Recorder::segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
                         const Style& style, const Setting& setting) {
-    struct Segment {
-        StrokeRecord<D> from;
-        StrokeRecord<D> to;
-    };
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
     std::optional<Ruler> ruler;
     if (style.isDashed)
         ruler.emplace(setting.pixelMatrix, style.dashScale,
                       double{stroke.dashOffset} * double{setting.pixelRatio}, style.period);
     float phase = 0.f;
-    const Current current = {Kind::Segments, D, &style, nullptr};
+    const unsigned int dimensions = points.dimensions();
+    const Current current = {Kind::Segments, dimensions, &style, nullptr};
     begin(current, setting.matrix);
     glm::vec3 from(0.f);
     points.forEach([&](const glm::vec3& to, std::size_t i) {
@@ -373,8 +336,8 @@ void Recorder::segments(PointReader& points, const ColorReader& colors, const St
             return;
         } else if (from == to) {
             if (stroke.cap == Stroke::Cap::Round) {
-                begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
-                putDisc<D>(from, halfWidth, colors.at(i - 1));
+                begin({Kind::Discs, points.dimensions(), nullptr, nullptr}, setting.matrix);
+                putDisc(from, halfWidth, colors.at(i - 1));
                 begin(current, setting.matrix);
             }
         } else {
@@ -382,20 +345,20 @@ void Recorder::segments(PointReader& points, const ColorReader& colors, const St
                 ruler->begin(from);
                 phase = ruler->phase();
             }
-            put(Segment{strokeRecord<D>(from, phase, halfWidth, colors.at(i - 1)),
-                        strokeRecord<D>(to, phase, halfWidth, colors.at(i))});
+            put(strokeRecord(from, dimensions, phase, halfWidth, colors.at(i - 1))
+                    .add(strokeRecord(to, dimensions, phase, halfWidth, colors.at(i))));
         }
     });
 }
 
-template <unsigned int D>
 void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
                             const Setting& setting) {
-    begin({Kind::Lines, D, nullptr, nullptr}, setting.matrix);
-    Corner<D> last = {};
+    const unsigned int dimensions = points.dimensions();
+    begin({Kind::Lines, dimensions, nullptr, nullptr}, setting.matrix);
+    Record last(glm::vec3(0.f), dimensions);
     bool isLastFinite = false;
     const auto add = [&](const glm::vec3& point, std::size_t i) {
-        const Corner<D> next = corner<D>(point, colors.at(i));
+        const Record next = corner(point, dimensions, colors.at(i));
         const bool isNextFinite = isFinite(point);
         const bool isEnd = shape == Shape::Lines ? i % 2 == 1 : i > 0;
         if (isEnd && isLastFinite && isNextFinite) {
@@ -409,7 +372,7 @@ void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader&
     const std::size_t size = points.size();
     if (shape == Shape::LineLoop && size > 1 && isLastFinite && isFinite(points.at(0))) {
         put(last);
-        put(corner<D>(points.at(0), colors.at(0)), 1);
+        put(corner(points.at(0), dimensions, colors.at(0)), 1);
     }
 }
 
@@ -440,59 +403,33 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
     const ColorReader colorReader(colors);
     if (colorReader.isEmpty())
         return;
-    inDimensions(
-        reader.dimensions(), [&] { triangles<2>(shape, reader, colorReader, setting); },
-        [&] { triangles<3>(shape, reader, colorReader, setting); });
-}
-
-template <unsigned int D>
-void Recorder::triangles(Shape shape, PointReader& points, const ColorReader& colors,
-                         const Setting& setting) {
-    begin({Kind::Triangles, D, nullptr, nullptr}, setting.matrix);
+    const unsigned int dimensions = reader.dimensions();
+    begin({Kind::Triangles, dimensions, nullptr, nullptr}, setting.matrix);
     struct Entry {
-        Corner<D> corner;
+        glm::vec3 point;
+        Color color;
         bool isFinite;
     };
     Entry before[3] = {};
-    const auto put3 = [&](const Entry& a, const Entry& b, const Entry& c) {
-        if (!a.isFinite || !b.isFinite || !c.isFinite)
-            return;
-        put(a.corner);
-        put(b.corner, 1);
-        put(c.corner, 2);
+    const auto putCorner = [&](const Entry& entry, std::size_t numRepeated) {
+        put(corner(entry.point, dimensions, entry.color), numRepeated);
     };
-    points.forEach([&](const glm::vec3& point, std::size_t i) {
-        const Entry next = {corner<D>(point, colors.at(i)), isFinite(point)};
+    reader.forEach([&](const glm::vec3& point, std::size_t i) {
+        const Entry next = {point, colorReader.at(i), isFinite(point)};
         const CornerPlace place = placeOf(shape, i);
-        if (place.ends)
-            put3(before[0], before[place.before], next);
+        const Entry& second = before[place.before];
+        if (place.ends && before[0].isFinite && second.isFinite && next.isFinite) {
+            putCorner(before[0], 0);
+            putCorner(second, 1);
+            putCorner(next, 2);
+        }
         if (place.keepsAs < 3)
             before[place.keepsAs] = next;
     });
 }
 
-template <unsigned int D>
 void Recorder::putDisc(const glm::vec3& center, float radius, Color color) {
-    Disc<D> disc;
-    setPosition(disc.position, center);
-    disc.radius = radius;
-    disc.color = color;
-    put(disc);
-}
-
-template <unsigned int D>
-void Recorder::rings(PointReader& points, const Ring* rings, std::size_t numRings,
-                     const Sizes& sizes, const Setting& setting) {
-    begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
-    points.forEach([&](const glm::vec3& point, std::size_t i) {
-        const float size =
-            sizes.data != nullptr ? sizes.data[std::min(i, sizes.count - 1)] : sizes.one;
-        const float radius = size * setting.pixelRatio / 2.f;
-        if (!isFinite(point) || !(radius > 0.f && std::isfinite(radius)))
-            return;
-        for (const Ring* ring = rings; ring != rings + numRings; ++ring)
-            putDisc<D>(point, radius * ring->size, ring->colors->at(i));
-    });
+    put(Record(center, current_.dimensions).add(radius).add(color));
 }
 
 void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, const Points& points,
@@ -502,10 +439,16 @@ void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, cons
         if (ring.colors->isEmpty() || sizes.count == 0)
             return;
     }
-    inDimensions(
-        reader.dimensions(),
-        [&] { this->rings<2>(reader, rings.begin(), rings.size(), sizes, setting); },
-        [&] { this->rings<3>(reader, rings.begin(), rings.size(), sizes, setting); });
+    begin({Kind::Discs, reader.dimensions(), nullptr, nullptr}, setting.matrix);
+    reader.forEach([&](const glm::vec3& point, std::size_t i) {
+        const float size =
+            sizes.data != nullptr ? sizes.data[std::min(i, sizes.count - 1)] : sizes.one;
+        const float radius = size * setting.pixelRatio / 2.f;
+        if (!isFinite(point) || !(radius > 0.f && std::isfinite(radius)))
+            return;
+        for (const Ring& ring : rings)
+            putDisc(point, radius * ring.size, ring.colors->at(i));
+    });
 }
 
 void Recorder::discs(const Colors& colors, const Sizes& sizes, const Points& points,
