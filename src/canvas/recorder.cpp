@@ -49,6 +49,19 @@ Style styleOf(const Stroke& stroke, float halfWidth, Shape shape, float pixelRat
     return style;
 }
 
+/// What draws without a style.
+Look plainLook(const Setting& setting) {
+    Look look;
+    look.matrix = setting.matrix;
+    return look;
+}
+
+/// What measures a dashed stroke.
+Ruler rulerOf(const Stroke& stroke, const Style& style, const Setting& setting) {
+    return {setting.pixelMatrix, style.dashScale,
+            double{stroke.dashOffset} * double{setting.pixelRatio}, double{style.period}};
+}
+
 /// How many half widths a stroke reaches beyond its points: a square cap's corner does 1.42.
 float reachOf(const Style& style) {
     return style.join == Stroke::Join::Miter ? std::max(style.miterLimit, 1.5f) : 1.5f;
@@ -143,8 +156,7 @@ private:
     }
 
     void put(const glm::vec3& point, Color color, float halfWidth, float phase = 0.f) {
-        recorder_.put(strokeRecord(point, recorder_.current_.dimensions, phase, halfWidth, color),
-                      numPut_);
+        recorder_.put(strokeRecord(point, recorder_.dimensions_, phase, halfWidth, color), numPut_);
         numPut_ = numPut_ < 3 ? numPut_ + 1 : 3;
     }
 
@@ -161,58 +173,45 @@ private:
 
 // --- Commands ---
 
-void Recorder::begin(const Current& current, const glm::mat4& matrix) {
-    current_ = current;
-    matrix_ = &matrix;
-    arena_ = &drawing_.arenas[arenaOf(current.kind, current.dimensions)];
-    copies_ = isInstanced_ ? 1 : verticesOf(current.kind);
+void Recorder::begin(Kind kind, unsigned int dimensions, const Look& look) {
+    kind_ = kind;
+    dimensions_ = dimensions;
+    look_ = &look;
+    arena_ = &drawing_.arenas[arenaOf(kind, dimensions)];
+    copies_ = isInstanced_ ? 1 : verticesOf(kind);
     command_ = none;
     isWithinOverlap_ = false;
 }
 
 bool Recorder::addsToLast() const {
-    if (drawing_.commands.empty() || current_.overlap != nullptr)
+    if (drawing_.commands.empty())
         return false;
     const Command& last = drawing_.commands.back();
-    return last.kind == current_.kind && last.dimensions == current_.dimensions &&
-           last.overlap == none && last.points == none &&
-           drawing_.matrices[last.matrix] == *matrix_ &&
-           (current_.style == nullptr || drawing_.styles[last.style] == *current_.style);
-}
-
-void Recorder::openNewCommand() {
-    // What fails for lack of memory leaves nothing that is not used later.
-    if (current_.style != nullptr &&
-        (drawing_.styles.empty() || !(drawing_.styles.back() == *current_.style)))
-        drawing_.styles.push_back(*current_.style);
-    if (drawing_.matrices.empty() || drawing_.matrices.back() != *matrix_)
-        drawing_.matrices.push_back(*matrix_);
-    if (current_.overlap != nullptr)
-        drawing_.overlaps.push_back(*current_.overlap);
-    const auto last = [](const auto& list) { return static_cast<std::uint32_t>(list.size()) - 1; };
-    Command command = {};
-    command.kind = current_.kind;
-    command.dimensions = static_cast<unsigned char>(current_.dimensions);
-    command.style = current_.style != nullptr ? last(drawing_.styles) : none;
-    command.matrix = last(drawing_.matrices);
-    command.overlap = current_.overlap != nullptr ? last(drawing_.overlaps) : none;
-    command.points = none;
-    command.continuesOverlap = isWithinOverlap_;
-    command.endsOverlap = true;
-    command.first = arena_->count;
-    drawing_.commands.push_back(command);
+    return last.kind == kind_ && last.dimensions == dimensions_ &&
+           drawing_.looks[last.look].isSameAs(*look_);
 }
 
 void Recorder::openCommand() {
-    if (!addsToLast())
-        openNewCommand();
+    if (!addsToLast()) {
+        // Without memory for the second, the first is one that no command has.
+        if (drawing_.looks.empty() || !drawing_.looks.back().isSameAs(*look_))
+            drawing_.looks.push_back(*look_);
+        Command command = {};
+        command.kind = kind_;
+        command.dimensions = static_cast<unsigned char>(dimensions_);
+        command.look = static_cast<std::uint32_t>(drawing_.looks.size()) - 1;
+        command.continuesOverlap = isWithinOverlap_;
+        command.endsOverlap = true;
+        command.first = arena_->count;
+        drawing_.commands.push_back(command);
+    }
     command_ = static_cast<std::uint32_t>(drawing_.commands.size()) - 1;
 }
 
 void Recorder::makeRoom(std::size_t numBytes, std::size_t numRepeated) {
     const std::size_t numBefore = arena_->used;
     if (arena_->bytes.size() - numBefore < numBytes) {
-        if (command_ != none && current_.overlap != nullptr) {
+        if (command_ != none && look_->paintsOnce) {
             drawing_.commands[command_].endsOverlap = false;
             isWithinOverlap_ = true;
         }
@@ -245,46 +244,43 @@ void Recorder::stroke(Shape shape, const Stroke& stroke, const Points& points, c
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
     if (!(halfWidth > 0.f && std::isfinite(halfWidth)))
         return;
-    Style style = styleOf(stroke, halfWidth, shape, setting.pixelRatio);
-    style.isGradient = !colorReader.isOne();
-    if (style.isDashed) {
-        style.dashMatrix = setting.pixelMatrix;
-        style.dashScale = room_.viewportSize() / 2.f;
+    Look look = plainLook(setting);
+    look.style = styleOf(stroke, halfWidth, shape, setting.pixelRatio);
+    look.style.isGradient = !colorReader.isOne();
+    if (look.style.isDashed) {
+        look.style.dashMatrix = setting.pixelMatrix;
+        look.style.dashScale = room_.viewportSize() / 2.f;
     }
     if (shape == Shape::Lines)
-        segments(reader, colorReader, stroke, style, setting);
+        segments(reader, colorReader, stroke, look, setting);
     else
-        strip(shape, reader, colorReader, stroke, style, setting);
+        strip(shape, reader, colorReader, stroke, look, setting);
 }
 
 void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors,
-                     const Stroke& stroke, const Style& style, const Setting& setting) {
+                     const Stroke& stroke, Look& look, const Setting& setting) {
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
     const bool isLoop = shape == Shape::LineLoop;
     const Color color = colors.at(0);
-    const bool paintsOnce =
-        setting.paintsOnce && colors.isOne() && color.a < 255 && points.size() > 2;
+    look.paintsOnce = setting.paintsOnce && colors.isOne() && color.a < 255 && points.size() > 2;
     std::optional<Extent> extent;
-    if (isLoop || paintsOnce)
+    if (isLoop || look.paintsOnce)
         extent.emplace(points);
-    Overlap overlap = {};
-    if (paintsOnce) {
-        overlap = {extent->lowest, extent->highest, halfWidth * reachOf(style), color};
-    }
+    if (look.paintsOnce)
+        look.overlap = {extent->lowest, extent->highest, halfWidth * reachOf(look.style), color};
     std::optional<Ruler> ruler;
-    if (style.isDashed)
-        ruler.emplace(setting.pixelMatrix, style.dashScale,
-                      double{stroke.dashOffset} * double{setting.pixelRatio}, style.period);
+    if (look.style.isDashed)
+        ruler.emplace(rulerOf(stroke, look.style, setting));
 
-    const Current current = {Kind::Strip, points.dimensions(), &style,
-                             paintsOnce ? &overlap : nullptr};
-    begin(current, setting.matrix);
+    const unsigned int dimensions = points.dimensions();
+    begin(Kind::Strip, dimensions, look);
     StripWriter writer(*this, halfWidth, ruler ? &*ruler : nullptr);
     const auto end = [&] {
         if (writer.finish() && stroke.cap == Stroke::Cap::Round) {
-            begin({Kind::Discs, points.dimensions(), nullptr, nullptr}, setting.matrix);
+            const Look dot = plainLook(setting);
+            begin(Kind::Discs, dimensions, dot);
             putDisc(writer.last(), halfWidth, writer.lastColor());
-            begin(current, setting.matrix);
+            begin(Kind::Strip, dimensions, look);
         }
     };
     const auto add = [&](const glm::vec3& point, std::size_t i) {
@@ -318,16 +314,14 @@ void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors
 }
 
 void Recorder::segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
-                        const Style& style, const Setting& setting) {
+                        Look& look, const Setting& setting) {
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
     std::optional<Ruler> ruler;
-    if (style.isDashed)
-        ruler.emplace(setting.pixelMatrix, style.dashScale,
-                      double{stroke.dashOffset} * double{setting.pixelRatio}, style.period);
+    if (look.style.isDashed)
+        ruler.emplace(rulerOf(stroke, look.style, setting));
     float phase = 0.f;
     const unsigned int dimensions = points.dimensions();
-    const Current current = {Kind::Segments, dimensions, &style, nullptr};
-    begin(current, setting.matrix);
+    begin(Kind::Segments, dimensions, look);
     glm::vec3 from(0.f);
     points.forEach([&](const glm::vec3& to, std::size_t i) {
         if (i % 2 == 0) {
@@ -336,9 +330,10 @@ void Recorder::segments(PointReader& points, const ColorReader& colors, const St
             return;
         } else if (from == to) {
             if (stroke.cap == Stroke::Cap::Round) {
-                begin({Kind::Discs, points.dimensions(), nullptr, nullptr}, setting.matrix);
+                const Look dot = plainLook(setting);
+                begin(Kind::Discs, dimensions, dot);
                 putDisc(from, halfWidth, colors.at(i - 1));
-                begin(current, setting.matrix);
+                begin(Kind::Segments, dimensions, look);
             }
         } else {
             if (ruler) {
@@ -354,7 +349,8 @@ void Recorder::segments(PointReader& points, const ColorReader& colors, const St
 void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
                             const Setting& setting) {
     const unsigned int dimensions = points.dimensions();
-    begin({Kind::Lines, dimensions, nullptr, nullptr}, setting.matrix);
+    const Look look = plainLook(setting);
+    begin(Kind::Lines, dimensions, look);
     Record last(glm::vec3(0.f), dimensions);
     bool isLastFinite = false;
     const auto add = [&](const glm::vec3& point, std::size_t i) {
@@ -378,21 +374,20 @@ void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader&
 
 void Recorder::bufferPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
                             const Setting& setting, const glm::mat4& matrix, const Stroke* stroke) {
-    Style style;
+    Look look;
+    look.matrix = matrix;
+    look.points = points;
+    look.isFromBuffer = true;
     if (stroke != nullptr) {
-        style = styleOf(*stroke, points.halfWidth, points.shape, setting.pixelRatio);
-        style.isThin = points.halfWidth <= mostOfThin;
-        style.isDashed = false;
+        look.style = styleOf(*stroke, points.halfWidth, points.shape, setting.pixelRatio);
+        look.style.isThin = points.halfWidth <= mostOfThin;
+        look.style.isDashed = false;
+        look.overlap = {glm::vec3(1.f), glm::vec3(0.f), points.halfWidth, points.color};
+        look.paintsOnce = setting.paintsOnce && points.shape != Shape::Lines &&
+                          points.color.a < 255 && points.count > 2;
     }
-    const bool isLine = stroke != nullptr && points.shape != Shape::Lines;
-    const Overlap overlap = {glm::vec3(1.f), glm::vec3(0.f), points.halfWidth, points.color};
-    const bool paintsOnce =
-        isLine && setting.paintsOnce && points.color.a < 255 && points.count > 2;
-    begin({kind, dimensions, stroke != nullptr ? &style : nullptr, paintsOnce ? &overlap : nullptr},
-          matrix);
-    drawing_.points.push_back(points);
-    openNewCommand();
-    drawing_.commands.back().points = static_cast<std::uint32_t>(drawing_.points.size()) - 1;
+    begin(kind, dimensions, look);
+    openCommand();
 }
 
 // --- Areas and points ---
@@ -404,7 +399,8 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
     if (colorReader.isEmpty())
         return;
     const unsigned int dimensions = reader.dimensions();
-    begin({Kind::Triangles, dimensions, nullptr, nullptr}, setting.matrix);
+    const Look look = plainLook(setting);
+    begin(Kind::Triangles, dimensions, look);
     struct Entry {
         glm::vec3 point;
         Color color;
@@ -429,7 +425,7 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
 }
 
 void Recorder::putDisc(const glm::vec3& center, float radius, Color color) {
-    put(Record(center, current_.dimensions).add(radius).add(color));
+    put(Record(center, dimensions_).add(radius).add(color));
 }
 
 void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, const Points& points,
@@ -439,7 +435,8 @@ void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, cons
         if (ring.colors->isEmpty() || sizes.count == 0)
             return;
     }
-    begin({Kind::Discs, reader.dimensions(), nullptr, nullptr}, setting.matrix);
+    const Look look = plainLook(setting);
+    begin(Kind::Discs, reader.dimensions(), look);
     reader.forEach([&](const glm::vec3& point, std::size_t i) {
         const float size =
             sizes.data != nullptr ? sizes.data[std::min(i, sizes.count - 1)] : sizes.one;

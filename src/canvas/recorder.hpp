@@ -109,18 +109,9 @@ public:
 private:
     friend class StripWriter;
 
-    /// What the records of a call belong to.
-    struct Current {
-        Kind kind;
-        unsigned int dimensions;
-        const Style* style;     ///< null for kinds without
-        const Overlap* overlap; ///< null where pixels may be painted twice
-    };
-
-    /// Has the records from now on belong to that.
-    void begin(const Current& current, const glm::mat4& matrix);
+    /// Has the records from now on be drawn so.
+    void begin(Kind kind, unsigned int dimensions, const Look& look);
     void openCommand();
-    void openNewCommand();
     bool addsToLast() const;
     void makeRoom(std::size_t numBytes, std::size_t numRepeated);
 
@@ -140,9 +131,9 @@ private:
     }
 
     void strip(Shape shape, PointReader& points, const ColorReader& colors, const Stroke& stroke,
-               const Style& style, const Setting& setting);
-    void segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
-                  const Style& style, const Setting& setting);
+               Look& look, const Setting& setting);
+    void segments(PointReader& points, const ColorReader& colors, const Stroke& stroke, Look& look,
+                  const Setting& setting);
     void aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
                       const Setting& setting);
 
@@ -158,8 +149,9 @@ private:
     Drawing& drawing_;
     Room& room_;
     bool isInstanced_;
-    Current current_ = {};
-    const glm::mat4* matrix_ = nullptr;
+    Kind kind_ = Kind::Lines;
+    unsigned int dimensions_ = 2;
+    const Look* look_ = nullptr;
     Arena* arena_ = nullptr;
     std::size_t copies_ = 1;
     std::uint32_t command_ = none;
