@@ -27,6 +27,7 @@ void Drawing::clear() {
         arena.used = arena.count = 0;
     commands.clear();
     looks.clear();
+    buffers.clear();
 }
 
 } // namespace vellis::canvas

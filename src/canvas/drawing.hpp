@@ -119,8 +119,8 @@ struct Overlap {
 
 /// Points that stand in a buffer of the caller's.
 struct BufferPoints {
-    std::shared_ptr<const VertexBuffer> buffer;
-    Shape shape; ///< of lines and areas
+    const VertexBuffer* buffer; ///< one of Drawing::buffers
+    Shape shape;                ///< of lines and areas
     std::size_t first;
     std::size_t count;
     float halfWidth; ///< the radius of discs
@@ -169,6 +169,7 @@ struct Drawing {
     std::array<Arena, numArenas> arenas;
     std::vector<Command> commands;
     std::vector<Look> looks;
+    std::vector<std::shared_ptr<const VertexBuffer>> buffers; ///< the caller's, to keep them
 };
 
 } // namespace vellis::canvas
