@@ -1,0 +1,187 @@
+#include "canvas/stroke_shaders.hpp"
+
+namespace vellis::canvas {
+
+const char strokeVertexSource[] = R"(
+uniform mat4 matrix;
+uniform vec4 viewport;
+uniform float join, cap, miterLimit;
+IN vec2 corner;
+IN vec3 p0, p1, p2, p3;
+#ifdef UNIFORM_STYLE
+uniform float halfWidth;
+uniform vec4 styleColor;
+#define color styleColor
+#define nextColor styleColor
+#else
+IN vec2 phaseAndHalf;
+IN vec4 color;
+#ifdef GRADIENT
+IN vec4 nextColor;
+#endif
+#endif
+#ifdef DASHED
+uniform mat4 dashMatrix;
+uniform vec2 dashScale;
+OUT vec2 dash;
+#endif
+#ifdef GRADIENT
+OUT vec4 nextPaint;
+#endif
+#ifdef THIN
+OUT vec3 place;
+OUT vec3 frame;
+#else
+OUT vec4 place, joints, frame;
+#endif
+OUT vec4 paint;
+
+vec4 front(vec4 a, vec4 b) {
+  float s = a.z + a.w;
+  return s < 0. ? mix(a, b, s / (s - b.z - b.w)) : a;
+}
+
+vec2 turn(vec2 a, vec2 b, bool cut, float h) {
+  float l = sqrt(dot(a, a) * dot(b, b));
+  if (cut || l == 0.) return vec2(cut ? -1. : -1. - (cap == 1. ? h : .5 * cap), 0);
+  float c = dot(a, b) / l, s = (a.x * b.y - a.y * b.x) / l;
+  return normalize(c > 0. ? vec2(1. + c, s) : vec2(abs(s), s < 0. ? c - 1. : 1. - c));
+}
+
+float inset(vec2 j, bool cut, float h, float side, float room) {
+  float across = h + .75, y = abs(j.y), t = across * y / j.x;
+  if (j.x < 0.) return cut || cap == 0. ? -.75 : -across;
+  if (j.x * 3. > y && max(t, 2. * across * y * j.x) <= room) return side * (j.y < 0. ? -t : t);
+  return -min(t, join == 0. && j.x * miterLimit > 1. ? t : h * y + .75);
+}
+
+void main() {
+#ifdef UNIFORM_STYLE
+  float h = halfWidth;
+#else
+  float h = phaseAndHalf.y;
+#endif
+  vec4 a = matrix * vec4(p1, 1), b = matrix * vec4(p2, 1), s = front(a, b), e = front(b, a);
+  vec2 scale = .5 * viewport.zw, start = s.xy / s.w * scale, way = e.xy / e.w * scale - start;
+  float len = length(way);
+  bool cut1 = a.z + a.w < 0., cut2 = b.z + b.w < 0.;
+  gl_Position = vec4(2, 2, 2, 1);
+  if (h == 0. || len == 0. || cut1 && cut2) return;
+  vec4 o = front(matrix * vec4(p0, 1), a), i = front(matrix * vec4(p3, 1), b);
+  vec2 before = start - o.xy / o.w * scale, after = i.xy / i.w * scale - start - way;
+  vec2 j1 = turn(before, way, cut1, h), j2 = turn(way, after, cut2, h);
+  float len0 = length(before), len3 = length(after);
+  float in1 = inset(j1, cut1, h, corner.y, min(len, len0));
+  float in2 = inset(j2, cut2, h, corner.y, min(len, len3));
+  if (in1 + in2 > len) {
+    in1 *= len / (in1 + in2);
+    in2 = len - in1;
+  }
+  vec2 d = way / len, at = vec2(corner.x < .5 ? in1 : len - in2, corner.y * (h + .75));
+#ifdef THIN
+  place = vec3(at.y, j1.x < 0. ? at.x + (cut1 || cap == 0. ? .5 : h + .5) : 1.,
+               j2.x < 0. ? len - at.x + (cut2 || cap == 0. ? .5 : h + .5) : 1.);
+  frame = vec3(d, h);
+#else
+  at.x += corner.x * .1 - .05;
+  place = vec4(at.x, len - at.x, at.y, h);
+  joints = vec4(j1, j2);
+  frame = vec4(d, j1.x < 0. ? -1e9 : len0, j2.x < 0. ? -1e9 : len3);
+#endif
+  paint = color;
+#ifdef GRADIENT
+  nextPaint = nextColor;
+#endif
+#ifdef DASHED
+  a = dashMatrix * vec4(p1, 1);
+  b = dashMatrix * vec4(p2, 1);
+  s = front(a, b);
+  e = front(b, a);
+  float ratio = length((e.xy / e.w - s.xy / s.w) * dashScale) / len;
+  dash = vec2(phaseAndHalf.x / ratio + at.x, ratio);
+#endif
+  float t = at.x / len, z1 = s.z / s.w, z2 = e.z / e.w;
+  gl_Position = vec4((start + d * at.x + vec2(-d.y, d.x) * at.y) / scale,
+                     max(mix(z1, z2, clamp(t, -1., 2.)), -1.), 1);
+}
+)";
+
+const char strokeFragmentSource[] = R"(
+uniform float join, cap, miterLimit;
+#ifdef DASHED
+uniform vec4 dashes[2];
+uniform float dashPeriod;
+IN vec2 dash;
+#endif
+#ifdef GRADIENT
+IN vec4 nextPaint;
+#endif
+#ifdef THIN
+IN vec3 place;
+IN vec3 frame;
+#else
+IN vec4 place, joints, frame;
+#endif
+IN vec4 paint;
+
+vec3 ramp(vec2 n) {
+  n = abs(n);
+  float a = max(n.x, n.y), b = max(min(n.x, n.y), .001);
+  return vec3(.5 * (a + b), b, 1. / (a * b));
+}
+
+float cover(float e, vec3 f) {
+  float t = max(f.x - abs(e), 0.), v = min(t, f.y);
+  v *= (t - .5 * v) * f.z;
+  return e > 0. ? 1. - v : v;
+}
+
+void main() {
+  OUT0 = paint;
+#ifdef THIN
+  float y = place.x, h = frame.z;
+  vec3 f = ramp(frame.xy);
+  OUT0.a *= (cover(h - y, f) + cover(h + y, f) - 1.) * clamp(min(place.y, place.z), 0., 1.);
+#else
+  vec2 X = -place.xy, C = joints.xz, S = joints.yw, U = X * C + place.z * S;
+  vec2 V = X * (C * C - S * S) + 2. * place.z * S * C;
+  if (U.x > -.0014 && (X.x > 0. || V.x < frame.z) || U.y > .0014 && (X.y > 0. || V.y < frame.w)) discard;
+  bool last = place.x > place.y;
+  vec2 j = last ? joints.zw : joints.xy, d = frame.xy;
+  float x = max(X.x, X.y), y = place.z, h = place.w;
+  bool isCap = j.x < 0.;
+  vec2 n = vec2(-d.y, d.x);
+  if (!last) n = -n;
+  if (j.y < 0.) { n = -n; y = -y; j.y = -j.y; }
+  vec2 o = vec2(2. * j.x * j.y, j.y * j.y - j.x * j.x), m = vec2(0, 1);
+  float k = o.x * x + o.y * y, q = abs(y), e = h - k;
+  bool inner = !isCap && y > 0.;
+  bool isRound = isCap ? cap == 2. && j.x < -1. : join == 1.;
+  if (inner) e = min(h + k, last ? frame.w - V.y : frame.z - V.x);
+  else {
+    if (join == 2. || j.x * miterLimit < 1.) {
+      o = vec2(j.y, -j.x);
+      e = h * j.x - dot(o, vec2(x, y));
+    }
+    if (isCap) {
+      o = vec2(1, 0);
+      e = -1. - j.x - x;
+    }
+    if (isRound) {
+      e = 9.;
+      if (x > 0.) {
+        m = vec2(x, y);
+        q = length(m);
+        m /= q;
+      }
+    }
+  }
+  vec3 f = ramp(m.x * d + m.y * n);
+  float A = cover(h - q, f), B = cover(h + q, f) - 1., E = cover(e, ramp(o.x * d + o.y * n));
+  float I = mix(A * E, o.y < 0. ? min(A, E) : max(A + E - 1., 0.), abs(o.y));
+  OUT0.a *= inner ? A + E - I + B : I + B * E;
+#endif
+}
+)";
+
+} // namespace vellis::canvas
