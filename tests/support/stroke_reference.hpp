@@ -5,7 +5,7 @@
 
 #include <glm/vec2.hpp>
 
-#include <offscreen/png.hpp>
+#include <offscreen/image.hpp>
 
 /// \file
 /// What a stroke must look like: its geometry, sampled 16 x 16 times a pixel.
