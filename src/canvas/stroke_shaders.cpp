@@ -178,8 +178,40 @@ void main() {
   }
   vec3 f = ramp(m.x * d + m.y * n);
   float A = cover(h - q, f), B = cover(h + q, f) - 1., E = cover(e, ramp(o.x * d + o.y * n));
+#ifdef DASHED
+  float along = place.x, len = along + place.y, inside = clamp(along, 0., len);
+  bool cap1 = joints.x < 0., cap2 = joints.z < 0.;
+  vec4 D = dashes[1] / dash.y;
+  vec4 Q = inside - mod((dash.x - along + inside) * dash.y - dashes[0] + .5 * dashPeriod, dashPeriod) / dash.y
+    + .5 * dashPeriod / dash.y, Q1 = Q - D, Q2 = Q + D;
+  if (cap1) Q1 = max(Q1, 0.);
+  if (cap2) Q2 = min(Q2, len);
+  vec4 R = max(Q1 - mix(vec4(cap1 ? along : inside), vec4(along), step(0., Q1)),
+               mix(vec4(cap2 ? along : inside), vec4(along), step(Q2, vec4(len))) - Q2) + 1e9 * step(.01, Q1 - Q2);
+  vec3 w = vec3(R.x, Q1.x, Q2.x);
+  if (R.y < w.x) w = vec3(R.y, Q1.y, Q2.y);
+  if (R.z < w.x) w = vec3(R.z, Q1.z, Q2.z);
+  if (R.w < w.x) w = vec3(R.w, Q1.w, Q2.w);
+  float G;
+  if (cap == 2.) {
+    vec2 r = vec2(max(w.x, 0.), place.z);
+    float l = length(r);
+    if (along + along < w.y + w.z) r.x = -r.x;
+    r /= max(l, 1e-9);
+    G = cover(h - l, ramp(r.x * d + r.y * vec2(-d.y, d.x)));
+  } else {
+    vec3 g = ramp(d);
+    float l = cap == 1. ? h : 0.;
+    G = cover(l - w.x, g) + cover(l + w.x + w.z - w.y, g) - 1.;
+    if (isCap) E = min(E, G);
+  }
+#endif
   float I = mix(A * E, o.y < 0. ? min(A, E) : max(A + E - 1., 0.), abs(o.y));
-  OUT0.a *= inner ? A + E - I + B : I + B * E;
+  A = inner ? A + E - I + B : I + B * E;
+#ifdef DASHED
+  A = cap == 2. ? min(A, G) : isCap ? A : A * G;
+#endif
+  OUT0.a *= A;
 #endif
 }
 )";
