@@ -51,7 +51,11 @@ vec2 turn(vec2 a, vec2 b, bool cut, float h) {
 float inset(vec2 j, bool cut, float h, float side, float room) {
   float across = h + .75, y = abs(j.y), t = across * y / j.x;
   if (j.x < 0.) return cut || cap == 0. ? -.75 : -across;
+#ifndef DASHED
   if (j.x * 3. > y && max(t, 2. * across * y * j.x) <= room) return side * (j.y < 0. ? -t : t);
+#else
+  if (cap != 0.) return -max(across, min(t, join == 0. && j.x * miterLimit > 1. ? t : h * y + .75));
+#endif
   return -min(t, join == 0. && j.x * miterLimit > 1. ? t : h * y + .75);
 }
 
@@ -145,7 +149,27 @@ void main() {
 #else
   vec2 X = -place.xy, C = joints.xz, S = joints.yw, U = X * C + place.z * S;
   vec2 V = X * (C * C - S * S) + 2. * place.z * S * C;
-  if (U.x > -.0014 && (X.x > 0. || V.x < frame.z) || U.y > .0014 && (X.y > 0. || V.y < frame.w)) discard;
+#ifdef DASHED
+  float along = place.x, len = along + place.y, inside = clamp(along, 0., len);
+  bool cap1 = joints.x < 0., cap2 = joints.z < 0.;
+  vec4 D = dashes[1] / dash.y;
+  vec4 Q = inside - mod((dash.x - along + inside) * dash.y - dashes[0] + .5 * dashPeriod, dashPeriod) / dash.y
+    + .5 * dashPeriod / dash.y, Q1 = Q - D, Q2 = Q + D, none = 1e9 * step(.01, max(Q1, 0.) - min(Q2, len));
+  if (cap1) Q1 = max(Q1, 0.);
+  if (cap2) Q2 = min(Q2, len);
+  vec4 R = max(Q1 - mix(vec4(cap1 ? along : inside), vec4(along), step(0., Q1)),
+               mix(vec4(cap2 ? along : inside), vec4(along), step(Q2, vec4(len))) - Q2) + none;
+  vec3 w = vec3(R.x, Q1.x, Q2.x);
+  if (R.y < w.x) w = vec3(R.y, Q1.y, Q2.y);
+  if (R.z < w.x) w = vec3(R.z, Q1.z, Q2.z);
+  if (R.w < w.x) w = vec3(R.w, Q1.w, Q2.w);
+  bvec2 through = bvec2(!cap1 && w.y < -.01 && w.z > .01, !cap2 && w.y < len - .01 && w.z > len + .01);
+  vec2 room = min(frame.zw, vec2(-w.y, w.z - len) - .7);
+#else
+  bvec2 through = bvec2(true);
+  vec2 room = frame.zw;
+#endif
+  if (through.x && U.x > -.0014 && (X.x > 0. || V.x < room.x) || through.y && U.y > .0014 && (X.y > 0. || V.y < room.y)) discard;
   bool last = place.x > place.y;
   vec2 j = last ? joints.zw : joints.xy, d = frame.xy;
   float x = max(X.x, X.y), y = place.z, h = place.w;
@@ -155,9 +179,9 @@ void main() {
   if (j.y < 0.) { n = -n; y = -y; j.y = -j.y; }
   vec2 o = vec2(2. * j.x * j.y, j.y * j.y - j.x * j.x), m = vec2(0, 1);
   float k = o.x * x + o.y * y, q = abs(y), e = h - k;
-  bool inner = !isCap && y > 0.;
+  bool inner = !isCap && y > 0., joined = isCap || (last ? through.y : through.x);
   bool isRound = isCap ? cap == 2. && j.x < -1. : join == 1.;
-  if (inner) e = min(h + k, last ? frame.w - V.y : frame.z - V.x);
+  if (inner) e = min(h + k, last ? room.y - V.y : room.x - V.x);
   else {
     if (join == 2. || j.x * miterLimit < 1.) {
       o = vec2(j.y, -j.x);
@@ -176,22 +200,12 @@ void main() {
       }
     }
   }
+#ifdef DASHED
+  if (!joined) { inner = false; e = 9.; q = abs(y); m = vec2(0, 1); }
+#endif
   vec3 f = ramp(m.x * d + m.y * n);
   float A = cover(h - q, f), B = cover(h + q, f) - 1., E = cover(e, ramp(o.x * d + o.y * n));
 #ifdef DASHED
-  float along = place.x, len = along + place.y, inside = clamp(along, 0., len);
-  bool cap1 = joints.x < 0., cap2 = joints.z < 0.;
-  vec4 D = dashes[1] / dash.y;
-  vec4 Q = inside - mod((dash.x - along + inside) * dash.y - dashes[0] + .5 * dashPeriod, dashPeriod) / dash.y
-    + .5 * dashPeriod / dash.y, Q1 = Q - D, Q2 = Q + D;
-  if (cap1) Q1 = max(Q1, 0.);
-  if (cap2) Q2 = min(Q2, len);
-  vec4 R = max(Q1 - mix(vec4(cap1 ? along : inside), vec4(along), step(0., Q1)),
-               mix(vec4(cap2 ? along : inside), vec4(along), step(Q2, vec4(len))) - Q2) + 1e9 * step(.01, Q1 - Q2);
-  vec3 w = vec3(R.x, Q1.x, Q2.x);
-  if (R.y < w.x) w = vec3(R.y, Q1.y, Q2.y);
-  if (R.z < w.x) w = vec3(R.z, Q1.z, Q2.z);
-  if (R.w < w.x) w = vec3(R.w, Q1.w, Q2.w);
   float G;
   if (cap == 2.) {
     vec2 r = vec2(max(w.x, 0.), place.z);
