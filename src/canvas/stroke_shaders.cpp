@@ -41,9 +41,9 @@ vec4 front(vec4 a, vec4 b) {
   return s < 0. ? mix(a, b, s / (s - b.z - b.w)) : a;
 }
 
-vec2 turn(vec2 a, vec2 b, bool cut, float h) {
+vec2 turn(vec2 a, vec2 b, bool cut, bool end, float h) {
   float l = sqrt(dot(a, a) * dot(b, b));
-  if (cut || l == 0.) return vec2(cut ? -1. : -1. - (cap == 1. ? h : .5 * cap), 0);
+  if (cut || end || l == 0.) return vec2(cut ? -1. : -1. - (cap == 1. ? h : .5 * cap), 0);
   float c = dot(a, b) / l, s = (a.x * b.y - a.y * b.x) / l;
   return normalize(c > 0. ? vec2(1. + c, s) : vec2(abs(s), s < 0. ? c - 1. : 1. - c));
 }
@@ -70,10 +70,10 @@ void main() {
   float len = length(way);
   bool cut1 = a.z + a.w < 0., cut2 = b.z + b.w < 0.;
   gl_Position = vec4(2, 2, 2, 1);
-  if (h == 0. || len == 0. || cut1 && cut2) return;
+  if (h == 0. || p1 == p2 || len == 0. || cut1 && cut2) return;
   vec4 o = front(matrix * vec4(p0, 1), a), i = front(matrix * vec4(p3, 1), b);
   vec2 before = start - o.xy / o.w * scale, after = i.xy / i.w * scale - start - way;
-  vec2 j1 = turn(before, way, cut1, h), j2 = turn(way, after, cut2, h);
+  vec2 j1 = turn(before, way, cut1, p0 == p1, h), j2 = turn(way, after, cut2, p2 == p3, h);
   float len0 = length(before), len3 = length(after);
   float in1 = inset(j1, cut1, h, corner.y, min(len, len0));
   float in2 = inset(j2, cut2, h, corner.y, min(len, len3));
@@ -195,7 +195,7 @@ void main() {
       e = 9.;
       if (x > 0.) {
         m = vec2(x, y);
-        q = length(m);
+        q = sqrt(x * x + y * y + .0833);
         m /= q;
       }
     }
@@ -209,7 +209,7 @@ void main() {
   float G;
   if (cap == 2.) {
     vec2 r = vec2(max(w.x, 0.), place.z);
-    float l = length(r);
+    float l = w.x > 0. ? sqrt(dot(r, r) + .0833) : abs(r.y);
     if (along + along < w.y + w.z) r.x = -r.x;
     r /= max(l, 1e-9);
     G = cover(h - l, ramp(r.x * d + r.y * vec2(-d.y, d.x)));

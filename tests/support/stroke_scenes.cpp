@@ -13,7 +13,7 @@ constexpr double pi = 3.14159265358979323846;
 /// A curve that crosses itself, x and y as sines of angles that go at their own rates.
 Points curve(int count, double xRate, double yRate, double radius) {
     Points points;
-    for (int i = 0; i <= count; ++i) {
+    for (int i = 0; i < count; ++i) {
         const double angle = 2 * pi * i / count;
         points.emplace_back(128 + radius * std::sin(xRate * angle + 0.3),
                             128 + radius * std::sin(yRate * angle));
