@@ -5,7 +5,12 @@ namespace vellis::canvas {
 const char strokeVertexSource[] = R"(
 uniform mat4 matrix;
 uniform vec4 viewport;
-uniform float join, cap, miterLimit;
+#ifndef JOIN
+uniform float join, cap;
+#define JOIN join
+#define CAP cap
+#endif
+uniform float miterLimit;
 IN vec2 corner;
 IN vec3 p0, p1, p2, p3;
 #ifdef UNIFORM_STYLE
@@ -43,20 +48,20 @@ vec4 front(vec4 a, vec4 b) {
 
 vec2 turn(vec2 a, vec2 b, bool cut, bool end, float h) {
   float l = sqrt(dot(a, a) * dot(b, b));
-  if (cut || end || l == 0.) return vec2(cut ? -1. : -1. - (cap == 1. ? h : .5 * cap), 0);
+  if (cut || end || l == 0.) return vec2(cut ? -1. : -1. - (CAP == 1. ? h : float(CAP) * .5), 0);
   float c = dot(a, b) / l, s = (a.x * b.y - a.y * b.x) / l;
   return normalize(c > 0. ? vec2(1. + c, s) : vec2(abs(s), s < 0. ? c - 1. : 1. - c));
 }
 
 float inset(vec2 j, bool cut, float h, float side, float room) {
   float across = h + .75, y = abs(j.y), t = across * y / j.x;
-  if (j.x < 0.) return cut || cap == 0. ? -.75 : -across;
+  if (j.x < 0.) return cut || CAP == 0. ? -.75 : -across;
 #ifndef DASHED
   if (j.x * 3. > y && max(t, 2. * across * y * j.x) <= room) return side * (j.y < 0. ? -t : t);
 #else
-  if (cap != 0.) return -max(across, min(t, join == 0. && j.x * miterLimit > 1. ? t : h * y + .75));
+  if (CAP != 0.) return -max(across, min(t, JOIN == 0. && j.x * miterLimit > 1. ? t : h * y + .75));
 #endif
-  return -min(t, join == 0. && j.x * miterLimit > 1. ? t : h * y + .75);
+  return -min(t, JOIN == 0. && j.x * miterLimit > 1. ? t : h * y + .75);
 }
 
 void main() {
@@ -83,8 +88,8 @@ void main() {
   }
   vec2 d = way / len, at = vec2(corner.x < .5 ? in1 : len - in2, corner.y * (h + .75));
 #ifdef THIN
-  place = vec3(at.y, j1.x < 0. ? at.x + (cut1 || cap == 0. ? .5 : h + .5) : 1.,
-               j2.x < 0. ? len - at.x + (cut2 || cap == 0. ? .5 : h + .5) : 1.);
+  place = vec3(at.y, j1.x < 0. ? at.x + (cut1 || CAP == 0. ? .5 : h + .5) : 1.,
+               j2.x < 0. ? len - at.x + (cut2 || CAP == 0. ? .5 : h + .5) : 1.);
   frame = vec3(d, h);
 #else
   at.x += corner.x * .1 - .05;
@@ -111,7 +116,12 @@ void main() {
 )";
 
 const char strokeFragmentSource[] = R"(
-uniform float join, cap, miterLimit;
+#ifndef JOIN
+uniform float join, cap;
+#define JOIN join
+#define CAP cap
+#endif
+uniform float miterLimit;
 #ifdef DASHED
 uniform vec4 dashes[2];
 uniform float dashPeriod;
@@ -180,10 +190,10 @@ void main() {
   vec2 o = vec2(2. * j.x * j.y, j.y * j.y - j.x * j.x), m = vec2(0, 1);
   float k = o.x * x + o.y * y, q = abs(y), e = h - k;
   bool inner = !isCap && y > 0., joined = isCap || (last ? through.y : through.x);
-  bool isRound = isCap ? cap == 2. && j.x < -1. : join == 1.;
+  bool isRound = isCap ? CAP == 2. && j.x < -1. : JOIN == 1.;
   if (inner) e = min(h + k, last ? room.y - V.y : room.x - V.x);
   else {
-    if (join == 2. || j.x * miterLimit < 1.) {
+    if (JOIN == 2. || j.x * miterLimit < 1.) {
       o = vec2(j.y, -j.x);
       e = h * j.x - dot(o, vec2(x, y));
     }
@@ -207,7 +217,7 @@ void main() {
   float A = cover(h - q, f), B = cover(h + q, f) - 1., E = cover(e, ramp(o.x * d + o.y * n));
 #ifdef DASHED
   float G;
-  if (cap == 2.) {
+  if (CAP == 2.) {
     vec2 r = vec2(max(w.x, 0.), place.z);
     float l = w.x > 0. ? sqrt(dot(r, r) + .0833) : abs(r.y);
     if (along + along < w.y + w.z) r.x = -r.x;
@@ -215,7 +225,7 @@ void main() {
     G = cover(h - l, ramp(r.x * d + r.y * vec2(-d.y, d.x)));
   } else {
     vec3 g = ramp(d);
-    float l = cap == 1. ? h : 0.;
+    float l = CAP == 1. ? h : 0.;
     G = cover(l - w.x, g) + cover(l + w.x + w.z - w.y, g) - 1.;
     if (isCap) E = min(E, G);
   }
@@ -223,7 +233,7 @@ void main() {
   float I = mix(A * E, o.y < 0. ? min(A, E) : max(A + E - 1., 0.), abs(o.y));
   A = inner ? A + E - I + B : I + B * E;
 #ifdef DASHED
-  A = cap == 2. ? min(A, G) : isCap ? A : A * G;
+  A = CAP == 2. ? min(A, G) : isCap ? A : A * G;
 #endif
   OUT0.a *= A;
 #endif

@@ -117,7 +117,7 @@ std::vector<StrokeScene> makeScenes() {
         {"collinear_8", {{collinear, 8, Join::Miter, Cap::Butt}}},
         {"repeated_11", {{repeated, 11, Join::Bevel, Cap::Round}}},
         {"short_pieces_20", {{curve(150, 1, 1.25, 90), 20, Join::Round, Cap::Round}}},
-        {"loops_3", {closed({curve(199, 3, 4, 105), 3, Join::Miter, Cap::Butt})}},
+        {"loops_3", {closed({curve(160, 1, 2, 105), 3, Join::Miter, Cap::Butt})}},
         {"triangle_miter_14", {closed({triangle, 14, Join::Miter, Cap::Butt})}},
         {"translucent_box_10", {translucent(closed({box, 10, Join::Miter, Cap::Butt}))}},
         {"translucent_zigzag_7", {translucent({zigzag, 7, Join::Round, Cap::Round})}},
