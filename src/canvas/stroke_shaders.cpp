@@ -53,15 +53,20 @@ vec2 turn(vec2 a, vec2 b, bool cut, bool end, float h) {
   return normalize(c > 0. ? vec2(1. + c, s) : vec2(abs(s), s < 0. ? c - 1. : 1. - c));
 }
 
-float inset(vec2 j, bool cut, float h, float side, float room) {
+float reach(vec2 j, bool cut, float h) {
+  if (j.x < 0.) return cut || CAP == 0. ? 0. : h;
+  float y = abs(j.y) * h;
+  return JOIN == 1. ? y : JOIN == 0. && j.x * miterLimit > 1. ? y / j.x : y * j.x;
+}
+
+float inset(vec2 j, float tip, float h, float side, float room) {
   float across = h + .75, y = abs(j.y), t = across * y / j.x;
-  if (j.x < 0.) return cut || CAP == 0. ? -.75 : -across;
-#ifndef DASHED
-  if (j.x * 3. > y && max(t, 2. * across * y * j.x) <= room) return side * (j.y < 0. ? -t : t);
+#ifdef DASHED
+  if (j.x > 0. && CAP != 0.) tip = max(tip, h);
 #else
-  if (CAP != 0.) return -max(across, min(t, JOIN == 0. && j.x * miterLimit > 1. ? t : h * y + .75));
+  if (j.x * 4. > y && max(t, 2. * across * y * j.x) <= room) return side * (j.y < 0. ? -t : t);
 #endif
-  return -min(t, JOIN == 0. && j.x * miterLimit > 1. ? t : h * y + .75);
+  return -.75 - tip;
 }
 
 void main() {
@@ -80,16 +85,16 @@ void main() {
   vec2 before = start - o.xy / o.w * scale, after = i.xy / i.w * scale - start - way;
   vec2 j1 = turn(before, way, cut1, p0 == p1, h), j2 = turn(way, after, cut2, p2 == p3, h);
   float len0 = length(before), len3 = length(after);
-  float in1 = inset(j1, cut1, h, corner.y, min(len, len0));
-  float in2 = inset(j2, cut2, h, corner.y, min(len, len3));
+  float tip1 = reach(j1, cut1, h), tip2 = reach(j2, cut2, h);
+  float in1 = inset(j1, tip1, h, corner.y, min(len, len0));
+  float in2 = inset(j2, tip2, h, corner.y, min(len, len3));
   if (in1 + in2 > len) {
     in1 *= len / (in1 + in2);
     in2 = len - in1;
   }
   vec2 d = way / len, at = vec2(corner.x < .5 ? in1 : len - in2, corner.y * (h + .75));
 #ifdef THIN
-  place = vec3(at.y, j1.x < 0. ? at.x + (cut1 || CAP == 0. ? .5 : h + .5) : 1.,
-               j2.x < 0. ? len - at.x + (cut2 || CAP == 0. ? .5 : h + .5) : 1.);
+  place = vec3(at.y, j1.x * .5 > tip1 ? 1. : at.x + tip1 + .5, j2.x * .5 > tip2 ? 1. : len - at.x + tip2 + .5);
   frame = vec3(d, h);
 #else
   at.x += corner.x * .1 - .05;
