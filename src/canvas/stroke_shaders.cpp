@@ -236,7 +236,7 @@ void main() {
   }
 #endif
   float I = mix(A * E, o.y < 0. ? min(A, E) : max(A + E - 1., 0.), abs(o.y));
-  A = inner ? A + E - I + B : I + B * E;
+  A = inner ? A + E - I + B : I + B * mix(E, 1., max(-o.y, 0.));
 #ifdef DASHED
   A = CAP == 2. ? min(A, G) : isCap ? A : A * G;
 #endif
