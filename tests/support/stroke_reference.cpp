@@ -13,7 +13,8 @@ namespace {
 
 using Points = std::vector<glm::dvec2>;
 
-constexpr int samples = 16; ///< of a pixel, along each axis
+constexpr int samples = 16; ///< of a pixel, in a row of them
+constexpr int rows = 64;    ///< of samples in a pixel
 
 /// What is on one side of a line: dot(normal, p) <= limit.
 struct HalfPlane {
@@ -209,7 +210,8 @@ private:
         for (const double part : stroke_.dashes)
             period += part;
         std::vector<Span> spans;
-        double at = -stroke_.dashOffset - period * std::floor(-stroke_.dashOffset / period) - period;
+        double at =
+            -stroke_.dashOffset - period * std::floor(-stroke_.dashOffset / period) - period;
         for (std::size_t i = 0; at <= length(); i = (i + 2) % stroke_.dashes.size()) {
             const Span span = {std::max(at, 0.0), std::min(at + stroke_.dashes[i], length())};
             if (span.begin < span.end || (stroke_.dashes[i] == 0 && span.begin == span.end))
@@ -272,10 +274,10 @@ class SampleRow {
 public:
     explicit SampleRow(unsigned int width) : bits_(width) {}
 
-    void add(const Span& span) {
+    void add(const Span& span, double shift) {
         const double count = samples * static_cast<double>(bits_.size());
-        const double first = std::clamp(std::ceil(span.begin * samples - 0.5), 0.0, count);
-        const double last = std::clamp(std::ceil(span.end * samples - 0.5), 0.0, count);
+        const double first = std::clamp(std::ceil(span.begin * samples - shift), 0.0, count);
+        const double last = std::clamp(std::ceil(span.end * samples - shift), 0.0, count);
         for (auto i = static_cast<std::size_t>(first); i < static_cast<std::size_t>(last);) {
             const std::size_t pixel = i / samples;
             const std::size_t end = std::min((pixel + 1) * samples, static_cast<std::size_t>(last));
@@ -288,7 +290,7 @@ public:
     void moveTo(float* values) {
         for (std::uint16_t& bits : bits_) {
             if (bits != 0)
-                *values += static_cast<float>(std::bitset<16>(bits).count()) / (samples * samples);
+                *values += static_cast<float>(std::bitset<16>(bits).count()) / (samples * rows);
             bits = 0;
             ++values;
         }
@@ -319,12 +321,13 @@ Coverage strokeCoverage(const Stroke& stroke, unsigned int width, unsigned int h
     else
         Dasher(points, stroke).addTo(pieces);
     SampleRow row(width);
-    for (std::size_t i = 0; i != std::size_t{height} * samples; ++i) {
-        const double y = (static_cast<double>(i) + 0.5) / samples;
+    for (std::size_t i = 0; i != std::size_t{height} * rows; ++i) {
+        const double y = (static_cast<double>(i) + 0.5) / rows;
+        const double shift = (static_cast<double>(i * 39 % rows) + 0.5) / rows;
         for (const Piece& piece : pieces.list())
             if (piece.bottom <= y && y <= piece.top)
-                row.add(piece.at(y));
-        row.moveTo(coverage.values.data() + (height - 1 - i / samples) * width);
+                row.add(piece.at(y), shift);
+        row.moveTo(coverage.values.data() + (height - 1 - i / rows) * width);
     }
     return coverage;
 }

@@ -8,7 +8,7 @@
 #include <offscreen/image.hpp>
 
 /// \file
-/// What a stroke must look like: its geometry, sampled 16 x 16 times a pixel.
+/// What a stroke must look like: its geometry, sampled 1024 times a pixel.
 
 namespace vellis::test {
 

@@ -25,14 +25,15 @@ Points curve(int count, double xRate, double yRate, double radius) {
 Points turn(double x, double y, double degrees) {
     const double angle = degrees * pi / 180;
     const glm::dvec2 middle(x + 40, y + 7.3);
-    return {{x, y}, middle, middle + 41.0 * glm::dvec2(std::cos(angle + 0.18), std::sin(angle + 0.18))};
+    return {
+        {x, y}, middle, middle + 41.0 * glm::dvec2(std::cos(angle + 0.18), std::sin(angle + 0.18))};
 }
 
 /// Turns by small, right and large angles, to both sides.
 std::vector<Stroke> turns(double width, StrokeJoin join, StrokeCap cap) {
     static const struct {
         double x, y, degrees;
-    } table[] = {{20, 20, 25},  {120, 20, 60},   {20, 110, 90}, {160, 110, 130},
+    } table[] = {{20, 20, 25},   {120, 20, 60},    {20, 110, 90},   {160, 110, 130},
                  {20, 190, -45}, {110, 220, -100}, {190, 215, -160}};
     std::vector<Stroke> strokes;
     for (const auto& row : table)
@@ -47,8 +48,10 @@ std::vector<Stroke> rays(double width, StrokeCap cap) {
         const double angle = 0.05 + 2 * pi * i / 15;
         const glm::dvec2 direction(std::cos(angle), std::sin(angle));
         const glm::dvec2 middle(128.2, 127.6);
-        strokes.push_back(
-            {{middle + 55.0 * direction, middle + 110.0 * direction}, width, StrokeJoin::Miter, cap});
+        strokes.push_back({{middle + 55.0 * direction, middle + 110.0 * direction},
+                           width,
+                           StrokeJoin::Miter,
+                           cap});
     }
     return strokes;
 }
@@ -69,12 +72,12 @@ Stroke dashed(Stroke stroke, std::vector<double> dashes, double offset) {
     return stroke;
 }
 
-const Points zigzag = {{15, 30},  {60, 200}, {80, 35},   {130, 220}, {128, 40},
+const Points zigzag = {{15, 30},   {60, 200}, {80, 35},   {130, 220}, {128, 40},
                        {180, 120}, {185, 30}, {200, 230}, {240, 25}};
 const Points backAndForth = {{30.5, 40.2}, {200.5, 60.2}, {90.5, 47.258823529411765}};
 const Points collinear = {{20, 50.3}, {60, 70.3}, {100, 90.3}, {180, 130.3}, {240, 160.3}};
-const Points repeated = {{30, 30},   {30, 30},   {100, 200}, {100, 200}, {100, 200},
-                         {170, 40.5}, {230, 200}, {230, 200}};
+const Points repeated = {{30, 30},   {30, 30},    {100, 200}, {100, 200},
+                         {100, 200}, {170, 40.5}, {230, 200}, {230, 200}};
 const Points triangle = {{40.5, 40.5}, {215.5, 70.5}, {100.5, 210.5}};
 const Points box = {{50, 60}, {200, 60}, {200, 190}, {50, 190}};
 

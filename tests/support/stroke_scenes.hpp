@@ -21,8 +21,8 @@ struct StrokeScene {
 /// Strokes of every kind.
 const std::vector<StrokeScene>& strokeScenes();
 
-/// A stroke of 3 to 12 points: any width from 0.5 to 20, any join and cap, some closed, some dashed.
-/// The same for the same seed, everywhere.
+/// A stroke of 3 to 12 points: any width from 0.5 to 20, any join and cap, some closed, some
+/// dashed. The same for the same seed, everywhere.
 Stroke randomStroke(unsigned int seed);
 
 } // namespace vellis::test
