@@ -185,18 +185,19 @@ void main() {
   vec2 room = frame.zw;
 #endif
   if (through.x && U.x > -.0014 && (X.x > 0. || V.x < room.x) || through.y && U.y > .0014 && (X.y > 0. || V.y < room.y)) discard;
-  bool last = place.x > place.y;
+  vec2 near = max(X + 1.5, min(U, 0.) - 1e9 * step(C, vec2(-.5)));
+  bool last = near.y > near.x;
   vec2 j = last ? joints.zw : joints.xy, d = frame.xy;
-  float x = max(X.x, X.y), y = place.z, h = place.w;
+  float x = last ? X.y : X.x, y = place.z, h = place.w;
   bool isCap = j.x < 0.;
   vec2 n = vec2(-d.y, d.x);
   if (!last) n = -n;
   if (j.y < 0.) { n = -n; y = -y; j.y = -j.y; }
   vec2 o = vec2(2. * j.x * j.y, j.y * j.y - j.x * j.x), m = vec2(0, 1);
   float k = o.x * x + o.y * y, q = abs(y), e = h - k;
-  bool inner = !isCap && y > 0., joined = isCap || (last ? through.y : through.x);
+  bool inner = !isCap && (y > 0. || x < -1.), joined = isCap || (last ? through.y : through.x);
   bool isRound = isCap ? CAP == 2. && j.x < -1. : JOIN == 1.;
-  if (inner) e = min(h + k, last ? room.y - V.y : room.x - V.x);
+  if (inner) q = y, e = min(h + k, last ? room.y - V.y : room.x - V.x);
   else {
     if (JOIN == 2. || j.x * miterLimit < 1.) {
       o = vec2(j.y, -j.x);
