@@ -21,6 +21,14 @@ Points curve(int count, double xRate, double yRate, double radius) {
     return points;
 }
 
+Points circle(int count, double radius) {
+    Points points;
+    for (int i = 0; i < count; ++i)
+        points.emplace_back(128 + radius * std::cos(2 * pi * i / count),
+                            128 + radius * std::sin(2 * pi * i / count));
+    return points;
+}
+
 /// Two segments that turn by an angle, from a point on.
 Points turn(double x, double y, double degrees) {
     const double angle = degrees * pi / 180;
@@ -124,13 +132,17 @@ std::vector<StrokeScene> makeScenes() {
         {"triangle_miter_14", {closed({triangle, 14, Join::Miter, Cap::Butt})}},
         {"translucent_box_10", {translucent(closed({box, 10, Join::Miter, Cap::Butt}))}},
         {"translucent_zigzag_7", {translucent({zigzag, 7, Join::Round, Cap::Round})}},
+        {"translucent_ring_9", {translucent(closed({circle(24, 90), 9, Join::Round, Cap::Butt}))}},
+        {"translucent_ring_1", {translucent(closed({circle(90, 100), 1, Join::Miter, Cap::Butt}))}},
+        {"translucent_short_pieces_24",
+         {translucent(closed({circle(250, 60), 24, Join::Bevel, Cap::Butt}))}},
         {"translucent_loops_5", {translucent({curve(120, 2, 3, 100), 5, Join::Round, Cap::Butt})}},
         {"dashed_butt_6", {dashed({curve(90, 1, 1, 100), 6, Join::Round, Cap::Butt}, {12, 7}, 3)}},
         {"dashed_round_5",
          {dashed({curve(100, 1, 2, 100), 5, Join::Round, Cap::Round}, {14, 9, 0, 9}, 0)}},
         {"dashed_square_4",
          {dashed(closed({triangle, 4, Join::Miter, Cap::Square}), {16, 10, 3, 10}, 21)}},
-        {"dashed_thin_2", {dashed({zigzag, 2, Join::Miter, Cap::Butt}, {5, 3, 1, 3}, 0)}},
+        {"dashed_thin_2", {dashed({zigzag, 2, Join::Miter, Cap::Butt}, {6, 3, 2, 3}, 0)}},
     };
 }
 
