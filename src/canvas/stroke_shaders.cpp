@@ -10,8 +10,7 @@ namespace vellis::canvas {
 //   turn     the end between two directions
 //   reach    how far the stroke goes on past an end, along its segment
 //   inset    where the quad begins behind the end, on one side. At a joint its edge is the line
-//   that
-//            halves the angle, where that cuts off nothing that the neighbour does not cover.
+//            that halves the angle, where that cuts off nothing but what the neighbour covers.
 //
 // 0.71 is half a pixel's diagonal, and a little.
 const char strokeVertexSource[] = R"(
@@ -106,7 +105,7 @@ void main() {
   b = dashMatrix * vec4(p2, 1);
   s = inFront(a, b);
   e = inFront(b, a);
-  dash.y = length((e.xy / e.w - s.xy / s.w) * dashScale) / len;
+  dash.y = max(length((e.xy / e.w - s.xy / s.w) * dashScale) / len, 1e-6);
   dash.x = phaseAndHalf.x / dash.y;
 #endif
 }
@@ -118,22 +117,19 @@ void main() {
 // (the neighbour's, that of the bevel or of the cap) or is a circle; the inner edge is that of the
 // union.
 //
-//   ramp, cover  how much of a pixel lies on the inner side of an edge with a normal, from the
-//   signed
-//                distance of the pixel's centre
-//   x            across the end whose line is near, positive beyond the segment; y is positive on
-//   the
-//                inner side, n its direction
-//   o            the normal of the other edge, e the distance to it
-//   q            the distance from the middle, m its direction: across the segment or from the end
-//   of
-//                it. Where it is that to a point, a twelfth is for the mean over the pixel.
-//   A, B, E      the coverage by the near edge, that by the far one less 1, and by the other edge
+//   ramp, cover  how much of a pixel lies inside of an edge with a normal, from the distance of
+//                the pixel's centre, negative outside
+//   x, y, n      where the pixel is as seen from the end whose line is near: x is positive beyond
+//                the segment, y on the inner side of the turn, n the direction of y
+//   o, e         the normal of the other edge and the distance from it
+//   q, m         the distance from the middle of the stroke and its direction; where the middle is
+//                a point, a twelfth makes it that of the mean over the pixel
+//   A, B, E      the coverage by the near edge, that by the far one less 1, that by the other edge
 //   I            that by A and E both: what two edges share follows from the angle between them
 //
-// Dashes: D has half their lengths, L and R where they begin and end, W the distances to them. Near
-// is the distance, the begin and the end of the nearest one. A join exists where one goes through
-// it.
+// Of each kind of dash the one that is nearest: D is half its length, L and R are where it begins
+// and ends, W is the distance from it. Near has the least W, with its L and R. A joint is solid
+// where a dash goes through it; elsewhere there is no join.
 const char strokeFragmentSource[] = R"(
 uniform float join, cap, miterLimit;
 #ifdef DASHED

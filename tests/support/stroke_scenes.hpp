@@ -15,7 +15,8 @@ constexpr unsigned int strokeSceneSize = 256;
 
 struct StrokeScene {
     std::string name;
-    std::vector<Stroke> strokes; ///< none touches another
+    std::vector<Stroke> strokes; ///< of one opacity, which do not touch each other
+    bool blendsTwice = false;    ///< half transparent, and crosses itself
 };
 
 /// Strokes of every kind.
