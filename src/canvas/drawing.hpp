@@ -95,14 +95,13 @@ struct Arena {
 
 /// What the commands of strokes have in common.
 struct Style {
-    bool isThin = false;     ///< up to 1.5 pixels: drawn the cheaper way
     bool isGradient = false; ///< whether colours change along the pieces
     bool isDashed = false;
     Stroke::Join join = Stroke::Join::Miter;
     Stroke::Cap cap = Stroke::Cap::Butt;
     float miterLimit = 0.f;
     float period = 0.f;                                 ///< of the dashes, in pixels
-    std::array<float, 2 * Stroke::mostDashes> dashes{}; ///< lengths and gaps, 0 behind the last
+    std::array<float, 2 * Stroke::mostDashes> dashes{}; ///< their middles, then half their lengths
     glm::mat4 dashMatrix{0.f};                          ///< of which dashes have their lengths
     glm::vec2 dashScale{0.f};                           ///< half the viewport's size then
 

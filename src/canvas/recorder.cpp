@@ -6,8 +6,6 @@
 namespace vellis::canvas {
 namespace {
 
-constexpr float mostOfThin = 0.75f; ///< half width in pixels up to which a stroke is drawn as thin
-
 Record corner(const glm::vec3& point, unsigned int dimensions, Color color) {
     return Record(point, dimensions).add(color);
 }
@@ -39,10 +37,9 @@ struct Extent {
 };
 
 /// What the records of a stroke have in common.
-Style styleOf(const Stroke& stroke, float halfWidth, Shape shape, float pixelRatio) {
+Style styleOf(const Stroke& stroke, Shape shape, float pixelRatio) {
     Style style;
     setDashes(style, stroke, pixelRatio);
-    style.isThin = halfWidth <= mostOfThin && !style.isDashed;
     style.cap = stroke.cap;
     if (shape != Shape::Lines) { // which have no joins
         style.join = stroke.join;
@@ -59,6 +56,17 @@ float halfWidthOf(const Stroke& stroke, const Setting& setting) {
 Ruler rulerOf(const Stroke& stroke, const Style& style, const Setting& setting) {
     return {setting.pixelMatrix, style.dashScale,
             double{stroke.dashOffset} * double{setting.pixelRatio}, double{style.period}};
+}
+
+/// Whether a closed line through so many points is on a dash both where it begins and where it
+/// ends.
+bool isOnAtEnds(Ruler ruler, const Style& style, PointReader& points, std::size_t count) {
+    ruler.begin(points[0]);
+    const bool isOnAtStart = isOnDash(style, ruler.phase());
+    for (std::size_t i = 1; i < count; ++i)
+        ruler.goTo(points[i]);
+    ruler.goTo(points[0]);
+    return isOnAtStart && isOnDash(style, ruler.phase());
 }
 
 /// How many half widths a stroke reaches beyond its points: a square cap's corner does 1.42.
@@ -240,7 +248,7 @@ void Recorder::stroke(Shape shape, const Stroke& stroke, const Points& points, c
     begin(shape == Shape::Lines ? Kind::Segments : Kind::Strip, reader.dimensions(),
           setting.matrix);
     Style& style = look_.style;
-    style = styleOf(stroke, halfWidth, shape, setting.pixelRatio);
+    style = styleOf(stroke, shape, setting.pixelRatio);
     style.isGradient = !colorReader.isOne();
     if (style.isDashed) {
         style.dashMatrix = setting.pixelMatrix;
@@ -283,9 +291,15 @@ void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors
             --last;
         isClosed = second < size;
     }
+    std::size_t count = size;
+    if (isClosed) { // two dashes may meet where it does; otherwise it ends there
+        count = last + 1;
+        isClosed = !look_.style.isDashed || isOnAtEnds(ruler, look_.style, points, count);
+        count += isClosed ? 0 : 1;
+    }
     if (isClosed)
         writer.putNeighbor(points[last], colors.at(last));
-    for (std::size_t i = 0; i < (isClosed ? last + 1 : size); ++i, ++first) {
+    for (std::size_t i = 0; i < count; ++i, ++first) {
         first = first < size ? first : 0;
         const glm::vec3& point = points[first];
         if (isFinite(point))
@@ -342,8 +356,7 @@ void Recorder::bufferPoints(Kind kind, const BufferPoints& points,
     look_.points = points;
     look_.isFromBuffer = true;
     if (stroke != nullptr) {
-        look_.style = styleOf(*stroke, points.halfWidth, points.shape, setting.pixelRatio);
-        look_.style.isThin = points.halfWidth <= mostOfThin;
+        look_.style = styleOf(*stroke, points.shape, setting.pixelRatio);
         look_.style.isDashed = false;
         look_.overlap = {glm::vec3(1.f), glm::vec3(0.f), points.halfWidth, points.color};
         look_.paintsOnce = setting.paintsOnce && points.shape != Shape::Lines &&
