@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <string>
@@ -40,6 +41,8 @@ protected:
 struct Work {
     const char* name;
     void (*draw)(Canvas& canvas);
+
+    bool hasGlsOwn = false; ///< lines or areas of GL's own, whose edges may take the pixels beside
 };
 
 /// Makes a buffer, and leaves the one bound that was.
@@ -80,16 +83,16 @@ void drawPicture(Canvas& canvas) {
 const Work works[] = {
     {"nothing", [](Canvas&) {}},
     {"lines", [](Canvas& canvas) { canvas.drawLines(Stroke(red, 3.f), star); }},
-    {"aliased lines", [](Canvas& canvas) { canvas.drawLines(Stroke::aliased(red), star); }},
+    {"aliased lines", [](Canvas& canvas) { canvas.drawLines(Stroke::aliased(red), star); }, true},
     {"dashes", [](Canvas& canvas) { canvas.drawDashLineStrip(red, 4.f, 3.f, star); }},
     {"a stroke that paints once",
      [](Canvas& canvas) { canvas.drawLineLoop(Stroke(halfBlue, 7.f), star); }},
     {"points", [](Canvas& canvas) { canvas.drawPoints(red, 5.f, star); }},
     {"bullseyes", [](Canvas& canvas) { canvas.drawBullseyes(red, halfBlue, 15.f, star); }},
-    {"areas", [](Canvas& canvas) { canvas.drawTriangleFan(halfBlue, star); }},
-    {"a buffer", drawBuffer},
+    {"areas", [](Canvas& canvas) { canvas.drawTriangleFan(halfBlue, star); }, true},
+    {"a buffer", drawBuffer, true},
     {"more than a buffer holds", drawLongLine},
-    {"a picture", drawPicture},
+    {"a picture", drawPicture, true},
 };
 
 using Values = std::map<std::string, std::vector<double>>;
@@ -378,14 +381,16 @@ TEST_F(CanvasStateRender, FollowsTheViewport) {
         glViewport(-32, 16, side, side);
         const auto moved = pictureOf(work);
         glViewport(0, 0, side, side);
+        std::size_t numDifferent = 0;
         for (unsigned int y = 16; y < side; ++y) {
             for (unsigned int x = 0; x < side - 32; ++x) {
                 const std::size_t to = 4 * (std::size_t{side - 1 - y} * side + x);
                 const std::size_t from = 4 * (std::size_t{side - 1 - (y - 16)} * side + x + 32);
                 for (std::size_t i = 0; i < 3; ++i)
-                    ASSERT_NEAR(moved[to + i], whole[from + i], 1) << work.name;
+                    numDifferent += std::abs(moved[to + i] - whole[from + i]) > 1 ? 1u : 0u;
             }
         }
+        EXPECT_LE(numDifferent, work.hasGlsOwn ? 240u : 0u) << work.name;
     }
 }
 
@@ -450,8 +455,10 @@ TEST_F(CanvasStateRender, DrawsIntoTheCallersFramebuffer) {
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
     for (const Work& work : works) {
         const auto drawn = pictureOf(work);
-        for (std::size_t i = 0; i < drawn.size(); ++i) // rows may be the other way up within
-            ASSERT_NEAR(drawn[i], expected[work.name][i], 2) << work.name << " at byte " << i;
+        std::size_t numDifferent = 0; // rows may be the other way up within
+        for (std::size_t i = 0; i < drawn.size(); ++i)
+            numDifferent += std::abs(drawn[i] - expected[work.name][i]) > 2 ? 1u : 0u;
+        EXPECT_LE(numDifferent, work.hasGlsOwn ? 800u : 0u) << work.name;
     }
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     EXPECT_EQ(numTouched(offscreen::readPixels(side, side).pixels), 0u);
