@@ -73,10 +73,15 @@ constexpr std::size_t recordSize(Kind kind, unsigned int dimensions) {
     return position + sizeof(float) + sizeof(Color);
 }
 
+/// Whether GL draws records as they are.
+constexpr bool isFlat(Kind kind) {
+    return kind < Kind::Strip;
+}
+
 /// How many vertices GL makes of a record: a corner, a quad or a triangle around a disc. Where it
 /// has no instanced arrays, a record stands in memory as often.
 constexpr unsigned int verticesOf(Kind kind) {
-    return kind == Kind::Discs ? 3 : kind < Kind::Strip ? 1 : 4;
+    return kind == Kind::Discs ? 3 : isFlat(kind) ? 1 : 4;
 }
 
 /// The arena of a kind: lines and triangles share theirs.
