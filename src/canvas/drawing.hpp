@@ -155,6 +155,7 @@ struct Command {
     unsigned char dimensions;
     bool continuesOverlap; ///< whether the command before is of the same stroke
     bool endsOverlap;
+    bool isOpaque;      ///< whether it needs no blending
     std::uint32_t look; ///< index
     std::size_t first;  ///< record
     std::size_t count;  ///< of records

@@ -181,6 +181,7 @@ void Recorder::begin(Kind kind, unsigned int dimensions, const glm::mat4& matrix
     arena_ = &drawing_.arenas[arenaOf(kind, dimensions)];
     copies_ = isInstanced_ ? 1 : verticesOf(kind);
     command_ = none;
+    isOpaque_ = false;
     isWithinOverlap_ = false;
 }
 
@@ -193,7 +194,9 @@ bool Recorder::addsToLast() const {
 }
 
 void Recorder::openCommand() {
-    if (!addsToLast()) {
+    if (addsToLast()) {
+        drawing_.commands.back().isOpaque &= isOpaque_;
+    } else {
         // Without memory for the second, the first is one that no command has.
         if (drawing_.looks.empty() || !drawing_.looks.back().isSameAs(look_))
             drawing_.looks.push_back(look_);
@@ -203,6 +206,7 @@ void Recorder::openCommand() {
         command.look = static_cast<std::uint32_t>(drawing_.looks.size()) - 1;
         command.continuesOverlap = isWithinOverlap_;
         command.endsOverlap = true;
+        command.isOpaque = isOpaque_;
         command.first = arena_->count;
         drawing_.commands.push_back(command);
     }
@@ -355,6 +359,7 @@ void Recorder::bufferPoints(Kind kind, const BufferPoints& points,
     drawing_.buffers.push_back(buffer);
     look_.points = points;
     look_.isFromBuffer = true;
+    isOpaque_ = isFlat(kind) && points.color.a == 255;
     if (stroke != nullptr) {
         look_.style = styleOf(*stroke, points.shape, setting.pixelRatio);
         look_.style.isDashed = false;
@@ -369,6 +374,7 @@ void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader&
                             const Setting& setting) {
     const std::size_t size = points.size();
     begin(Kind::Lines, points.dimensions(), setting.matrix);
+    isOpaque_ = colors.isOpaque();
     const std::size_t step = shape == Shape::Lines ? 2 : 1;
     const std::size_t end = shape == Shape::LineLoop && size > 1 ? size + 1 : size;
     for (std::size_t i = 1; i < end; i += step) {
@@ -391,6 +397,7 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
     if (colorReader.isEmpty())
         return;
     begin(Kind::Triangles, reader.dimensions(), setting.matrix);
+    isOpaque_ = colorReader.isOpaque();
     struct Entry {
         glm::vec3 point;
         Color color;

@@ -159,6 +159,7 @@ private:
     Arena* arena_ = nullptr;
     std::size_t copies_ = 1;
     std::uint32_t command_ = none;
+    bool isOpaque_ = false;        ///< whether the records need no blending
     bool isWithinOverlap_ = false; ///< whether a command of the current overlap has been drawn
 };
 

@@ -127,7 +127,7 @@ void Renderer::draw(const Source& source, SavedState& saved) {
 }
 
 void Renderer::drawCommand(const Source& source, const Command& command, SavedState& saved) {
-    saved.prepareFor(command.kind);
+    saved.prepareFor(command.kind, command.isOpaque);
     const Look& look = source.drawing.looks[command.look];
     if (!look.paintsOnce || saved.testsDepth())
         return paint(source, command, saved);
