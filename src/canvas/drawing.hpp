@@ -140,6 +140,16 @@ struct Look {
     bool isFromBuffer = false; ///< whether `points` are drawn, and no records
     BufferPoints points = {};
 
+    /// Leaves the matrix alone, and what is not used then as it was.
+    void reset(const glm::mat4& newMatrix) {
+        matrix = newMatrix;
+        style.isGradient = style.isDashed = false;
+        style.join = Stroke::Join::Miter;
+        style.cap = Stroke::Cap::Butt;
+        style.miterLimit = 0.f;
+        paintsOnce = isFromBuffer = false;
+    }
+
     /// Whether records of both can be drawn by one call.
     bool isSameAs(const Look& other) const {
         return !paintsOnce && !other.paintsOnce && !isFromBuffer && !other.isFromBuffer &&
