@@ -137,12 +137,19 @@ void Renderer::keep(KeptDrawing& kept) {
 
 void Renderer::draw(const Source& source, SavedState& saved) {
     ++numDrawings_;
+    // The mask may be in use then: the stroke goes on in the next drawing, or memory ran out.
+    struct EndMask {
+        Renderer& renderer;
+        ~EndMask() { renderer.endMask(); }
+    } const endMask{*this};
     for (const Command& command : source.drawing.commands)
         drawCommand(source, command, saved);
-    if (isMasked_) { // the stroke goes on in the next drawing
+}
+
+void Renderer::endMask() {
+    if (isMasked_)
         mask_.end();
-        isMasked_ = false;
-    }
+    isMasked_ = false;
 }
 
 void Renderer::drawCommand(const Source& source, const Command& command, SavedState& saved) {
@@ -158,8 +165,7 @@ void Renderer::drawCommand(const Source& source, const Command& command, SavedSt
     isMasked_ = mask_.begin(box_, saved.viewport(), !command.continuesOverlap, capabilities_);
     paint(source, command, saved);
     if (isMasked_ && command.endsOverlap) {
-        mask_.end();
-        isMasked_ = false;
+        endMask();
         composite(overlap, saved);
     }
 }
