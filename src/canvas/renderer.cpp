@@ -98,6 +98,8 @@ void Renderer::drawStreamed(const Drawing& drawing) {
         if (streamed_[i].name() == 0) {
             unsigned int name = 0;
             glGenBuffers(1, &name);
+            if (name == 0)
+                continue;
             streamed_[i] = BufferName(name);
             glBindBuffer(GL_ARRAY_BUFFER, name);
             glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(streamedSize(i)), nullptr,
@@ -189,7 +191,8 @@ void Renderer::paint(const Source& source, const Command& command, const SavedSt
 
 void Renderer::drawStreamedRecords(const Command& command) {
     const unsigned int buffer = streamed_[arenaOf(command.kind, command.dimensions)].name();
-    arrays_.useStreamed(command.kind, command.dimensions, buffer);
+    if (!arrays_.useStreamed(command.kind, command.dimensions, buffer))
+        return;
     if (isFlat(command.kind))
         drawCorners(command);
     else
@@ -205,16 +208,17 @@ void Renderer::drawKeptRecords(const KeptDrawing& kept, const Command& command) 
     if (buffer == 0 || count == 0)
         return;
     if (isFlat(kind)) {
-        arrays_.useRecords(kind, dimensions, buffer, 0, false);
-        drawCorners(command);
+        if (arrays_.useRecords(kind, dimensions, buffer, 0, false))
+            drawCorners(command);
     } else if (kept.isInstanced) {
-        arrays_.useRecords(kind, dimensions, buffer, command.first * size, true);
-        drawInstances(kind, count);
+        if (arrays_.useRecords(kind, dimensions, buffer, command.first * size, true))
+            drawInstances(kind, count);
     } else {
         const std::size_t copiedSize = size * verticesOf(kind);
         for (std::size_t i = 0; i < count; i += mostCopied) {
-            arrays_.useRecords(kind, dimensions, buffer, (command.first + i) * copiedSize, false);
-            drawCopied(kind, 0, std::min(mostCopied, count - i));
+            if (arrays_.useRecords(kind, dimensions, buffer, (command.first + i) * copiedSize,
+                                   false))
+                drawCopied(kind, 0, std::min(mostCopied, count - i));
         }
     }
 }
@@ -229,12 +233,12 @@ void Renderer::drawPoints(const Command& command, const BufferPoints& points) {
         return;
     const unsigned int dimensions = command.dimensions;
     if (isFlat(command.kind)) {
-        arrays_.useCorners(dimensions, buffer);
-        glDrawArrays(primitives[static_cast<std::size_t>(points.shape)], sizeOf(points.first),
-                     sizeOf(count));
+        if (arrays_.useCorners(dimensions, buffer))
+            glDrawArrays(primitives[static_cast<std::size_t>(points.shape)], sizeOf(points.first),
+                         sizeOf(count));
     } else if (command.kind == Kind::Discs) {
-        arrays_.useCenters(dimensions, buffer, points.first);
-        drawInstances(Kind::Discs, count);
+        if (arrays_.useCenters(dimensions, buffer, points.first))
+            drawInstances(Kind::Discs, count);
     } else {
         drawPieces(dimensions, points, count);
     }
@@ -245,8 +249,9 @@ void Renderer::drawPieces(unsigned int dimensions, const BufferPoints& points, s
     const auto drawFrom = [&](std::size_t a, std::size_t b, std::size_t c, std::size_t d,
                               std::size_t step, std::size_t numPieces) {
         const std::size_t first = points.first;
-        arrays_.usePieces(dimensions, buffer, {first + a, first + b, first + c, first + d}, step);
-        drawInstances(Kind::Strip, numPieces);
+        if (arrays_.usePieces(dimensions, buffer, {first + a, first + b, first + c, first + d},
+                              step))
+            drawInstances(Kind::Strip, numPieces);
     };
     if (count < 2)
         return;
@@ -394,8 +399,8 @@ void Renderer::composite(const Overlap& overlap, const SavedState& saved) {
                     1.f / static_cast<float>(mask_.height()));
         const glm::vec4 color = toNumbers(overlap.color);
         glUniform4fv(painter.location(UniformName::StyleColor), 1, &color[0]);
-        arrays_.useQuad();
-        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+        if (arrays_.useQuad())
+            glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     });
 }
 
