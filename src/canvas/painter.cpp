@@ -207,7 +207,9 @@ void Painter::readBack(Kind kind, const BufferPoints& points, unsigned int dimen
         const float size1 = 2.f * points.halfWidth / setting_.pixelRatio;
         recorder()->discs(Colors(&points.color, 1), size1, read, setting_);
     } else {
-        recorder()->stroke(points.shape, *stroke, read, nullptr, setting_);
+        Stroke solid = *stroke;
+        solid.numDashes = 0;
+        recorder()->stroke(points.shape, solid, read, nullptr, setting_);
     }
 }
 
