@@ -33,12 +33,7 @@ OUT vec2 dash;
 #ifdef GRADIENT
 OUT vec4 nextPaint;
 #endif
-#ifdef THIN
-OUT vec3 place;
-OUT vec3 frame;
-#else
 OUT vec4 place, joints, frame;
-#endif
 OUT vec4 paint;
 
 vec4 front(vec4 a, vec4 b) {
@@ -60,13 +55,13 @@ float reach(vec2 j, bool cut, float h) {
 }
 
 float inset(vec2 j, float tip, float h, float side, float room) {
-  float across = h + .75, y = abs(j.y), t = across * y / j.x;
+  float across = h + .71, y = abs(j.y), t = across * y / j.x;
 #ifdef DASHED
   if (j.x > 0. && CAP != 0.) tip = max(tip, h);
 #else
   if (j.x * 4. > y && max(t, 2. * across * y * j.x) <= room) return side * (j.y < 0. ? -t : t);
 #endif
-  return -.75 - tip;
+  return -.71 - tip;
 }
 
 void main() {
@@ -92,16 +87,11 @@ void main() {
     in1 *= len / (in1 + in2);
     in2 = len - in1;
   }
-  vec2 d = way / len, at = vec2(corner.x < .5 ? in1 : len - in2, corner.y * (h + .75));
-#ifdef THIN
-  place = vec3(at.y, j1.x * .5 > tip1 ? 1. : at.x + tip1 + .5, j2.x * .5 > tip2 ? 1. : len - at.x + tip2 + .5);
-  frame = vec3(d, h);
-#else
+  vec2 d = way / len, at = vec2(corner.x < .5 ? in1 : len - in2, corner.y * (h + .71));
   at.x += corner.x * .1 - .05;
   place = vec4(at.x, len - at.x, at.y, h);
   joints = vec4(j1, j2);
   frame = vec4(d, j1.x < 0. ? -1e9 : len0, j2.x < 0. ? -1e9 : len3);
-#endif
   paint = color;
 #ifdef GRADIENT
   nextPaint = nextColor;
@@ -135,12 +125,7 @@ IN vec2 dash;
 #ifdef GRADIENT
 IN vec4 nextPaint;
 #endif
-#ifdef THIN
-IN vec3 place;
-IN vec3 frame;
-#else
 IN vec4 place, joints, frame;
-#endif
 IN vec4 paint;
 
 vec3 ramp(vec2 n) {
@@ -157,11 +142,6 @@ float cover(float e, vec3 f) {
 
 void main() {
   OUT0 = paint;
-#ifdef THIN
-  float y = place.x, h = frame.z;
-  vec3 f = ramp(frame.xy);
-  OUT0.a *= (cover(h - y, f) + cover(h + y, f) - 1.) * clamp(min(place.y, place.z), 0., 1.);
-#else
   vec2 X = -place.xy, C = joints.xz, S = joints.yw, U = X * C + place.z * S;
   vec2 V = X * (C * C - S * S) + 2. * place.z * S * C;
 #ifdef DASHED
@@ -185,9 +165,10 @@ void main() {
   vec2 room = frame.zw;
 #endif
   if (through.x && U.x > -.0014 && (X.x > 0. || V.x < room.x) || through.y && U.y > .0014 && (X.y > 0. || V.y < room.y)) discard;
-  bool last = place.x > place.y;
+  vec2 near = max(X + 1.5, min(U, 0.) - 1e9 * step(C, vec2(-.5)));
+  bool last = near.y > near.x;
   vec2 j = last ? joints.zw : joints.xy, d = frame.xy;
-  float x = max(X.x, X.y), y = place.z, h = place.w;
+  float x = last ? X.y : X.x, y = place.z, h = place.w;
   bool isCap = j.x < 0.;
   vec2 n = vec2(-d.y, d.x);
   if (!last) n = -n;
@@ -241,7 +222,6 @@ void main() {
   A = CAP == 2. ? min(A, G) : isCap ? A : A * G;
 #endif
   OUT0.a *= A;
-#endif
 }
 )";
 

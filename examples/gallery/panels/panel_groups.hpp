@@ -22,6 +22,12 @@ std::vector<Panel> toolboxAreaPanels();
 /// The Toolbox's points, bullseyes and dashes.
 std::vector<Panel> toolboxMarkPanels();
 
+/// A canvas's strokes: joins, caps, widths, dashes and colours.
+std::vector<Panel> canvasLinePanels();
+
+/// A canvas's points, areas and pictures, and scenes of many lines.
+std::vector<Panel> canvasScenePanels();
+
 /// Textures of one to three dimensions.
 std::vector<Panel> texturePanels();
 
