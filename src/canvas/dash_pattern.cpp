@@ -2,23 +2,32 @@
 
 #include <cmath>
 
+#include "canvas/matrices.hpp"
+
 namespace vellis::canvas {
 namespace {
 
 /// The part of a piece in front of the near plane, in pixels. Of what lies behind it nothing is
 /// drawn, so it has no length.
-double visibleLength(glm::dvec4 from, glm::dvec4 to, const glm::dvec2& scale) {
+double visibleLength(const glm::dvec4& from, const glm::dvec4& to, const glm::vec2& scale) {
     const double fromDistance = from.z + from.w;
     const double toDistance = to.z + to.w;
     if (fromDistance < 0. && toDistance < 0.)
         return 0.;
-    const glm::dvec4 cut = from + (to - from) * (fromDistance / (fromDistance - toDistance));
-    if (fromDistance < 0.)
-        from = cut;
-    else if (toDistance < 0.)
-        to = cut;
-    const glm::dvec2 step = (glm::dvec2(to) / to.w - glm::dvec2(from) / from.w) * scale;
-    return std::sqrt(step.x * step.x + step.y * step.y);
+    // Where the piece begins and ends, as parts of the way from one to the other.
+    const double cut = fromDistance / (fromDistance - toDistance);
+    const double first = fromDistance < 0. ? cut : 0.;
+    const double last = toDistance < 0. ? cut : 1.;
+    double square = 0.;
+    for (int i = 0; i < 2; ++i) {
+        const auto at = [&](double part) {
+            const double w = from.w + part * (to.w - from.w);
+            return (from[i] + part * (to[i] - from[i])) / w * double{scale[i]};
+        };
+        const double step = at(last) - at(first);
+        square += step * step;
+    }
+    return std::sqrt(square);
 }
 
 /// \p value modulo \p period, from 0 on; 0 where there is no such value.
@@ -57,12 +66,12 @@ Ruler::Ruler(const glm::mat4& matrix, const glm::vec2& scale, double offset, dou
       period_(period) {}
 
 void Ruler::begin(const glm::vec3& point) {
-    last_ = matrix_ * glm::dvec4(point, 1.);
+    last_ = placeOf(matrix_, point);
     phase_ = offset_;
 }
 
 void Ruler::goTo(const glm::vec3& point) {
-    const glm::dvec4 next = matrix_ * glm::dvec4(point, 1.);
+    const glm::dvec4 next = placeOf(matrix_, point);
     phase_ = wrap(phase_ + visibleLength(last_, next, scale_), period_);
     last_ = next;
 }

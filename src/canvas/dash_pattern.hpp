@@ -31,8 +31,8 @@ public:
     float phase() const { return static_cast<float>(phase_); }
 
 private:
-    glm::dmat4 matrix_;
-    glm::dvec2 scale_;
+    const glm::mat4& matrix_;
+    glm::vec2 scale_;
     double offset_;
     double period_;
     double phase_ = 0.;

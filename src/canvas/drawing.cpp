@@ -19,14 +19,14 @@ bool Style::operator==(const Style& other) const {
                           dashMatrix == other.dashMatrix && dashScale == other.dashScale));
 }
 
+Drawing::Drawing() = default;
+Drawing::~Drawing() = default;
+
 void Drawing::clear() {
     for (Arena& arena : arenas)
         arena.used = arena.count = 0;
     commands.clear();
-    styles.clear();
-    matrices.clear();
-    overlaps.clear();
-    points.clear();
+    looks.clear();
 }
 
 } // namespace vellis::canvas

@@ -127,7 +127,23 @@ struct BufferPoints {
     Color color;
 };
 
-constexpr std::uint32_t none = 0xFFFFFFFF;
+/// What a command draws with.
+struct Look {
+    Style style;             ///< of strokes
+    glm::mat4 matrix{1.f};   ///< from records to clip coordinates
+    bool paintsOnce = false; ///< whether pixels of `overlap` are painted once
+    Overlap overlap = {};
+    bool isFromBuffer = false; ///< whether `points` are drawn, and no records
+    BufferPoints points = {};
+
+    /// Whether records of both can be drawn by one call.
+    bool isSameAs(const Look& other) const {
+        return !paintsOnce && !other.paintsOnce && !isFromBuffer && !other.isFromBuffer &&
+               matrix == other.matrix && style == other.style;
+    }
+};
+
+constexpr std::uint32_t none = 0xFFFFFFFF; ///< in place of an index
 
 /// A call of GL's, or the records of several that follow each other.
 struct Command {
@@ -135,25 +151,24 @@ struct Command {
     unsigned char dimensions;
     bool continuesOverlap; ///< whether the command before is of the same stroke
     bool endsOverlap;
-    std::uint32_t style;   ///< index of the styles; not of lines, triangles and discs
-    std::uint32_t matrix;  ///< index of the matrices
-    std::uint32_t overlap; ///< index of the overlaps, or none
-    std::uint32_t points;  ///< index of the points in buffers, or none where there are records
-    std::size_t first;     ///< record
-    std::size_t count;     ///< of records
+    std::uint32_t look; ///< index
+    std::size_t first;  ///< record
+    std::size_t count;  ///< of records
 };
 
 /// All of it.
 struct Drawing {
-    std::array<Arena, numArenas> arenas;
-    std::vector<Command> commands;
-    std::vector<Style> styles;
-    std::vector<glm::mat4> matrices; ///< from records to clip coordinates
-    std::vector<Overlap> overlaps;
-    std::vector<BufferPoints> points;
+    Drawing();
+    ~Drawing();
+    Drawing(const Drawing&) = delete;
+    Drawing& operator=(const Drawing&) = delete;
 
     /// Takes out what was drawn; the memory stays.
     void clear();
+
+    std::array<Arena, numArenas> arenas;
+    std::vector<Command> commands;
+    std::vector<Look> looks;
 };
 
 } // namespace vellis::canvas

@@ -12,6 +12,11 @@ namespace vellis::canvas {
 
 /// A drawing whose records stand in buffers of their own.
 struct KeptDrawing {
+    KeptDrawing();
+    ~KeptDrawing();
+    KeptDrawing(const KeptDrawing&) = delete;
+    KeptDrawing& operator=(const KeptDrawing&) = delete;
+
     Drawing drawing;                           ///< with empty arenas
     std::array<BufferName, numArenas> buffers; ///< for each arena that has records
     glm::dvec3 origin{0.};                     ///< what was subtracted from the points

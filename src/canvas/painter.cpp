@@ -6,13 +6,10 @@
 
 #include <vellis/gl.hpp>
 
+#include "canvas/matrices.hpp"
+
 namespace vellis::canvas {
 namespace {
-
-bool isFiniteMatrix(const glm::mat4& matrix) {
-    const float* const numbers = &matrix[0][0];
-    return std::all_of(numbers, numbers + 16, [](float number) { return std::isfinite(number); });
-}
 
 /// Whether points under a transform can be numbers of their own: it does not divide by them.
 bool isAffine(const glm::mat4& transform) {
@@ -20,13 +17,11 @@ bool isAffine(const glm::mat4& transform) {
            transform[3][3] == 1.f;
 }
 
-glm::dmat4 translation(const glm::dvec3& offset) {
-    glm::dmat4 result(1.);
-    result[3] = glm::dvec4(offset, 1.);
-    return result;
-}
-
 } // namespace
+
+Painter::Painter() : index_(gl::indexHere(gl::Kind::VertexArray)) {}
+
+Painter::~Painter() = default;
 
 // --- Batches ---
 
@@ -121,21 +116,21 @@ void Painter::setPixelRatio(float ratio) {
 void Painter::setMatrices() {
     const bool isPlacement = isAffine(transform_);
     setting_.placement.setTransform(isPlacement ? transform_ : glm::mat4(1.f));
-    glm::mat4 matrix = isPlacement ? glm::mat4(1.f) : transform_;
+    const glm::mat4 matrix = isPlacement ? glm::mat4(1.f) : transform_;
     if (mode_ == Mode::Recording) { // whose points are those of its first origin
         const glm::dvec3 moved = setting_.placement.origin() - kept_->origin;
-        setting_.matrix = glm::mat4(translation(moved)) * matrix;
-        setting_.pixelMatrix = mvp_ * matrix;
+        setting_.matrix = product(behindShift(glm::mat4(1.f), moved), matrix);
+        setting_.pixelMatrix = product(mvp_, matrix);
     } else {
-        setting_.matrix = setting_.pixelMatrix = mvp_ * matrix;
+        setting_.matrix = setting_.pixelMatrix = product(mvp_, matrix);
     }
-    isHidden_ = !isFiniteMatrix(transform_) || !isFiniteMatrix(mvp_);
+    isHidden_ = !isFinite(transform_) || !isFinite(mvp_);
 }
 
-glm::dmat4 Painter::matrixOfPoints() const {
+glm::mat4 Painter::matrixOf(const glm::dvec3& origin) const {
     const Placement& placement = setting_.placement;
-    return glm::dmat4(setting_.matrix) * glm::dmat4(placement.transform()) *
-           translation(-placement.origin());
+    return behindShift(product(setting_.matrix, placement.transform()),
+                       origin - placement.origin());
 }
 
 // --- Pictures ---
@@ -170,10 +165,7 @@ void Painter::draw(const KeptDrawing& kept) {
     flush();
     if (!isHere())
         return;
-    const Placement& placement = setting_.placement;
-    const glm::dmat4 matrix = glm::dmat4(setting_.matrix) * glm::dmat4(placement.transform()) *
-                              translation(kept.origin - placement.origin());
-    renderer().drawKept(kept, glm::mat4(matrix));
+    renderer().drawKept(kept, matrixOf(kept.origin));
 }
 
 // --- Points of a buffer ---
@@ -186,7 +178,7 @@ void Painter::drawPoints(Kind kind, const BufferPoints& points, unsigned int dim
     const bool needsInstances = kind == Kind::Strip || kind == Kind::Discs;
     if (needsInstances && !renderer().capabilities().hasInstancing)
         return readBack(kind, points, dimensions, stroke);
-    to->bufferPoints(kind, points, dimensions, setting_, glm::mat4(matrixOfPoints()), stroke);
+    to->bufferPoints(kind, points, dimensions, setting_, matrixOf(glm::dvec3(0.)), stroke);
     flush(); // while the buffer holds what it holds now
 }
 

@@ -13,7 +13,10 @@ namespace vellis::canvas {
 /// What a Canvas consists of: what it was told to draw, how, and what draws it.
 class Painter final : private Room {
 public:
-    Painter() : index_(gl::indexHere(gl::Kind::VertexArray)) {}
+    Painter();
+    ~Painter();
+    Painter(const Painter&) = delete;
+    Painter& operator=(const Painter&) = delete;
 
     /// See Canvas.
     /// @{
@@ -45,7 +48,7 @@ private:
     bool isHere() const;
     Renderer& renderer();
     void setMatrices();
-    glm::dmat4 matrixOfPoints() const;
+    glm::mat4 matrixOf(const glm::dvec3& origin) const;
     void readBack(Kind kind, const BufferPoints& points, unsigned int dimensions,
                   const Stroke* stroke);
 

@@ -6,6 +6,9 @@
 
 namespace vellis {
 
+canvas::KeptDrawing::KeptDrawing() = default;
+canvas::KeptDrawing::~KeptDrawing() = default;
+
 Picture::Picture(std::unique_ptr<canvas::KeptDrawing> drawing) : drawing_(std::move(drawing)) {}
 
 Picture::~Picture() = default;

@@ -62,10 +62,9 @@ public:
         return locations_[static_cast<std::size_t>(uniform)];
     }
 
-    /// The indices of a drawing, and the drawing, whose values its uniforms have.
+    /// The drawing, and the index of its look, whose values the uniforms have.
     std::uint64_t drawing = 0;
-    std::uint32_t style = none;
-    std::uint32_t matrix = none;
+    std::uint32_t look = none;
 
 private:
     ProgramName program_;

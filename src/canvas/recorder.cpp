@@ -9,37 +9,13 @@ namespace {
 
 constexpr float mostOfThin = 0.75f; ///< half width in pixels up to which a stroke is drawn as thin
 
-template <unsigned int D>
-void setPosition(float (&position)[D], const glm::vec3& point) {
-    for (unsigned int i = 0; i < D; ++i)
-        position[i] = point[static_cast<int>(i)];
+Record corner(const glm::vec3& point, unsigned int dimensions, Color color) {
+    return Record(point, dimensions).add(color);
 }
 
-template <unsigned int D>
-Corner<D> corner(const glm::vec3& point, Color color) {
-    Corner<D> result;
-    setPosition(result.position, point);
-    result.color = color;
-    return result;
-}
-
-template <unsigned int D>
-StrokeRecord<D> strokeRecord(const glm::vec3& point, float phase, float halfWidth, Color color) {
-    StrokeRecord<D> result;
-    setPosition(result.position, point);
-    result.phase = phase;
-    result.halfWidth = halfWidth;
-    result.color = color;
-    return result;
-}
-
-/// Calls the form for 2 or for 3 dimensions.
-template <class Form2D, class Form3D>
-void inDimensions(unsigned int dimensions, Form2D in2D, Form3D in3D) {
-    if (dimensions == 2)
-        in2D();
-    else
-        in3D();
+Record strokeRecord(const glm::vec3& point, unsigned int dimensions, float phase, float halfWidth,
+                    Color color) {
+    return Record(point, dimensions).add(phase).add(halfWidth).add(color);
 }
 
 /// What is there to know of points before the first is recorded.
@@ -73,6 +49,19 @@ Style styleOf(const Stroke& stroke, float halfWidth, Shape shape, float pixelRat
     return style;
 }
 
+/// What draws without a style.
+Look plainLook(const Setting& setting) {
+    Look look;
+    look.matrix = setting.matrix;
+    return look;
+}
+
+/// What measures a dashed stroke.
+Ruler rulerOf(const Stroke& stroke, const Style& style, const Setting& setting) {
+    return {setting.pixelMatrix, style.dashScale,
+            double{stroke.dashOffset} * double{setting.pixelRatio}, double{style.period}};
+}
+
 /// How many half widths a stroke reaches beyond its points: a square cap's corner does 1.42.
 float reachOf(const Style& style) {
     return style.join == Stroke::Join::Miter ? std::max(style.miterLimit, 1.5f) : 1.5f;
@@ -102,7 +91,6 @@ CornerPlace placeOf(Shape shape, std::size_t i) {
 
 /// Writes the records of a line through points that come one by one. A point that is not finite
 /// ends the line, and the next one begins another.
-template <unsigned int D>
 class StripWriter {
 public:
     /// \param ruler  Measures the line; null for one that is not dashed.
@@ -168,7 +156,7 @@ private:
     }
 
     void put(const glm::vec3& point, Color color, float halfWidth, float phase = 0.f) {
-        recorder_.put(strokeRecord<D>(point, phase, halfWidth, color), numPut_);
+        recorder_.put(strokeRecord(point, recorder_.dimensions_, phase, halfWidth, color), numPut_);
         numPut_ = numPut_ < 3 ? numPut_ + 1 : 3;
     }
 
@@ -185,58 +173,45 @@ private:
 
 // --- Commands ---
 
-void Recorder::begin(const Current& current, const glm::mat4& matrix) {
-    current_ = current;
-    matrix_ = &matrix;
-    arena_ = &drawing_.arenas[arenaOf(current.kind, current.dimensions)];
-    copies_ = isInstanced_ ? 1 : verticesOf(current.kind);
+void Recorder::begin(Kind kind, unsigned int dimensions, const Look& look) {
+    kind_ = kind;
+    dimensions_ = dimensions;
+    look_ = &look;
+    arena_ = &drawing_.arenas[arenaOf(kind, dimensions)];
+    copies_ = isInstanced_ ? 1 : verticesOf(kind);
     command_ = none;
     isWithinOverlap_ = false;
 }
 
 bool Recorder::addsToLast() const {
-    if (drawing_.commands.empty() || current_.overlap != nullptr)
+    if (drawing_.commands.empty())
         return false;
     const Command& last = drawing_.commands.back();
-    return last.kind == current_.kind && last.dimensions == current_.dimensions &&
-           last.overlap == none && last.points == none &&
-           drawing_.matrices[last.matrix] == *matrix_ &&
-           (current_.style == nullptr || drawing_.styles[last.style] == *current_.style);
-}
-
-void Recorder::openNewCommand() {
-    // What fails for lack of memory leaves nothing that is not used later.
-    if (current_.style != nullptr &&
-        (drawing_.styles.empty() || !(drawing_.styles.back() == *current_.style)))
-        drawing_.styles.push_back(*current_.style);
-    if (drawing_.matrices.empty() || drawing_.matrices.back() != *matrix_)
-        drawing_.matrices.push_back(*matrix_);
-    if (current_.overlap != nullptr)
-        drawing_.overlaps.push_back(*current_.overlap);
-    const auto last = [](const auto& list) { return static_cast<std::uint32_t>(list.size()) - 1; };
-    Command command = {};
-    command.kind = current_.kind;
-    command.dimensions = static_cast<unsigned char>(current_.dimensions);
-    command.style = current_.style != nullptr ? last(drawing_.styles) : none;
-    command.matrix = last(drawing_.matrices);
-    command.overlap = current_.overlap != nullptr ? last(drawing_.overlaps) : none;
-    command.points = none;
-    command.continuesOverlap = isWithinOverlap_;
-    command.endsOverlap = true;
-    command.first = arena_->count;
-    drawing_.commands.push_back(command);
+    return last.kind == kind_ && last.dimensions == dimensions_ &&
+           drawing_.looks[last.look].isSameAs(*look_);
 }
 
 void Recorder::openCommand() {
-    if (!addsToLast())
-        openNewCommand();
+    if (!addsToLast()) {
+        // Without memory for the second, the first is one that no command has.
+        if (drawing_.looks.empty() || !drawing_.looks.back().isSameAs(*look_))
+            drawing_.looks.push_back(*look_);
+        Command command = {};
+        command.kind = kind_;
+        command.dimensions = static_cast<unsigned char>(dimensions_);
+        command.look = static_cast<std::uint32_t>(drawing_.looks.size()) - 1;
+        command.continuesOverlap = isWithinOverlap_;
+        command.endsOverlap = true;
+        command.first = arena_->count;
+        drawing_.commands.push_back(command);
+    }
     command_ = static_cast<std::uint32_t>(drawing_.commands.size()) - 1;
 }
 
 void Recorder::makeRoom(std::size_t numBytes, std::size_t numRepeated) {
     const std::size_t numBefore = arena_->used;
     if (arena_->bytes.size() - numBefore < numBytes) {
-        if (command_ != none && current_.overlap != nullptr) {
+        if (command_ != none && look_->paintsOnce) {
             drawing_.commands[command_].endsOverlap = false;
             isWithinOverlap_ = true;
         }
@@ -264,60 +239,48 @@ void Recorder::stroke(Shape shape, const Stroke& stroke, const Points& points, c
     const ColorReader colorReader(colors != nullptr ? *colors : Colors(stroke.color));
     if (colorReader.isEmpty())
         return;
-    const unsigned int dimensions = reader.dimensions();
-    if (!stroke.isAntialiased) {
-        return inDimensions(
-            dimensions, [&] { aliasedLines<2>(shape, reader, colorReader, setting); },
-            [&] { aliasedLines<3>(shape, reader, colorReader, setting); });
-    }
+    if (!stroke.isAntialiased)
+        return aliasedLines(shape, reader, colorReader, setting);
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
     if (!(halfWidth > 0.f && std::isfinite(halfWidth)))
         return;
-    Style style = styleOf(stroke, halfWidth, shape, setting.pixelRatio);
-    style.isGradient = !colorReader.isOne();
-    if (style.isDashed) {
-        style.dashMatrix = setting.pixelMatrix;
-        style.dashScale = room_.viewportSize() / 2.f;
+    Look look = plainLook(setting);
+    look.style = styleOf(stroke, halfWidth, shape, setting.pixelRatio);
+    look.style.isGradient = !colorReader.isOne();
+    if (look.style.isDashed) {
+        look.style.dashMatrix = setting.pixelMatrix;
+        look.style.dashScale = room_.viewportSize() / 2.f;
     }
-    if (shape == Shape::Lines) {
-        inDimensions(
-            dimensions, [&] { segments<2>(reader, colorReader, stroke, style, setting); },
-            [&] { segments<3>(reader, colorReader, stroke, style, setting); });
-    } else {
-        inDimensions(
-            dimensions, [&] { strip<2>(shape, reader, colorReader, stroke, style, setting); },
-            [&] { strip<3>(shape, reader, colorReader, stroke, style, setting); });
-    }
+    if (shape == Shape::Lines)
+        segments(reader, colorReader, stroke, look, setting);
+    else
+        strip(shape, reader, colorReader, stroke, look, setting);
 }
 
-template <unsigned int D>
 void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors,
-                     const Stroke& stroke, const Style& style, const Setting& setting) {
+                     const Stroke& stroke, Look& look, const Setting& setting) {
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
     const bool isLoop = shape == Shape::LineLoop;
     const Color color = colors.at(0);
-    const bool paintsOnce =
-        setting.paintsOnce && colors.isOne() && color.a < 255 && points.size() > 2;
+    look.paintsOnce = setting.paintsOnce && colors.isOne() && color.a < 255 && points.size() > 2;
     std::optional<Extent> extent;
-    if (isLoop || paintsOnce)
+    if (isLoop || look.paintsOnce)
         extent.emplace(points);
-    Overlap overlap = {};
-    if (paintsOnce) {
-        overlap = {extent->lowest, extent->highest, halfWidth * reachOf(style), color};
-    }
+    if (look.paintsOnce)
+        look.overlap = {extent->lowest, extent->highest, halfWidth * reachOf(look.style), color};
     std::optional<Ruler> ruler;
-    if (style.isDashed)
-        ruler.emplace(setting.pixelMatrix, style.dashScale,
-                      double{stroke.dashOffset} * double{setting.pixelRatio}, style.period);
+    if (look.style.isDashed)
+        ruler.emplace(rulerOf(stroke, look.style, setting));
 
-    const Current current = {Kind::Strip, D, &style, paintsOnce ? &overlap : nullptr};
-    begin(current, setting.matrix);
-    StripWriter<D> writer(*this, halfWidth, ruler ? &*ruler : nullptr);
+    const unsigned int dimensions = points.dimensions();
+    begin(Kind::Strip, dimensions, look);
+    StripWriter writer(*this, halfWidth, ruler ? &*ruler : nullptr);
     const auto end = [&] {
         if (writer.finish() && stroke.cap == Stroke::Cap::Round) {
-            begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
-            putDisc<D>(writer.last(), halfWidth, writer.lastColor());
-            begin(current, setting.matrix);
+            const Look dot = plainLook(setting);
+            begin(Kind::Discs, dimensions, dot);
+            putDisc(writer.last(), halfWidth, writer.lastColor());
+            begin(Kind::Strip, dimensions, look);
         }
     };
     const auto add = [&](const glm::vec3& point, std::size_t i) {
@@ -350,21 +313,15 @@ void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors
     end();
 }
 
-template <unsigned int D>
 void Recorder::segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
-                        const Style& style, const Setting& setting) {
-    struct Segment {
-        StrokeRecord<D> from;
-        StrokeRecord<D> to;
-    };
+                        Look& look, const Setting& setting) {
     const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
     std::optional<Ruler> ruler;
-    if (style.isDashed)
-        ruler.emplace(setting.pixelMatrix, style.dashScale,
-                      double{stroke.dashOffset} * double{setting.pixelRatio}, style.period);
+    if (look.style.isDashed)
+        ruler.emplace(rulerOf(stroke, look.style, setting));
     float phase = 0.f;
-    const Current current = {Kind::Segments, D, &style, nullptr};
-    begin(current, setting.matrix);
+    const unsigned int dimensions = points.dimensions();
+    begin(Kind::Segments, dimensions, look);
     glm::vec3 from(0.f);
     points.forEach([&](const glm::vec3& to, std::size_t i) {
         if (i % 2 == 0) {
@@ -373,29 +330,31 @@ void Recorder::segments(PointReader& points, const ColorReader& colors, const St
             return;
         } else if (from == to) {
             if (stroke.cap == Stroke::Cap::Round) {
-                begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
-                putDisc<D>(from, halfWidth, colors.at(i - 1));
-                begin(current, setting.matrix);
+                const Look dot = plainLook(setting);
+                begin(Kind::Discs, dimensions, dot);
+                putDisc(from, halfWidth, colors.at(i - 1));
+                begin(Kind::Segments, dimensions, look);
             }
         } else {
             if (ruler) {
                 ruler->begin(from);
                 phase = ruler->phase();
             }
-            put(Segment{strokeRecord<D>(from, phase, halfWidth, colors.at(i - 1)),
-                        strokeRecord<D>(to, phase, halfWidth, colors.at(i))});
+            put(strokeRecord(from, dimensions, phase, halfWidth, colors.at(i - 1))
+                    .add(strokeRecord(to, dimensions, phase, halfWidth, colors.at(i))));
         }
     });
 }
 
-template <unsigned int D>
 void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
                             const Setting& setting) {
-    begin({Kind::Lines, D, nullptr, nullptr}, setting.matrix);
-    Corner<D> last = {};
+    const unsigned int dimensions = points.dimensions();
+    const Look look = plainLook(setting);
+    begin(Kind::Lines, dimensions, look);
+    Record last(glm::vec3(0.f), dimensions);
     bool isLastFinite = false;
     const auto add = [&](const glm::vec3& point, std::size_t i) {
-        const Corner<D> next = corner<D>(point, colors.at(i));
+        const Record next = corner(point, dimensions, colors.at(i));
         const bool isNextFinite = isFinite(point);
         const bool isEnd = shape == Shape::Lines ? i % 2 == 1 : i > 0;
         if (isEnd && isLastFinite && isNextFinite) {
@@ -409,27 +368,26 @@ void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader&
     const std::size_t size = points.size();
     if (shape == Shape::LineLoop && size > 1 && isLastFinite && isFinite(points.at(0))) {
         put(last);
-        put(corner<D>(points.at(0), colors.at(0)), 1);
+        put(corner(points.at(0), dimensions, colors.at(0)), 1);
     }
 }
 
 void Recorder::bufferPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
                             const Setting& setting, const glm::mat4& matrix, const Stroke* stroke) {
-    Style style;
+    Look look;
+    look.matrix = matrix;
+    look.points = points;
+    look.isFromBuffer = true;
     if (stroke != nullptr) {
-        style = styleOf(*stroke, points.halfWidth, points.shape, setting.pixelRatio);
-        style.isThin = points.halfWidth <= mostOfThin;
-        style.isDashed = false;
+        look.style = styleOf(*stroke, points.halfWidth, points.shape, setting.pixelRatio);
+        look.style.isThin = points.halfWidth <= mostOfThin;
+        look.style.isDashed = false;
+        look.overlap = {glm::vec3(1.f), glm::vec3(0.f), points.halfWidth, points.color};
+        look.paintsOnce = setting.paintsOnce && points.shape != Shape::Lines &&
+                          points.color.a < 255 && points.count > 2;
     }
-    const bool isLine = stroke != nullptr && points.shape != Shape::Lines;
-    const Overlap overlap = {glm::vec3(1.f), glm::vec3(0.f), points.halfWidth, points.color};
-    const bool paintsOnce =
-        isLine && setting.paintsOnce && points.color.a < 255 && points.count > 2;
-    begin({kind, dimensions, stroke != nullptr ? &style : nullptr, paintsOnce ? &overlap : nullptr},
-          matrix);
-    drawing_.points.push_back(points);
-    openNewCommand();
-    drawing_.commands.back().points = static_cast<std::uint32_t>(drawing_.points.size()) - 1;
+    begin(kind, dimensions, look);
+    openCommand();
 }
 
 // --- Areas and points ---
@@ -440,59 +398,34 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
     const ColorReader colorReader(colors);
     if (colorReader.isEmpty())
         return;
-    inDimensions(
-        reader.dimensions(), [&] { triangles<2>(shape, reader, colorReader, setting); },
-        [&] { triangles<3>(shape, reader, colorReader, setting); });
-}
-
-template <unsigned int D>
-void Recorder::triangles(Shape shape, PointReader& points, const ColorReader& colors,
-                         const Setting& setting) {
-    begin({Kind::Triangles, D, nullptr, nullptr}, setting.matrix);
+    const unsigned int dimensions = reader.dimensions();
+    const Look look = plainLook(setting);
+    begin(Kind::Triangles, dimensions, look);
     struct Entry {
-        Corner<D> corner;
+        glm::vec3 point;
+        Color color;
         bool isFinite;
     };
     Entry before[3] = {};
-    const auto put3 = [&](const Entry& a, const Entry& b, const Entry& c) {
-        if (!a.isFinite || !b.isFinite || !c.isFinite)
-            return;
-        put(a.corner);
-        put(b.corner, 1);
-        put(c.corner, 2);
+    const auto putCorner = [&](const Entry& entry, std::size_t numRepeated) {
+        put(corner(entry.point, dimensions, entry.color), numRepeated);
     };
-    points.forEach([&](const glm::vec3& point, std::size_t i) {
-        const Entry next = {corner<D>(point, colors.at(i)), isFinite(point)};
+    reader.forEach([&](const glm::vec3& point, std::size_t i) {
+        const Entry next = {point, colorReader.at(i), isFinite(point)};
         const CornerPlace place = placeOf(shape, i);
-        if (place.ends)
-            put3(before[0], before[place.before], next);
+        const Entry& second = before[place.before];
+        if (place.ends && before[0].isFinite && second.isFinite && next.isFinite) {
+            putCorner(before[0], 0);
+            putCorner(second, 1);
+            putCorner(next, 2);
+        }
         if (place.keepsAs < 3)
             before[place.keepsAs] = next;
     });
 }
 
-template <unsigned int D>
 void Recorder::putDisc(const glm::vec3& center, float radius, Color color) {
-    Disc<D> disc;
-    setPosition(disc.position, center);
-    disc.radius = radius;
-    disc.color = color;
-    put(disc);
-}
-
-template <unsigned int D>
-void Recorder::rings(PointReader& points, const Ring* rings, std::size_t numRings,
-                     const Sizes& sizes, const Setting& setting) {
-    begin({Kind::Discs, D, nullptr, nullptr}, setting.matrix);
-    points.forEach([&](const glm::vec3& point, std::size_t i) {
-        const float size =
-            sizes.data != nullptr ? sizes.data[std::min(i, sizes.count - 1)] : sizes.one;
-        const float radius = size * setting.pixelRatio / 2.f;
-        if (!isFinite(point) || !(radius > 0.f && std::isfinite(radius)))
-            return;
-        for (const Ring* ring = rings; ring != rings + numRings; ++ring)
-            putDisc<D>(point, radius * ring->size, ring->colors->at(i));
-    });
+    put(Record(center, dimensions_).add(radius).add(color));
 }
 
 void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, const Points& points,
@@ -502,10 +435,17 @@ void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, cons
         if (ring.colors->isEmpty() || sizes.count == 0)
             return;
     }
-    inDimensions(
-        reader.dimensions(),
-        [&] { this->rings<2>(reader, rings.begin(), rings.size(), sizes, setting); },
-        [&] { this->rings<3>(reader, rings.begin(), rings.size(), sizes, setting); });
+    const Look look = plainLook(setting);
+    begin(Kind::Discs, reader.dimensions(), look);
+    reader.forEach([&](const glm::vec3& point, std::size_t i) {
+        const float size =
+            sizes.data != nullptr ? sizes.data[std::min(i, sizes.count - 1)] : sizes.one;
+        const float radius = size * setting.pixelRatio / 2.f;
+        if (!isFinite(point) || !(radius > 0.f && std::isfinite(radius)))
+            return;
+        for (const Ring& ring : rings)
+            putDisc(point, radius * ring.size, ring.colors->at(i));
+    });
 }
 
 void Recorder::discs(const Colors& colors, const Sizes& sizes, const Points& points,

@@ -37,6 +37,43 @@ protected:
     ~Room() = default;
 };
 
+/// A record as it will stand in memory: see Corner, StrokeRecord and Disc. It consists of words of
+/// 4 bytes.
+class Record {
+public:
+    /// A corner, or the beginning of what has a size ahead of its colour.
+    Record(const glm::vec3& position, unsigned int dimensions) : numWords_(dimensions) {
+        std::memcpy(words_, &position, sizeof position);
+    }
+
+    Record& add(float number) {
+        std::memcpy(words_ + numWords_++, &number, sizeof number);
+        return *this;
+    }
+    Record& add(Color color) {
+        std::memcpy(words_ + numWords_++, &color, sizeof color);
+        return *this;
+    }
+    Record& add(const Record& other) {
+        std::memcpy(words_ + numWords_, other.words_, other.size());
+        numWords_ += other.numWords_;
+        return *this;
+    }
+
+    std::size_t size() const { return numWords_ * sizeof *words_; }
+
+    /// \return where the next one goes.
+    unsigned char* copyTo(unsigned char* memory) const {
+        for (unsigned int i = 0; i < numWords_; ++i, memory += sizeof *words_)
+            std::memcpy(memory, words_ + i, sizeof *words_);
+        return memory;
+    }
+
+private:
+    std::uint32_t words_[12]; ///< up to two records of strokes in space
+    unsigned int numWords_;
+};
+
 /// Turns the calls of a canvas into records and commands. A call whose records are of the kind, the
 /// style and the matrix of the one before adds to its command.
 class Recorder {
@@ -70,52 +107,36 @@ public:
                       const Setting& setting, const glm::mat4& matrix, const Stroke* stroke);
 
 private:
-    template <unsigned int D>
     friend class StripWriter;
 
-    /// What the records of a call belong to.
-    struct Current {
-        Kind kind;
-        unsigned int dimensions;
-        const Style* style;     ///< null for kinds without
-        const Overlap* overlap; ///< null where pixels may be painted twice
-    };
-
-    /// Has the records from now on belong to that.
-    void begin(const Current& current, const glm::mat4& matrix);
+    /// Has the records from now on be drawn so.
+    void begin(Kind kind, unsigned int dimensions, const Look& look);
     void openCommand();
-    void openNewCommand();
     bool addsToLast() const;
     void makeRoom(std::size_t numBytes, std::size_t numRepeated);
 
     /// Adds a record.
     /// \param numRepeated  How many of the records before belong to the next ones: they stand again
     ///                     where those had to be drawn for room.
-    template <class Record>
     void put(const Record& record, std::size_t numRepeated = 0) {
-        const std::size_t numBytes = copies_ * sizeof record;
+        const std::size_t numBytes = copies_ * record.size();
         if (arena_->bytes.size() - arena_->used < numBytes || command_ == none)
             makeRoom(numBytes, numRepeated);
         unsigned char* to = arena_->bytes.data() + arena_->used;
-        for (std::size_t i = 0; i < copies_; ++i, to += sizeof record)
-            std::memcpy(to, &record, sizeof record);
+        for (std::size_t i = 0; i < copies_; ++i)
+            to = record.copyTo(to);
         arena_->used += numBytes;
         ++arena_->count;
         ++drawing_.commands[command_].count;
     }
 
-    template <unsigned int D>
     void strip(Shape shape, PointReader& points, const ColorReader& colors, const Stroke& stroke,
-               const Style& style, const Setting& setting);
-    template <unsigned int D>
-    void segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
-                  const Style& style, const Setting& setting);
-    template <unsigned int D>
+               Look& look, const Setting& setting);
+    void segments(PointReader& points, const ColorReader& colors, const Stroke& stroke, Look& look,
+                  const Setting& setting);
     void aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
                       const Setting& setting);
-    template <unsigned int D>
-    void triangles(Shape shape, PointReader& points, const ColorReader& colors,
-                   const Setting& setting);
+
     /// A disc of each bullseye: its colours, and its part of the size.
     struct Ring {
         const ColorReader* colors;
@@ -123,17 +144,14 @@ private:
     };
     void rings(std::initializer_list<Ring> rings, const Sizes& sizes, const Points& points,
                const Setting& setting);
-    template <unsigned int D>
-    void rings(PointReader& points, const Ring* rings, std::size_t numRings, const Sizes& sizes,
-               const Setting& setting);
-    template <unsigned int D>
     void putDisc(const glm::vec3& center, float radius, Color color);
 
     Drawing& drawing_;
     Room& room_;
     bool isInstanced_;
-    Current current_ = {};
-    const glm::mat4* matrix_ = nullptr;
+    Kind kind_ = Kind::Lines;
+    unsigned int dimensions_ = 2;
+    const Look* look_ = nullptr;
     Arena* arena_ = nullptr;
     std::size_t copies_ = 1;
     std::uint32_t command_ = none;

@@ -5,6 +5,7 @@
 
 #include <vellis/gl.hpp>
 
+#include "canvas/matrices.hpp"
 #include "gl/names.hpp"
 
 namespace vellis::canvas {
@@ -53,6 +54,13 @@ void drawCorners(const Command& command) {
                  sizeOf(command.count));
 }
 
+glm::vec4 toNumbers(Color color) {
+    glm::vec4 result;
+    for (int i = 0; i < 4; ++i)
+        result[i] = static_cast<float>(color[i]) / 255.f;
+    return result;
+}
+
 bool isFlat(Kind kind) {
     return kind == Kind::Lines || kind == Kind::Triangles;
 }
@@ -73,6 +81,10 @@ std::size_t streamedSize(std::size_t arena) {
 }
 
 // --- Drawings ---
+
+Renderer::Renderer() : capabilities_(Capabilities::ask()), arrays_(capabilities_) {}
+
+Renderer::~Renderer() = default;
 
 void Renderer::drawStreamed(const Drawing& drawing) {
     SavedState saved(capabilities_);
@@ -135,11 +147,12 @@ void Renderer::draw(const Source& source, SavedState& saved) {
 
 void Renderer::drawCommand(const Source& source, const Command& command, SavedState& saved) {
     saved.prepareFor(command.kind);
-    if (command.overlap == none || saved.testsDepth())
+    const Look& look = source.drawing.looks[command.look];
+    if (!look.paintsOnce || saved.testsDepth())
         return paint(source, command, saved);
-    const Overlap& overlap = source.drawing.overlaps[command.overlap];
+    const Overlap& overlap = look.overlap;
     if (!command.continuesOverlap)
-        box_ = boxOf(overlap, matrixOf(source, command), saved);
+        box_ = boxOf(overlap, matrixOf(source, look), saved);
     if (box_.isEmpty())
         return;
     isMasked_ = mask_.begin(box_, saved.viewport(), !command.continuesOverlap, capabilities_);
@@ -152,13 +165,14 @@ void Renderer::drawCommand(const Source& source, const Command& command, SavedSt
 }
 
 void Renderer::paint(const Source& source, const Command& command, const SavedState& saved) {
-    CanvasProgram& program = programOf(source, command);
+    const Look& look = source.drawing.looks[command.look];
+    CanvasProgram& program = programOf(command.kind, look);
     if (program.name() == 0)
         return;
     glUseProgram(program.name());
     setUniforms(program, source, command, saved);
-    if (command.points != none)
-        drawPoints(command, source.drawing.points[command.points]);
+    if (look.isFromBuffer)
+        drawPoints(command, look.points);
     else if (source.kept != nullptr)
         drawKeptRecords(*source.kept, command);
     else
@@ -256,59 +270,59 @@ CanvasProgram& Renderer::program(ProgramFamily family, unsigned int variants) {
     return *program;
 }
 
-CanvasProgram& Renderer::programOf(const Source& source, const Command& command) {
-    const unsigned int style = command.points != none ? uniformStyle : 0u;
-    if (isFlat(command.kind))
-        return program(ProgramFamily::Flat, style);
-    if (command.kind == Kind::Discs)
-        return program(ProgramFamily::Disc, style);
-    const Style& stroke = source.drawing.styles[command.style];
-    return program(ProgramFamily::Stroke, style | (stroke.isThin ? thin : 0u) |
-                                              (stroke.isDashed ? dashed : 0u) |
-                                              (stroke.isGradient ? gradient : 0u));
+CanvasProgram& Renderer::programOf(Kind kind, const Look& look) {
+    const unsigned int variants = look.isFromBuffer ? uniformStyle : 0u;
+    if (isFlat(kind))
+        return program(ProgramFamily::Flat, variants);
+    if (kind == Kind::Discs)
+        return program(ProgramFamily::Disc, variants);
+    const Style& style = look.style;
+    return program(ProgramFamily::Stroke, variants | (style.isThin ? thin : 0u) |
+                                              (style.isDashed ? dashed : 0u) |
+                                              (style.isGradient ? gradient : 0u));
 }
 
-glm::mat4 Renderer::matrixOf(const Source& source, const Command& command) const {
-    const glm::mat4& own = source.drawing.matrices[command.matrix];
-    return source.matrix != nullptr ? *source.matrix * own : own;
+glm::mat4 Renderer::matrixOf(const Source& source, const Look& look) {
+    return source.matrix != nullptr ? product(*source.matrix, look.matrix) : look.matrix;
 }
 
 void Renderer::setUniforms(CanvasProgram& program, const Source& source, const Command& command,
                            const SavedState& saved) const {
-    const auto location = [&](UniformName name) { return program.location(name); };
-    const bool isNew = program.drawing != numDrawings_;
-    if (isNew || program.matrix != command.matrix) {
-        glUniformMatrix4fv(location(UniformName::Matrix), 1, GL_FALSE,
-                           &matrixOf(source, command)[0][0]);
-    }
-    if (isNew) {
-        const int(&viewport)[4] = saved.viewport();
-        glUniform4f(location(UniformName::Viewport), static_cast<float>(viewport[0]),
-                    static_cast<float>(viewport[1]), static_cast<float>(viewport[2]),
-                    static_cast<float>(viewport[3]));
-    }
-    if (command.style != none && (isNew || program.style != command.style)) {
-        const Style& style = source.drawing.styles[command.style];
-        glUniform1f(location(UniformName::Join), static_cast<float>(style.join));
-        glUniform1f(location(UniformName::Cap), static_cast<float>(style.cap));
-        glUniform1f(location(UniformName::MiterLimit), style.miterLimit);
-        if (style.isDashed) {
-            glUniform4fv(location(UniformName::Dashes), 2, style.dashes.data());
-            glUniform1f(location(UniformName::DashPeriod), style.period);
-            glUniformMatrix4fv(location(UniformName::DashMatrix), 1, GL_FALSE,
-                               &style.dashMatrix[0][0]);
-            glUniform2f(location(UniformName::DashScale), style.dashScale.x, style.dashScale.y);
-        }
-    }
-    if (command.points != none) {
-        const BufferPoints& points = source.drawing.points[command.points];
-        const glm::vec4 color = glm::vec4(points.color) / 255.f;
-        glUniform1f(location(UniformName::HalfWidth), points.halfWidth);
-        glUniform4f(location(UniformName::StyleColor), color.r, color.g, color.b, color.a);
-    }
+    if (program.drawing == numDrawings_ && program.look == command.look)
+        return;
     program.drawing = numDrawings_;
-    program.matrix = command.matrix;
-    program.style = command.style;
+    program.look = command.look;
+    const Look& look = source.drawing.looks[command.look];
+    const auto set = [&](UniformName name, float value) {
+        glUniform1f(program.location(name), value);
+    };
+    const auto setMatrix = [&](UniformName name, const glm::mat4& matrix) {
+        glUniformMatrix4fv(program.location(name), 1, GL_FALSE, &matrix[0][0]);
+    };
+    const auto set4 = [&](UniformName name, const glm::vec4& value) {
+        glUniform4fv(program.location(name), 1, &value[0]);
+    };
+    setMatrix(UniformName::Matrix, matrixOf(source, look));
+    if (isFlat(command.kind) && !look.isFromBuffer)
+        return;
+    const int(&viewport)[4] = saved.viewport();
+    set4(UniformName::Viewport, glm::vec4(viewport[0], viewport[1], viewport[2], viewport[3]));
+    if (look.isFromBuffer) {
+        set(UniformName::HalfWidth, look.points.halfWidth);
+        set4(UniformName::StyleColor, toNumbers(look.points.color));
+    }
+    const Style& style = look.style;
+    if (command.kind == Kind::Strip || command.kind == Kind::Segments) {
+        set(UniformName::Join, static_cast<float>(style.join));
+        set(UniformName::Cap, static_cast<float>(style.cap));
+        set(UniformName::MiterLimit, style.miterLimit);
+    }
+    if (style.isDashed) {
+        glUniform4fv(program.location(UniformName::Dashes), 2, style.dashes.data());
+        set(UniformName::DashPeriod, style.period);
+        setMatrix(UniformName::DashMatrix, style.dashMatrix);
+        glUniform2f(program.location(UniformName::DashScale), style.dashScale.x, style.dashScale.y);
+    }
 }
 
 // --- Strokes that paint each pixel once ---
@@ -323,10 +337,12 @@ PixelBox Renderer::boxOf(const Overlap& overlap, const glm::mat4& matrix,
         const glm::vec3 corner((i & 1) != 0 ? overlap.highest.x : overlap.lowest.x,
                                (i & 2) != 0 ? overlap.highest.y : overlap.lowest.y,
                                (i & 4) != 0 ? overlap.highest.z : overlap.lowest.z);
-        const glm::vec4 clip = matrix * glm::vec4(corner, 1.f);
+        const glm::vec4 clip = placeOf(matrix, corner);
         isInFront = clip.w > 0.f && clip.z >= -clip.w;
-        low = glm::min(low, glm::vec2(clip) / clip.w);
-        high = glm::max(high, glm::vec2(clip) / clip.w);
+        for (int axis = 0; axis < 2; ++axis) {
+            low[axis] = std::min(low[axis], clip[axis] / clip.w);
+            high[axis] = std::max(high[axis], clip[axis] / clip.w);
+        }
     }
     // What reaches behind the near plane may be anywhere.
     if (!isInFront || !std::isfinite(low.x + low.y + high.x + high.y)) {
@@ -371,8 +387,8 @@ void Renderer::composite(const Overlap& overlap, const SavedState& saved) {
         glUniform4f(painter.location(UniformName::Frame), static_cast<float>(box_.x),
                     static_cast<float>(box_.y), 1.f / static_cast<float>(mask_.width()),
                     1.f / static_cast<float>(mask_.height()));
-        const glm::vec4 color = glm::vec4(overlap.color) / 255.f;
-        glUniform4f(painter.location(UniformName::StyleColor), color.r, color.g, color.b, 1.f);
+        const glm::vec4 color = toNumbers(overlap.color);
+        glUniform4fv(painter.location(UniformName::StyleColor), 1, &color[0]);
         arrays_.useQuad();
         glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     });

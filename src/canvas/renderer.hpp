@@ -26,7 +26,10 @@ std::size_t streamedSize(std::size_t arena);
 class Renderer {
 public:
     /// For the GL context that is current.
-    Renderer() : capabilities_(Capabilities::ask()), arrays_(capabilities_) {}
+    Renderer();
+    ~Renderer();
+    Renderer(const Renderer&) = delete;
+    Renderer& operator=(const Renderer&) = delete;
 
     const Capabilities& capabilities() const { return capabilities_; }
 
@@ -57,10 +60,10 @@ private:
     void composite(const Overlap& overlap, const SavedState& saved);
 
     CanvasProgram& program(ProgramFamily family, unsigned int variants);
-    CanvasProgram& programOf(const Source& source, const Command& command);
+    CanvasProgram& programOf(Kind kind, const Look& look);
     void setUniforms(CanvasProgram& program, const Source& source, const Command& command,
                      const SavedState& saved) const;
-    glm::mat4 matrixOf(const Source& source, const Command& command) const;
+    static glm::mat4 matrixOf(const Source& source, const Look& look);
     PixelBox boxOf(const Overlap& overlap, const glm::mat4& matrix, const SavedState& saved) const;
 
     Capabilities capabilities_;

@@ -1,5 +1,6 @@
 #include "canvas/vertex_arrays.hpp"
 
+#include <iterator>
 #include <vector>
 
 #include <vellis/gl.hpp>
@@ -84,17 +85,20 @@ struct VertexArrays::Attribute {
 void VertexArrays::makeCorners() {
     if (corners_.name() != 0)
         return;
-    std::vector<CornerBytes> corners;
-    std::vector<unsigned short> indices;
-    corners.reserve(mostCopied * 7);
-    indices.reserve(mostCopied * 6);
-    for (std::size_t i = 0; i < mostCopied; ++i) {
-        corners.insert(corners.end(), std::begin(quadCorners), std::end(quadCorners));
-        for (const unsigned int index : quadIndices)
-            indices.push_back(static_cast<unsigned short>(4 * i + index));
+    constexpr std::size_t numQuadCorners = std::size(quadCorners);
+    constexpr std::size_t numIndices = std::size(quadIndices);
+    std::vector<CornerBytes> corners(mostCopied * (numQuadCorners + std::size(triangleCorners)));
+    std::vector<unsigned short> indices(mostCopied * numIndices);
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        corners[i] =
+            i < mostCopied * numQuadCorners
+                ? quadCorners[i % numQuadCorners]
+                : triangleCorners[(i - mostCopied * numQuadCorners) % std::size(triangleCorners)];
     }
-    for (std::size_t i = 0; i < mostCopied; ++i)
-        corners.insert(corners.end(), std::begin(triangleCorners), std::end(triangleCorners));
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+        indices[i] = static_cast<unsigned short>(numQuadCorners * (i / numIndices) +
+                                                 quadIndices[i % numIndices]);
+    }
     corners_ = makeBuffer(GL_ARRAY_BUFFER, corners);
     // With a vertex array object bound, this would land in it.
     indices_ = makeBuffer(GL_ARRAY_BUFFER, indices);
