@@ -45,13 +45,18 @@ void setDashes(Style& style, const Stroke& stroke, float pixelRatio) {
     float gaps = 0.f;
     const unsigned int count =
         stroke.numDashes < Stroke::mostDashes ? stroke.numDashes : Stroke::mostDashes;
-    for (unsigned int i = 0; i < count; ++i) {
+    for (unsigned int i = 0; i < Stroke::mostDashes; ++i) {
+        if (i >= count) { // for the shader, which looks at all of them, the first one again
+            style.dashes[i] = style.dashes[0];
+            style.dashes[Stroke::mostDashes + i] = style.dashes[Stroke::mostDashes];
+            continue;
+        }
         const float length = stroke.dashes[i].length * pixelRatio;
         const float gap = stroke.dashes[i].gap * pixelRatio;
         if (!(length >= 0.f && gap >= 0.f))
             return;
-        style.dashes[2 * i] = length;
-        style.dashes[2 * i + 1] = gap;
+        style.dashes[i] = sum + length / 2.f;
+        style.dashes[Stroke::mostDashes + i] = length / 2.f;
         sum += length + gap;
         gaps += gap;
     }

@@ -101,10 +101,11 @@ struct Style {
     Stroke::Join join = Stroke::Join::Miter;
     Stroke::Cap cap = Stroke::Cap::Butt;
     float miterLimit = 0.f;
-    float period = 0.f;                                 ///< of the dashes, in pixels
-    std::array<float, 2 * Stroke::mostDashes> dashes{}; ///< lengths and gaps, 0 behind the last
-    glm::mat4 dashMatrix{0.f};                          ///< of which dashes have their lengths
-    glm::vec2 dashScale{0.f};                           ///< half the viewport's size then
+    float period = 0.f; ///< of the dashes, in pixels
+    std::array<float, 2 * Stroke::mostDashes>
+        dashes{};              ///< the middle of each, then half its length
+    glm::mat4 dashMatrix{0.f}; ///< of which dashes have their lengths
+    glm::vec2 dashScale{0.f};  ///< half the viewport's size then
 
     bool operator==(const Style& other) const;
 };
