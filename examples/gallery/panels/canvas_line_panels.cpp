@@ -109,7 +109,7 @@ void drawCanvasDashes(const Canvas& surface) {
     canvas->drawLineStrip(strokeOf(teal, 4.0f).dashed({{12.0f, 6.0f}}), wave);
     const auto ring = aroundCurve(
         90, [](float t) { return glm::vec2(56.0f, 202.0f) + onCircle(2.0f * pi * t, 26.0f); });
-    canvas->drawLineLoop(round.dashed({{0.0f, 16.336f}}), ring); // of which ten go around
+    canvas->drawLineLoop(round.dashed({{0.0f, 16.336f}}, 8.0f), ring); // of which ten go around
     const Stroke cornered = strokeOf(plum, 8.0f).dashed({{26.0f, 9.0f}});
     canvas->drawLineStrip(cornered, {{108.0f, 226.0f},
                                      {132.0f, 182.0f},
@@ -168,13 +168,120 @@ void drawGradients(const Canvas& surface) {
 } // namespace
 
 std::vector<Panel> canvasLinePanels() {
+    // Half transparent over paper, once and twice.
+    constexpr Color navyOnce{144, 159, 171};
+    constexpr Color navyTwice{91, 115, 136};
     return {
-        {"canvas-joins", "joins and caps", 1, drawJoins, {}},
-        {"canvas-miter-limits", "miter limits", 1, drawMiterLimits, {}},
-        {"canvas-widths", "widths up to 40", 1, drawCanvasWidths, {}},
-        {"canvas-dashes", "dashes", 1, drawCanvasDashes, {}},
-        {"canvas-overlaps", "once and often", 1, drawOverlaps, {}},
-        {"canvas-gradients", "gradients", 1, drawGradients, {}},
+        {"canvas-joins",
+         "joins and caps",
+         1,
+         drawJoins,
+         {
+             ColorAt{{43, 16}, navy},
+             ColorAt{{119, 18}, paper},
+             ColorAt{{119, 24}, navy},
+             ColorAt{{195, 23}, paper},
+             ColorAt{{195, 27}, navy},
+             ColorAt{{16, 69}, paper}, // beyond the last point: no cap
+             ColorAt{{17, 142}, teal}, // a square one
+             ColorAt{{23, 148}, teal}, // its corner
+             ColorAt{{16, 217}, coral},
+             ColorAt{{23, 222}, paper},
+             EdgeBetween{{43, 8}, {43, 16}, paper, navy},
+             EdgeBetween{{119, 170}, {119, 160}, coral, paper},
+         }},
+        {"canvas-miter-limits",
+         "miter limits",
+         1,
+         drawMiterLimits,
+         {
+             ColorAt{{36, 25}, paper},
+             ColorAt{{36, 42}, navy},
+             ColorAt{{92, 25}, paper},
+             ColorAt{{148, 25}, navy},
+             ColorAt{{204, 25}, navy},
+             ColorAt{{26, 142}, paper},
+             ColorAt{{74, 142}, paper},
+             ColorAt{{134, 136}, teal},
+             ColorAt{{196, 144}, teal},
+             EdgeBetween{{36, 30}, {36, 42}, paper, navy},
+             widthBetween({14, 60}, {36, 60}, 11, 13),
+         }},
+        {"canvas-widths",
+         "widths up to 40",
+         1,
+         drawCanvasWidths,
+         {
+             widthBetween({60, 12}, {60, 21}, 1, 2),
+             widthBetween({60, 50}, {60, 60}, 1, 3),
+             widthBetween({60, 72}, {60, 83}, 3, 5),
+             widthBetween({60, 117}, {60, 136}, 12, 14),
+             widthBetween({60, 138}, {60, 164}, 20, 22),
+             widthBetween({60, 166}, {60, 225}, 40, 42),
+             ColorAt{{120, 185}, plum},
+             ColorAt{{20, 185}, paper},
+             ColorAt{{220, 185}, paper},
+             EdgeBetween{{60, 225}, {60, 200}, paper, plum},
+         }},
+        {"canvas-dashes",
+         "dashes",
+         1,
+         drawCanvasDashes,
+         {
+             ColorAt{{26, 18}, navy},
+             ColorAt{{41, 18}, paper},
+             ColorAt{{51, 18}, navy},
+             ColorAt{{31, 32}, paper},
+             ColorAt{{41, 32}, navy},
+             ColorAt{{20, 46}, paper},
+             ColorAt{{31, 46}, navy},
+             ColorAt{{43, 60}, paper},
+             ColorAt{{49, 60}, navy},
+             ColorAt{{55, 60}, paper},
+             ColorAt{{28, 88}, coral},
+             ColorAt{{22, 88}, paper},
+             ColorAt{{24, 102}, coral},
+             ColorAt{{39, 102}, paper},
+             ColorAt{{44, 116}, coral},
+             ColorAt{{37, 116}, paper},
+             ColorAt{{81, 210}, coral},
+             ColorAt{{31, 194}, coral},
+             ColorAt{{82, 202}, paper},
+             ColorAt{{114, 215}, plum},
+             ColorAt{{122, 199}, paper},
+             ColorAt{{132, 180}, plum}, // around a corner
+             EdgeBetween{{26, 18}, {41, 18}, navy, paper},
+         }},
+        {"canvas-overlaps",
+         "once and often",
+         1,
+         drawOverlaps,
+         {
+             ColorAt{{62, 40}, navyOnce},
+             ColorAt{{178, 40}, navyOnce},
+             ColorAt{{62, 81}, navyOnce},
+             ColorAt{{178, 81}, navyTwice},
+             ColorAt{{34, 178}, {233, 155, 96}, 8},
+             ColorAt{{150, 178}, {232, 133, 88}, 8},
+             ColorAt{{120, 60}, sand},
+             ColorAt{{120, 100}, paper},
+         }},
+        {"canvas-gradients",
+         "gradients",
+         1,
+         drawGradients,
+         {
+             ColorAt{{132, 92}, navy, 16},
+             ColorAt{{194, 92}, plum, 16},
+             ColorAt{{32, 192}, teal},
+             ColorAt{{120, 192}, {136, 134, 112}, 12},
+             ColorAt{{208, 192}, coral},
+             ColorAt{{32, 218}, navy},
+             ColorAt{{120, 218}, navyOnce, 12},
+             ColorAt{{208, 218}, paper, 12},
+             ColorAt{{120, 120}, paper},
+             widthBetween({120, 180}, {120, 204}, 14, 16),
+         }},
     };
 }
 

@@ -32,37 +32,6 @@ private:
     std::mt19937 random_{5};
 };
 
-/// Points of many sizes, with one colour each, and bullseyes.
-void drawMarks(const Canvas& surface) {
-    const PanelCanvas canvas(surface);
-    const std::vector<Color> rainbow = {navy, blue, teal, sand, orange, coral, plum};
-    std::vector<glm::vec2> points;
-    std::vector<float> sizes;
-    std::vector<glm::vec4> colors;
-    float x = 8.0f;
-    for (const float size :
-         {0.5f, 1.0f, 1.5f, 2.0f, 3.0f, 5.0f, 8.0f, 12.0f, 18.0f, 26.0f, 40.0f}) {
-        x += size / 2.0f + 4.0f;
-        points.emplace_back(x, 36.0f);
-        sizes.push_back(size);
-        colors.push_back(blendRgba(rainbow, x / 220.0f));
-        x += size / 2.0f + 4.0f;
-    }
-    for (int i = 0; i < 400; ++i) { // a sunflower's seeds
-        const auto number = static_cast<float>(i) + 0.5f;
-        points.push_back(glm::vec2(86.0f, 150.0f) +
-                         onCircle(2.39996323f * number, 3.5f * std::sqrt(number)));
-        sizes.push_back(1.5f + 0.012f * number);
-        colors.push_back(blendRgba(rainbow, number / 400.0f));
-    }
-    canvas->drawPoints(colors, sizes, points);
-    float y = 86.0f;
-    for (const float size : {9.0f, 14.0f, 22.0f, 34.0f, 48.0f}) {
-        canvas->drawBullseyes(toRgba(coral), toRgba(paper), size, {{198.0f, y}});
-        y += size + 6.0f;
-    }
-}
-
 // --- A map ---
 
 /// The coast of an island, at an angle around its middle.
@@ -203,88 +172,51 @@ void drawWireframe(const Canvas& surface) {
     canvas->drawPoints(toRgba(coral), 9.0f, {glm::vec3(0.0f, 1.02f, 0.0f)});
 }
 
-// --- Pictures ---
-
-/// A wheel with spokes and a marked rim, as high as 2.
-void recordWheel(vellis::Canvas& canvas) {
-    const auto rim = aroundCurve(64, [](float t) { return onCircle(2.0f * pi * t); });
-    canvas.drawTriangleFan(toRgba(sand), rim);
-    std::vector<glm::vec2> spokes;
-    for (int i = 0; i < 7; ++i) {
-        spokes.push_back(glm::vec2(0.0f));
-        spokes.push_back(onCircle(2.0f * pi * static_cast<float>(i) / 7.0f));
-    }
-    canvas.drawLines(Stroke(toRgba(navy), 1.5f), spokes);
-    canvas.drawLineLoop(Stroke(toRgba(ink), 2.5f), rim);
-    canvas.drawBullseyes(toRgba(coral), toRgba(paper), 9.0f, {onCircle(0.45f, 0.62f)});
-}
-
-/// One picture of a wheel, turned and scaled; its lines keep their widths.
-void drawPictures(const Canvas& surface) {
-    const auto recorder = vellis::Canvas::make();
-    recorder->setPixelRatio(surface.length(1.0f));
-    recorder->beginPicture(panelPixels);
-    recordWheel(*recorder);
-    const auto wheel = recorder->endPicture();
-
-    const PanelCanvas canvas(surface);
-    const auto drawAt = [&](const glm::vec2& at, float angle, const glm::vec2& size) {
-        const glm::mat4 place = glm::translate(glm::mat4(1.0f), glm::vec3(at, 0.0f));
-        const glm::mat4 turned = glm::rotate(place, angle, glm::vec3(0.0f, 0.0f, 1.0f));
-        canvas->setTransform(glm::scale(turned, glm::vec3(size, 1.0f)));
-        canvas->drawPicture(wheel);
-    };
-    for (int i = 0; i < 9; ++i) {
-        const auto number = static_cast<float>(i);
-        const glm::vec2 at = glm::vec2(120.0f) + onCircle(0.62f * number - 1.9f, 86.0f);
-        drawAt(at, 0.7f * number, glm::vec2(9.0f + 2.0f * number));
-    }
-    drawAt({120.0f, 120.0f}, -0.4f, {48.0f, 30.0f});
-}
-
-/// Areas with a colour for each point.
-void drawColoredAreas(const Canvas& surface) {
-    const PanelCanvas canvas(surface);
-    const std::vector<Color> around = {coral, sand, teal, blue, plum, coral};
-    std::vector<glm::vec2> ring;
-    std::vector<glm::vec4> colors;
-    for (int i = 0; i <= 90; ++i) {
-        const float t = static_cast<float>(i) / 90.0f;
-        const glm::vec4 color = blendRgba(around, t);
-        for (const float radius : {34.0f, 62.0f}) {
-            ring.push_back(glm::vec2(76.0f, 76.0f) + onCircle(2.0f * pi * t, radius));
-            colors.push_back(radius > 40.0f ? color : glm::mix(color, glm::vec4(1.0f), 0.65f));
-        }
-    }
-    canvas->drawTriangleStrip(colors, ring);
-    canvas->drawQuad(
-        std::vector<glm::vec4>{toRgba(navy), toRgba(teal), toRgba(sand), toRgba(coral)},
-        {{158.0f, 18.0f}, {226.0f, 18.0f}, {226.0f, 132.0f}, {158.0f, 132.0f}});
-    const auto hexagon = aroundCurve(
-        6, [](float t) { return glm::vec2(56.0f, 188.0f) + onCircle(2.0f * pi * t, 40.0f); });
-    std::vector<glm::vec2> fan = {{56.0f, 188.0f}};
-    fan.insert(fan.end(), hexagon.begin(), hexagon.end());
-    fan.push_back(hexagon.front());
-    std::vector<glm::vec4> fanColors = {toRgba(paper)};
-    for (int i = 0; i <= 6; ++i)
-        fanColors.push_back(toRgba(i % 2 == 0 ? plum : orange));
-    canvas->drawTriangleFan(fanColors, fan);
-    canvas->drawQuad(toRgba(sky), Stroke(toRgba(navy), 4.0f),
-                     {{118.0f, 158.0f}, {160.0f, 148.0f}, {168.0f, 226.0f}, {112.0f, 220.0f}});
-    canvas->drawTriangles(std::vector<glm::vec4>{toRgba(coral), toRgba(coral, 0.0f), toRgba(coral)},
-                          {{182.0f, 226.0f}, {204.0f, 148.0f}, {228.0f, 226.0f}});
-}
-
 } // namespace
 
 std::vector<Panel> canvasScenePanels() {
     return {
-        {"canvas-marks", "points, bullseyes", 1, drawMarks, {}},
-        {"canvas-map", "a map", 1, drawMap, {}},
-        {"canvas-plot", "100,000 samples", 1, drawLargePlot, {}},
-        {"canvas-wireframe", "a wireframe", 1, drawWireframe, {}},
-        {"canvas-pictures", "pictures", 1, drawPictures, {}},
-        {"canvas-areas", "areas", 4, drawColoredAreas, {}},
+        {"canvas-map",
+         "a map",
+         1,
+         drawMap,
+         {
+             ColorAt{{10, 10}, sky}, ColorAt{{10, 50}, sky}, ColorAt{{150, 80}, sheet},
+             ColorAt{{60, 60}, sheet}, ColorAt{{120, 168}, ink}, ColorAt{{74, 152}, ink},
+             ColorAt{{140, 134}, coral, 14}, ColorAt{{140, 137}, paper, 14},
+             EdgeBetween{{120, 156}, {120, 168}, sheet, ink},
+             MixedBetween{{60, 152}, {88, 152}, sheet, sheet, 4, 6},   // a town
+             MixedBetween{{140, 105}, {140, 122}, sheet, sheet, 2, 5}, // a river
+         }},
+        {"canvas-plot",
+         "100,000 samples",
+         1,
+         drawLargePlot,
+         {
+             ColorAt{{20, 100}, ink},
+             ColorAt{{120, 220}, ink},
+             ColorAt{{60, 80}, teal},
+             ColorAt{{125, 160}, teal},
+             ColorAt{{110, 110}, paper},
+             ColorAt{{120, 30}, paper},
+             ColorAt{{234, 230}, paper},
+             MixedBetween{{186, 200}, {217, 200}, paper, paper, 16, 20}, // dashes
+             widthBetween({10, 190}, {30, 190}, 2),
+             widthBetween({165, 232}, {165, 205}, 2),
+             EdgeBetween{{125, 140}, {125, 160}, paper, teal},
+         }},
+        {"canvas-wireframe",
+         "a wireframe",
+         1,
+         drawWireframe,
+         {
+             ColorAt{{120, 12}, coral}, ColorAt{{130, 82}, sky}, ColorAt{{110, 140}, sky},
+             ColorAt{{10, 10}, paper}, ColorAt{{230, 40}, paper},
+             EdgeBetween{{120, 4}, {120, 12}, paper, coral},
+             MixedBetween{{104, 82}, {136, 82}, sky, sky, 2, 4},   // a line inside of the ball
+             MixedBetween{{110, 185}, {110, 200}, sky, sky, 3, 8}, // two outside of it
+             widthBetween({20, 202}, {20, 214}, 1, 3),             // one of the ground
+         }},
     };
 }
 

@@ -25,7 +25,10 @@ std::vector<Panel> toolboxMarkPanels();
 /// A canvas's strokes: joins, caps, widths, dashes and colours.
 std::vector<Panel> canvasLinePanels();
 
-/// A canvas's points, areas and pictures, and scenes of many lines.
+/// A canvas's points, pictures and areas.
+std::vector<Panel> canvasShapePanels();
+
+/// Scenes of many lines of a canvas's: a map, a plot, a wireframe.
 std::vector<Panel> canvasScenePanels();
 
 /// Textures of one to three dimensions.
