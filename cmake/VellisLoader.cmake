@@ -59,6 +59,13 @@ function(vellis_generate_loader python out)
     # structure, and changes the pointers once it is filled.
     vellis_run_glad("${python}" "${fresh}/global")
     vellis_run_glad("${python}" "${fresh}/context" --mx)
+    execute_process(
+        COMMAND "${python}" "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/pack_loader.py"
+                "${fresh}/context/src/gl.c"
+        RESULT_VARIABLE failed ERROR_VARIABLE errors)
+    if(failed)
+        message(FATAL_ERROR "The loader cannot be packed:\n${errors}")
+    endif()
 
     # glad's headers move into vellis's own include folder, so that an application's glad is never
     # mistaken for ours.

@@ -75,12 +75,12 @@ void Canvas::drawStroke(Shape shape, const Stroke& stroke, unsigned int first, u
                         const std::shared_ptr<const VertexBuffer>& buffer,
                         unsigned int dimensions) {
     const float halfWidth = stroke.width * painter_->setting().pixelRatio / 2.f;
-    const BufferPoints points = {buffer, shape,     first,
-                                 count,  halfWidth, canvas::toColor(stroke.color)};
+    const BufferPoints points = {nullptr, shape,     first,
+                                 count,   halfWidth, canvas::toColor(stroke.color)};
     if (!stroke.isAntialiased)
-        painter_->drawPoints(Kind::Lines, points, dimensions, nullptr);
+        painter_->drawPoints(Kind::Lines, points, buffer, dimensions, nullptr);
     else if (halfWidth > 0.f && std::isfinite(halfWidth))
-        painter_->drawPoints(Kind::Strip, points, dimensions, &stroke);
+        painter_->drawPoints(Kind::Strip, points, buffer, dimensions, &stroke);
 }
 
 void Canvas::drawArea(Shape shape, const Colors& colors, const Points& points) {
@@ -90,20 +90,18 @@ void Canvas::drawArea(Shape shape, const Colors& colors, const Points& points) {
 
 void Canvas::drawArea(Shape shape, const glm::vec4& color, unsigned int first, unsigned int count,
                       const std::shared_ptr<const VertexBuffer>& buffer, unsigned int dimensions) {
-    painter_->drawPoints(Kind::Triangles,
-                         {buffer, shape, first, count, 0.f, canvas::toColor(color)}, dimensions,
-                         nullptr);
+    const BufferPoints points = {nullptr, shape, first, count, 0.f, canvas::toColor(color)};
+    painter_->drawPoints(Kind::Triangles, points, buffer, dimensions, nullptr);
 }
 
 void Canvas::drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
                         const std::shared_ptr<const VertexBuffer>& buffer,
                         unsigned int dimensions) {
     const float radius = size * painter_->setting().pixelRatio / 2.f;
-    if (radius > 0.f && std::isfinite(radius)) {
-        painter_->drawPoints(Kind::Discs,
-                             {buffer, Shape::Lines, first, count, radius, canvas::toColor(color)},
-                             dimensions, nullptr);
-    }
+    const BufferPoints points = {nullptr, Shape::Lines, first,
+                                 count,   radius,       canvas::toColor(color)};
+    if (radius > 0.f && std::isfinite(radius))
+        painter_->drawPoints(Kind::Discs, points, buffer, dimensions, nullptr);
 }
 
 void Canvas::drawPoints(const Colors& colors, const Sizes& sizes, const Points& points) {

@@ -1,5 +1,6 @@
 #include "canvas/dash_pattern.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "canvas/matrices.hpp"
@@ -41,27 +42,34 @@ double wrap(double value, double period) {
 } // namespace
 
 void setDashes(Style& style, const Stroke& stroke, float pixelRatio) {
-    float sum = 0.f;
+    float end = 0.f;
     float gaps = 0.f;
-    const unsigned int count =
-        stroke.numDashes < Stroke::mostDashes ? stroke.numDashes : Stroke::mostDashes;
+    const unsigned int count = std::min<unsigned int>(stroke.numDashes, Stroke::mostDashes);
     for (unsigned int i = 0; i < Stroke::mostDashes; ++i) {
-        if (i >= count) { // for the shader, which looks at all of them, the first one again
+        if (i >= count) { // the first one again, which changes nothing
             style.dashes[i] = style.dashes[0];
             style.dashes[Stroke::mostDashes + i] = style.dashes[Stroke::mostDashes];
             continue;
         }
-        const float length = stroke.dashes[i].length * pixelRatio;
+        const float half = stroke.dashes[i].length * pixelRatio / 2.f;
         const float gap = stroke.dashes[i].gap * pixelRatio;
-        if (!(length >= 0.f && gap >= 0.f))
+        if (!(half >= 0.f && gap >= 0.f))
             return;
-        style.dashes[i] = sum + length / 2.f;
-        style.dashes[Stroke::mostDashes + i] = length / 2.f;
-        sum += length + gap;
+        style.dashes[i] = end + half;
+        style.dashes[Stroke::mostDashes + i] = half;
+        end += 2.f * half + gap;
         gaps += gap;
     }
-    style.isDashed = gaps > 0.f && std::isfinite(sum);
-    style.period = sum;
+    style.isDashed = gaps > 0.f && std::isfinite(end);
+    style.period = end;
+}
+
+bool isOnDash(const Style& style, float phase) {
+    for (unsigned int i = 0; i < Stroke::mostDashes; ++i) {
+        if (std::abs(phase - style.dashes[i]) <= style.dashes[Stroke::mostDashes + i])
+            return true;
+    }
+    return false;
 }
 
 Ruler::Ruler(const glm::mat4& matrix, const glm::vec2& scale, double offset, double period)

@@ -14,6 +14,9 @@ namespace vellis::canvas {
 /// Puts the dashes of a stroke into a style, if there are any: see Stroke::dashed.
 void setDashes(Style& style, const Stroke& stroke, float pixelRatio);
 
+/// Whether a place in the pattern is on a dash.
+bool isOnDash(const Style& style, float phase);
+
 /// How far a line has come, in pixels, for dashes whose phase runs on along the whole line.
 class Ruler {
 public:

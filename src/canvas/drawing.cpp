@@ -11,9 +11,8 @@ static_assert(recordSize(Kind::Discs, 2) == sizeof(Disc<2>));
 static_assert(arenaOf(Kind::Discs, 3) + 1 == numArenas);
 
 bool Style::operator==(const Style& other) const {
-    const bool isSame = isThin == other.isThin && isGradient == other.isGradient &&
-                        isDashed == other.isDashed && join == other.join && cap == other.cap &&
-                        miterLimit == other.miterLimit;
+    const bool isSame = isGradient == other.isGradient && isDashed == other.isDashed &&
+                        join == other.join && cap == other.cap && miterLimit == other.miterLimit;
     return isSame &&
            (!isDashed || (period == other.period && dashes == other.dashes &&
                           dashMatrix == other.dashMatrix && dashScale == other.dashScale));
@@ -27,6 +26,7 @@ void Drawing::clear() {
         arena.used = arena.count = 0;
     commands.clear();
     looks.clear();
+    buffers.clear();
 }
 
 } // namespace vellis::canvas

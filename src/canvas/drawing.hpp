@@ -95,17 +95,15 @@ struct Arena {
 
 /// What the commands of strokes have in common.
 struct Style {
-    bool isThin = false;     ///< up to 1.5 pixels: drawn the cheaper way
     bool isGradient = false; ///< whether colours change along the pieces
     bool isDashed = false;
     Stroke::Join join = Stroke::Join::Miter;
     Stroke::Cap cap = Stroke::Cap::Butt;
     float miterLimit = 0.f;
-    float period = 0.f; ///< of the dashes, in pixels
-    std::array<float, 2 * Stroke::mostDashes>
-        dashes{};              ///< the middle of each, then half its length
-    glm::mat4 dashMatrix{0.f}; ///< of which dashes have their lengths
-    glm::vec2 dashScale{0.f};  ///< half the viewport's size then
+    float period = 0.f;                                 ///< of the dashes, in pixels
+    std::array<float, 2 * Stroke::mostDashes> dashes{}; ///< their middles, then half their lengths
+    glm::mat4 dashMatrix{0.f};                          ///< of which dashes have their lengths
+    glm::vec2 dashScale{0.f};                           ///< half the viewport's size then
 
     bool operator==(const Style& other) const;
 };
@@ -120,8 +118,8 @@ struct Overlap {
 
 /// Points that stand in a buffer of the caller's.
 struct BufferPoints {
-    std::shared_ptr<const VertexBuffer> buffer;
-    Shape shape; ///< of lines and areas
+    const VertexBuffer* buffer; ///< one of Drawing::buffers
+    Shape shape;                ///< of lines and areas
     std::size_t first;
     std::size_t count;
     float halfWidth; ///< the radius of discs
@@ -170,6 +168,7 @@ struct Drawing {
     std::array<Arena, numArenas> arenas;
     std::vector<Command> commands;
     std::vector<Look> looks;
+    std::vector<std::shared_ptr<const VertexBuffer>> buffers; ///< the caller's, to keep them
 };
 
 } // namespace vellis::canvas

@@ -170,15 +170,17 @@ void Painter::draw(const KeptDrawing& kept) {
 
 // --- Points of a buffer ---
 
-void Painter::drawPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
+void Painter::drawPoints(Kind kind, BufferPoints points,
+                         const std::shared_ptr<const VertexBuffer>& buffer, unsigned int dimensions,
                          const Stroke* stroke) {
     Recorder* const to = recorder();
-    if (to == nullptr || points.buffer == nullptr || points.count == 0 || !isHere())
+    if (to == nullptr || buffer == nullptr || points.count == 0 || !isHere())
         return;
+    points.buffer = buffer.get();
     const bool needsInstances = kind == Kind::Strip || kind == Kind::Discs;
     if (needsInstances && !renderer().capabilities().hasInstancing)
         return readBack(kind, points, dimensions, stroke);
-    to->bufferPoints(kind, points, dimensions, setting_, matrixOf(glm::dvec3(0.)), stroke);
+    to->bufferPoints(kind, points, buffer, dimensions, setting_, matrixOf(glm::dvec3(0.)), stroke);
     flush(); // while the buffer holds what it holds now
 }
 

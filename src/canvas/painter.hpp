@@ -38,7 +38,8 @@ public:
     const Setting& setting() const { return setting_; }
 
     /// Draws points of the caller's buffer, or keeps them in the picture.
-    void drawPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
+    void drawPoints(Kind kind, BufferPoints points,
+                    const std::shared_ptr<const VertexBuffer>& buffer, unsigned int dimensions,
                     const Stroke* stroke);
 
 private:

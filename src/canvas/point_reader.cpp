@@ -43,7 +43,11 @@ PointReader::PointReader(const Points& points, const Placement& placement)
       placement_(placement),
       dimensions_(isPlane(points.type) && placement.keepsPlane() ? 2 : 3) {}
 
-void PointReader::read(std::size_t first, std::size_t count) {
+void PointReader::read(std::size_t first) {
+    const std::size_t left = points_.count - first;
+    const std::size_t count = left < blockSize ? left : blockSize;
+    first_ = first;
+    numRead_ = count;
     const glm::dvec3* const origin = placement_.isMoved() ? &placement_.origin() : nullptr;
     switch (points_.type) {
     case Type::Vec2:

@@ -53,8 +53,6 @@ private:
 /// Reads the points of a call, of whatever type, block by block, as they are under a placement.
 class PointReader {
 public:
-    static constexpr std::size_t blockSize = 256;
-
     PointReader(const Points& points, const Placement& placement);
 
     std::size_t size() const { return points_.count; }
@@ -62,34 +60,24 @@ public:
     /// 2 where all points are in the plane z = 0, otherwise 3.
     unsigned int dimensions() const { return dimensions_; }
 
-    /// Calls \p visit with each point from \p first up to \p end, and its index.
-    template <class Visit>
-    void forEach(std::size_t first, std::size_t end, Visit visit) {
-        while (first < end) {
-            const std::size_t count = end - first < blockSize ? end - first : blockSize;
-            read(first, count);
-            for (std::size_t i = 0; i < count; ++i)
-                visit(block_[i], first + i);
-            first += count;
-        }
-    }
-    template <class Visit>
-    void forEach(Visit visit) {
-        forEach(0, size(), visit);
-    }
-
-    /// One of them.
-    glm::vec3 at(std::size_t index) {
-        read(index, 1);
-        return block_[0];
+    /// A point. It stays until that of an index beyond its block is asked for.
+    const glm::vec3& operator[](std::size_t index) {
+        if (index - first_ >= numRead_)
+            read(index);
+        return block_[index - first_];
     }
 
 private:
-    void read(std::size_t first, std::size_t count);
+    static constexpr std::size_t blockSize = 256;
+
+    /// Reads as many as fit from an index on.
+    void read(std::size_t first);
 
     Points points_;
     const Placement& placement_;
     unsigned int dimensions_;
+    std::size_t first_ = 0;   ///< the index of the first point of the block
+    std::size_t numRead_ = 0; ///< of the points of the block
     std::array<glm::vec3, blockSize> block_;
 };
 

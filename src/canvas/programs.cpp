@@ -48,8 +48,7 @@ std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned i
         unsigned int variant;
         const char* line;
     };
-    constexpr VariantName names[] = {{thin, "#define THIN\n"},
-                                     {dashed, "#define DASHED\n"},
+    constexpr VariantName names[] = {{dashed, "#define DASHED\n"},
                                      {gradient, "#define GRADIENT\n"},
                                      {uniformStyle, "#define UNIFORM_STYLE\n"}};
     std::string result;

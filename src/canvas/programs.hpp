@@ -25,10 +25,9 @@ enum class ProgramFamily : unsigned char { Flat, Stroke, Disc, Mask };
 
 /// What a program of a family does beyond the plain one: bits.
 enum Variant : unsigned int {
-    thin = 1,         ///< strokes of up to 1.5 pixels
-    dashed = 2,       ///< strokes
-    gradient = 4,     ///< strokes with a colour for each point
-    uniformStyle = 8, ///< one colour and size for all, from uniforms
+    dashed = 1,       ///< strokes
+    gradient = 2,     ///< strokes with a colour for each point
+    uniformStyle = 4, ///< one colour and size for all, from uniforms
 };
 
 /// The uniforms, in the order of their names in programs.cpp.

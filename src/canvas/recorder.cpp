@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
 namespace vellis::canvas {
 namespace {
-
-constexpr float mostOfThin = 0.75f; ///< half width in pixels up to which a stroke is drawn as thin
 
 Record corner(const glm::vec3& point, unsigned int dimensions, Color color) {
     return Record(point, dimensions).add(color);
@@ -25,22 +22,24 @@ struct Extent {
     std::size_t firstGap; ///< the first point that is not finite, or the number of points
 
     explicit Extent(PointReader& points) : firstGap(points.size()) {
-        points.forEach([&](const glm::vec3& point, std::size_t i) {
-            if (isFinite(point)) {
-                lowest = glm::min(lowest, point);
-                highest = glm::max(highest, point);
-            } else {
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            const glm::vec3& point = points[i];
+            if (!isFinite(point)) {
                 firstGap = std::min(firstGap, i);
+                continue;
             }
-        });
+            for (int axis = 0; axis < 3; ++axis) {
+                lowest[axis] = std::min(lowest[axis], point[axis]);
+                highest[axis] = std::max(highest[axis], point[axis]);
+            }
+        }
     }
 };
 
 /// What the records of a stroke have in common.
-Style styleOf(const Stroke& stroke, float halfWidth, Shape shape, float pixelRatio) {
+Style styleOf(const Stroke& stroke, Shape shape, float pixelRatio) {
     Style style;
     setDashes(style, stroke, pixelRatio);
-    style.isThin = halfWidth <= mostOfThin && !style.isDashed;
     style.cap = stroke.cap;
     if (shape != Shape::Lines) { // which have no joins
         style.join = stroke.join;
@@ -49,17 +48,25 @@ Style styleOf(const Stroke& stroke, float halfWidth, Shape shape, float pixelRat
     return style;
 }
 
-/// What draws without a style.
-Look plainLook(const Setting& setting) {
-    Look look;
-    look.matrix = setting.matrix;
-    return look;
+float halfWidthOf(const Stroke& stroke, const Setting& setting) {
+    return stroke.width * setting.pixelRatio / 2.f;
 }
 
 /// What measures a dashed stroke.
 Ruler rulerOf(const Stroke& stroke, const Style& style, const Setting& setting) {
     return {setting.pixelMatrix, style.dashScale,
             double{stroke.dashOffset} * double{setting.pixelRatio}, double{style.period}};
+}
+
+/// Whether a closed line through so many points is on a dash both where it begins and where it
+/// ends.
+bool isOnAtEnds(Ruler ruler, const Style& style, PointReader& points, std::size_t count) {
+    ruler.begin(points[0]);
+    const bool isOnAtStart = isOnDash(style, ruler.phase());
+    for (std::size_t i = 1; i < count; ++i)
+        ruler.goTo(points[i]);
+    ruler.goTo(points[0]);
+    return isOnAtStart && isOnDash(style, ruler.phase());
 }
 
 /// How many half widths a stroke reaches beyond its points: a square cap's corner does 1.42.
@@ -71,7 +78,7 @@ float reachOf(const Style& style) {
 struct CornerPlace {
     bool ends;           ///< whether it is the third corner of one
     std::size_t before;  ///< which of the kept corners is the second then; 0 is the first
-    std::size_t keepsAs; ///< as which it is kept; 3 for not at all
+    std::size_t keepsAs; ///< as which it is kept
 };
 
 CornerPlace placeOf(Shape shape, std::size_t i) {
@@ -89,8 +96,7 @@ CornerPlace placeOf(Shape shape, std::size_t i) {
 
 } // namespace
 
-/// Writes the records of a line through points that come one by one. A point that is not finite
-/// ends the line, and the next one begins another.
+/// Writes the records of a line through points that come one by one.
 class StripWriter {
 public:
     /// \param ruler  Measures the line; null for one that is not dashed.
@@ -99,63 +105,57 @@ public:
           halfWidth_(halfWidth),
           ruler_(ruler) {}
 
-    /// What stands ahead of the first point of a closed line: its last one.
-    void precede(const glm::vec3& point, Color color) {
-        put(point, color, 0.f);
-        isOpen_ = false;
-    }
-
+    /// A point of the line. One that repeats the one before is left out.
     void add(const glm::vec3& point, Color color) {
         if (count_ > 0 && point == last_)
             return;
-        if (count_ == 0)
-            begin(point);
-        else
-            goOn(point, color);
+        if (count_ == 0) {
+            firstPhase_ = measure(point);
+        } else {
+            if (count_ == 1) { // only now it is known to be a line
+                if (isOpen_)
+                    put(last_, lastColor_);
+                put(last_, lastColor_, halfWidth_, firstPhase_);
+            }
+            const float phase = measure(point);
+            put(point, color, halfWidth_, phase);
+        }
         last_ = point;
         lastColor_ = color;
         ++count_;
-    }
-
-    /// Ends a closed line with its first two points.
-    void close(const glm::vec3& first, Color firstColor, const glm::vec3& second,
-               Color secondColor) {
-        put(first, firstColor, 0.f);
-        put(second, secondColor, 0.f);
     }
 
     /// Ends an open line. \return whether it was only a point.
     bool finish() {
         const bool isPoint = count_ == 1;
         if (count_ > 1)
-            put(last_, lastColor_, 0.f);
+            put(last_, lastColor_);
         count_ = 0;
         numPut_ = 0;
         return isPoint;
+    }
+
+    /// What stands ahead of the first point of a closed line and behind its last one.
+    void putNeighbor(const glm::vec3& point, Color color) {
+        isOpen_ = false;
+        put(point, color);
     }
 
     const glm::vec3& last() const { return last_; }
     Color lastColor() const { return lastColor_; }
 
 private:
-    void begin(const glm::vec3& point) {
-        if (ruler_ != nullptr)
+    float measure(const glm::vec3& point) {
+        if (ruler_ == nullptr)
+            return 0.f;
+        if (count_ == 0)
             ruler_->begin(point);
-        firstPhase_ = ruler_ != nullptr ? ruler_->phase() : 0.f;
-    }
-
-    void goOn(const glm::vec3& point, Color color) {
-        if (count_ == 1) { // only now it is known to be a line
-            if (isOpen_)
-                put(last_, lastColor_, 0.f, firstPhase_);
-            put(last_, lastColor_, halfWidth_, firstPhase_);
-        }
-        if (ruler_ != nullptr)
+        else
             ruler_->goTo(point);
-        put(point, color, halfWidth_, ruler_ != nullptr ? ruler_->phase() : 0.f);
+        return ruler_->phase();
     }
 
-    void put(const glm::vec3& point, Color color, float halfWidth, float phase = 0.f) {
+    void put(const glm::vec3& point, Color color, float halfWidth = 0.f, float phase = 0.f) {
         recorder_.put(strokeRecord(point, recorder_.dimensions_, phase, halfWidth, color), numPut_);
         numPut_ = numPut_ < 3 ? numPut_ + 1 : 3;
     }
@@ -173,10 +173,11 @@ private:
 
 // --- Commands ---
 
-void Recorder::begin(Kind kind, unsigned int dimensions, const Look& look) {
+void Recorder::begin(Kind kind, unsigned int dimensions, const glm::mat4& matrix) {
     kind_ = kind;
     dimensions_ = dimensions;
-    look_ = &look;
+    look_ = Look();
+    look_.matrix = matrix;
     arena_ = &drawing_.arenas[arenaOf(kind, dimensions)];
     copies_ = isInstanced_ ? 1 : verticesOf(kind);
     command_ = none;
@@ -188,14 +189,14 @@ bool Recorder::addsToLast() const {
         return false;
     const Command& last = drawing_.commands.back();
     return last.kind == kind_ && last.dimensions == dimensions_ &&
-           drawing_.looks[last.look].isSameAs(*look_);
+           drawing_.looks[last.look].isSameAs(look_);
 }
 
 void Recorder::openCommand() {
     if (!addsToLast()) {
         // Without memory for the second, the first is one that no command has.
-        if (drawing_.looks.empty() || !drawing_.looks.back().isSameAs(*look_))
-            drawing_.looks.push_back(*look_);
+        if (drawing_.looks.empty() || !drawing_.looks.back().isSameAs(look_))
+            drawing_.looks.push_back(look_);
         Command command = {};
         command.kind = kind_;
         command.dimensions = static_cast<unsigned char>(dimensions_);
@@ -211,7 +212,7 @@ void Recorder::openCommand() {
 void Recorder::makeRoom(std::size_t numBytes, std::size_t numRepeated) {
     const std::size_t numBefore = arena_->used;
     if (arena_->bytes.size() - numBefore < numBytes) {
-        if (command_ != none && look_->paintsOnce) {
+        if (command_ != none && look_.paintsOnce) {
             drawing_.commands[command_].endsOverlap = false;
             isWithinOverlap_ = true;
         }
@@ -241,153 +242,144 @@ void Recorder::stroke(Shape shape, const Stroke& stroke, const Points& points, c
         return;
     if (!stroke.isAntialiased)
         return aliasedLines(shape, reader, colorReader, setting);
-    const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
+    const float halfWidth = halfWidthOf(stroke, setting);
     if (!(halfWidth > 0.f && std::isfinite(halfWidth)))
         return;
-    Look look = plainLook(setting);
-    look.style = styleOf(stroke, halfWidth, shape, setting.pixelRatio);
-    look.style.isGradient = !colorReader.isOne();
-    if (look.style.isDashed) {
-        look.style.dashMatrix = setting.pixelMatrix;
-        look.style.dashScale = room_.viewportSize() / 2.f;
+    begin(shape == Shape::Lines ? Kind::Segments : Kind::Strip, reader.dimensions(),
+          setting.matrix);
+    Style& style = look_.style;
+    style = styleOf(stroke, shape, setting.pixelRatio);
+    style.isGradient = !colorReader.isOne();
+    if (style.isDashed) {
+        style.dashMatrix = setting.pixelMatrix;
+        style.dashScale = room_.viewportSize() / 2.f;
     }
     if (shape == Shape::Lines)
-        segments(reader, colorReader, stroke, look, setting);
+        segments(reader, colorReader, stroke, setting);
     else
-        strip(shape, reader, colorReader, stroke, look, setting);
+        strip(shape, reader, colorReader, stroke, setting);
 }
 
 void Recorder::strip(Shape shape, PointReader& points, const ColorReader& colors,
-                     const Stroke& stroke, Look& look, const Setting& setting) {
-    const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
-    const bool isLoop = shape == Shape::LineLoop;
-    const Color color = colors.at(0);
-    look.paintsOnce = setting.paintsOnce && colors.isOne() && color.a < 255 && points.size() > 2;
-    std::optional<Extent> extent;
-    if (isLoop || look.paintsOnce)
-        extent.emplace(points);
-    if (look.paintsOnce)
-        look.overlap = {extent->lowest, extent->highest, halfWidth * reachOf(look.style), color};
-    std::optional<Ruler> ruler;
-    if (look.style.isDashed)
-        ruler.emplace(rulerOf(stroke, look.style, setting));
-
-    const unsigned int dimensions = points.dimensions();
-    begin(Kind::Strip, dimensions, look);
-    StripWriter writer(*this, halfWidth, ruler ? &*ruler : nullptr);
-    const auto end = [&] {
-        if (writer.finish() && stroke.cap == Stroke::Cap::Round) {
-            const Look dot = plainLook(setting);
-            begin(Kind::Discs, dimensions, dot);
-            putDisc(writer.last(), halfWidth, writer.lastColor());
-            begin(Kind::Strip, dimensions, look);
-        }
-    };
-    const auto add = [&](const glm::vec3& point, std::size_t i) {
-        if (isFinite(point))
-            writer.add(point, colors.at(i));
-        else
-            end();
-    };
+                     const Stroke& stroke, const Setting& setting) {
     const std::size_t size = points.size();
-    if (isLoop && extent->firstGap == size && size > 0) {
-        const glm::vec3 first = points.at(0);
-        std::size_t second = 1;
-        while (second < size && points.at(second) == first)
-            ++second;
-        std::size_t last = size - 1;
-        while (last > second && points.at(last) == first)
-            --last;
-        if (second < size) {
-            writer.precede(points.at(last), colors.at(last));
-            points.forEach(0, last + 1, add);
-            writer.close(first, colors.at(0), points.at(second), colors.at(second));
-            return;
-        }
-    } else if (isLoop) { // what is left of it begins behind the gap
-        points.forEach(extent->firstGap, size, add);
-        points.forEach(0, extent->firstGap, add);
-        return end();
+    if (size == 0)
+        return;
+    const float halfWidth = halfWidthOf(stroke, setting);
+    const Color color = colors.at(0);
+    const bool isLoop = shape == Shape::LineLoop;
+    look_.paintsOnce = setting.paintsOnce && colors.isOne() && color.a < 255 && size > 2;
+    std::size_t firstGap = 0;
+    if (isLoop || look_.paintsOnce) {
+        const Extent extent(points);
+        look_.overlap = {extent.lowest, extent.highest, halfWidth * reachOf(look_.style), color};
+        firstGap = extent.firstGap;
     }
-    points.forEach(add);
-    end();
+    Ruler ruler = rulerOf(stroke, look_.style, setting);
+    StripWriter writer(*this, halfWidth, look_.style.isDashed ? &ruler : nullptr);
+
+    // What a gap leaves of a loop is open, and begins behind the gap.
+    bool isClosed = isLoop && firstGap == size;
+    std::size_t first = isLoop && !isClosed ? firstGap : 0;
+    std::size_t second = 1;
+    std::size_t last = size - 1;
+    if (isClosed) {
+        const glm::vec3 point = points[0];
+        while (second < size && points[second] == point)
+            ++second;
+        while (last > second && points[last] == point)
+            --last;
+        isClosed = second < size;
+    }
+    std::size_t count = size;
+    if (isClosed) { // two dashes may meet where it does; otherwise it ends there
+        count = last + 1;
+        isClosed = !look_.style.isDashed || isOnAtEnds(ruler, look_.style, points, count);
+        count += isClosed ? 0 : 1;
+    }
+    if (isClosed)
+        writer.putNeighbor(points[last], colors.at(last));
+    for (std::size_t i = 0; i < count; ++i, ++first) {
+        first = first < size ? first : 0;
+        const glm::vec3& point = points[first];
+        if (isFinite(point))
+            writer.add(point, colors.at(first));
+        else if (writer.finish())
+            putDot(writer.last(), writer.lastColor(), stroke, setting);
+    }
+    if (isClosed) {
+        writer.putNeighbor(points[0], colors.at(0));
+        writer.putNeighbor(points[second], colors.at(second));
+    } else if (writer.finish()) {
+        putDot(writer.last(), writer.lastColor(), stroke, setting);
+    }
 }
 
 void Recorder::segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
-                        Look& look, const Setting& setting) {
-    const float halfWidth = stroke.width * setting.pixelRatio / 2.f;
-    std::optional<Ruler> ruler;
-    if (look.style.isDashed)
-        ruler.emplace(rulerOf(stroke, look.style, setting));
-    float phase = 0.f;
-    const unsigned int dimensions = points.dimensions();
-    begin(Kind::Segments, dimensions, look);
-    glm::vec3 from(0.f);
-    points.forEach([&](const glm::vec3& to, std::size_t i) {
-        if (i % 2 == 0) {
-            from = to;
-        } else if (!isFinite(from) || !isFinite(to)) {
-            return;
-        } else if (from == to) {
-            if (stroke.cap == Stroke::Cap::Round) {
-                const Look dot = plainLook(setting);
-                begin(Kind::Discs, dimensions, dot);
-                putDisc(from, halfWidth, colors.at(i - 1));
-                begin(Kind::Segments, dimensions, look);
-            }
-        } else {
-            if (ruler) {
-                ruler->begin(from);
-                phase = ruler->phase();
-            }
-            put(strokeRecord(from, dimensions, phase, halfWidth, colors.at(i - 1))
-                    .add(strokeRecord(to, dimensions, phase, halfWidth, colors.at(i))));
+                        const Setting& setting) {
+    const float halfWidth = halfWidthOf(stroke, setting);
+    Ruler ruler = rulerOf(stroke, look_.style, setting);
+    for (std::size_t i = 1; i < points.size(); i += 2) {
+        const glm::vec3 from = points[i - 1];
+        const glm::vec3 to = points[i];
+        if (!isFinite(from) || !isFinite(to))
+            continue;
+        const Color color = colors.at(i - 1);
+        if (from == to) {
+            putDot(from, color, stroke, setting);
+            continue;
         }
-    });
+        ruler.begin(from);
+        put(strokeRecord(from, dimensions_, ruler.phase(), halfWidth, color)
+                .add(strokeRecord(to, dimensions_, 0.f, 0.f, colors.at(i))));
+    }
+}
+
+void Recorder::putDot(const glm::vec3& point, Color color, const Stroke& stroke,
+                      const Setting& setting) {
+    if (stroke.cap != Stroke::Cap::Round)
+        return;
+    const Kind kind = kind_;
+    const Look look = look_;
+    begin(Kind::Discs, dimensions_, setting.matrix);
+    put(Record(point, dimensions_).add(halfWidthOf(stroke, setting)).add(color));
+    begin(kind, dimensions_, setting.matrix);
+    look_ = look;
+}
+
+void Recorder::bufferPoints(Kind kind, const BufferPoints& points,
+                            const std::shared_ptr<const VertexBuffer>& buffer,
+                            unsigned int dimensions, const Setting& setting,
+                            const glm::mat4& matrix, const Stroke* stroke) {
+    begin(kind, dimensions, matrix);
+    drawing_.buffers.push_back(buffer);
+    look_.points = points;
+    look_.isFromBuffer = true;
+    if (stroke != nullptr) {
+        look_.style = styleOf(*stroke, points.shape, setting.pixelRatio);
+        look_.style.isDashed = false;
+        look_.overlap = {glm::vec3(1.f), glm::vec3(0.f), points.halfWidth, points.color};
+        look_.paintsOnce = setting.paintsOnce && points.shape != Shape::Lines &&
+                           points.color.a < 255 && points.count > 2;
+    }
+    openCommand();
 }
 
 void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
                             const Setting& setting) {
-    const unsigned int dimensions = points.dimensions();
-    const Look look = plainLook(setting);
-    begin(Kind::Lines, dimensions, look);
-    Record last(glm::vec3(0.f), dimensions);
-    bool isLastFinite = false;
-    const auto add = [&](const glm::vec3& point, std::size_t i) {
-        const Record next = corner(point, dimensions, colors.at(i));
-        const bool isNextFinite = isFinite(point);
-        const bool isEnd = shape == Shape::Lines ? i % 2 == 1 : i > 0;
-        if (isEnd && isLastFinite && isNextFinite) {
-            put(last);
-            put(next, 1);
-        }
-        last = next;
-        isLastFinite = isNextFinite;
-    };
-    points.forEach(add);
     const std::size_t size = points.size();
-    if (shape == Shape::LineLoop && size > 1 && isLastFinite && isFinite(points.at(0))) {
-        put(last);
-        put(corner(points.at(0), dimensions, colors.at(0)), 1);
+    begin(Kind::Lines, points.dimensions(), setting.matrix);
+    const std::size_t step = shape == Shape::Lines ? 2 : 1;
+    const std::size_t end = shape == Shape::LineLoop && size > 1 ? size + 1 : size;
+    for (std::size_t i = 1; i < end; i += step) {
+        const std::size_t next = i < size ? i : 0;
+        const glm::vec3 from = points[i - 1];
+        const glm::vec3 to = points[next];
+        if (isFinite(from) && isFinite(to)) {
+            put(corner(from, dimensions_, colors.at(i - 1)));
+            put(corner(to, dimensions_, colors.at(next)), 1);
+        }
     }
-}
-
-void Recorder::bufferPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
-                            const Setting& setting, const glm::mat4& matrix, const Stroke* stroke) {
-    Look look;
-    look.matrix = matrix;
-    look.points = points;
-    look.isFromBuffer = true;
-    if (stroke != nullptr) {
-        look.style = styleOf(*stroke, points.halfWidth, points.shape, setting.pixelRatio);
-        look.style.isThin = points.halfWidth <= mostOfThin;
-        look.style.isDashed = false;
-        look.overlap = {glm::vec3(1.f), glm::vec3(0.f), points.halfWidth, points.color};
-        look.paintsOnce = setting.paintsOnce && points.shape != Shape::Lines &&
-                          points.color.a < 255 && points.count > 2;
-    }
-    begin(kind, dimensions, look);
-    openCommand();
 }
 
 // --- Areas and points ---
@@ -398,34 +390,25 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
     const ColorReader colorReader(colors);
     if (colorReader.isEmpty())
         return;
-    const unsigned int dimensions = reader.dimensions();
-    const Look look = plainLook(setting);
-    begin(Kind::Triangles, dimensions, look);
+    begin(Kind::Triangles, reader.dimensions(), setting.matrix);
     struct Entry {
         glm::vec3 point;
         Color color;
-        bool isFinite;
     };
-    Entry before[3] = {};
-    const auto putCorner = [&](const Entry& entry, std::size_t numRepeated) {
-        put(corner(entry.point, dimensions, entry.color), numRepeated);
-    };
-    reader.forEach([&](const glm::vec3& point, std::size_t i) {
-        const Entry next = {point, colorReader.at(i), isFinite(point)};
+    Entry before[4] = {};
+    for (std::size_t i = 0; i < reader.size(); ++i) {
+        const Entry next = {reader[i], colorReader.at(i)};
         const CornerPlace place = placeOf(shape, i);
         const Entry& second = before[place.before];
-        if (place.ends && before[0].isFinite && second.isFinite && next.isFinite) {
-            putCorner(before[0], 0);
-            putCorner(second, 1);
-            putCorner(next, 2);
+        if (place.ends && isFinite(before[0].point) && isFinite(second.point) &&
+            isFinite(next.point)) {
+            std::size_t numRepeated = 0;
+            const Entry corners[] = {before[0], second, next};
+            for (const Entry& entry : corners)
+                put(corner(entry.point, dimensions_, entry.color), numRepeated++);
         }
-        if (place.keepsAs < 3)
-            before[place.keepsAs] = next;
-    });
-}
-
-void Recorder::putDisc(const glm::vec3& center, float radius, Color color) {
-    put(Record(center, dimensions_).add(radius).add(color));
+        before[place.keepsAs] = next;
+    }
 }
 
 void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, const Points& points,
@@ -435,17 +418,17 @@ void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, cons
         if (ring.colors->isEmpty() || sizes.count == 0)
             return;
     }
-    const Look look = plainLook(setting);
-    begin(Kind::Discs, reader.dimensions(), look);
-    reader.forEach([&](const glm::vec3& point, std::size_t i) {
+    begin(Kind::Discs, reader.dimensions(), setting.matrix);
+    for (std::size_t i = 0; i < reader.size(); ++i) {
+        const glm::vec3& point = reader[i];
         const float size =
             sizes.data != nullptr ? sizes.data[std::min(i, sizes.count - 1)] : sizes.one;
         const float radius = size * setting.pixelRatio / 2.f;
         if (!isFinite(point) || !(radius > 0.f && std::isfinite(radius)))
-            return;
+            continue;
         for (const Ring& ring : rings)
-            putDisc(point, radius * ring.size, ring.colors->at(i));
-    });
+            put(Record(point, dimensions_).add(radius * ring.size).add(ring.colors->at(i)));
+    }
 }
 
 void Recorder::discs(const Colors& colors, const Sizes& sizes, const Points& points,

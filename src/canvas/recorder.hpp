@@ -101,16 +101,18 @@ public:
 
     /// Points of a buffer, which GL draws from there.
     /// \param kind    Lines, triangles, a strip or discs.
+    /// \param buffer  That of the points.
     /// \param matrix  From the buffer's points to clip coordinates; of a picture, to its own.
     /// \param stroke  Of a strip.
-    void bufferPoints(Kind kind, const BufferPoints& points, unsigned int dimensions,
+    void bufferPoints(Kind kind, const BufferPoints& points,
+                      const std::shared_ptr<const VertexBuffer>& buffer, unsigned int dimensions,
                       const Setting& setting, const glm::mat4& matrix, const Stroke* stroke);
 
 private:
     friend class StripWriter;
 
-    /// Has the records from now on be drawn so.
-    void begin(Kind kind, unsigned int dimensions, const Look& look);
+    /// Has the records from now on be of a kind, and be drawn without a style.
+    void begin(Kind kind, unsigned int dimensions, const glm::mat4& matrix);
     void openCommand();
     bool addsToLast() const;
     void makeRoom(std::size_t numBytes, std::size_t numRepeated);
@@ -131,11 +133,14 @@ private:
     }
 
     void strip(Shape shape, PointReader& points, const ColorReader& colors, const Stroke& stroke,
-               Look& look, const Setting& setting);
-    void segments(PointReader& points, const ColorReader& colors, const Stroke& stroke, Look& look,
+               const Setting& setting);
+    void segments(PointReader& points, const ColorReader& colors, const Stroke& stroke,
                   const Setting& setting);
     void aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
                       const Setting& setting);
+
+    /// Puts what is of no length in the middle of a stroke: a disc where its caps are round.
+    void putDot(const glm::vec3& point, Color color, const Stroke& stroke, const Setting& setting);
 
     /// A disc of each bullseye: its colours, and its part of the size.
     struct Ring {
@@ -144,14 +149,13 @@ private:
     };
     void rings(std::initializer_list<Ring> rings, const Sizes& sizes, const Points& points,
                const Setting& setting);
-    void putDisc(const glm::vec3& center, float radius, Color color);
 
     Drawing& drawing_;
     Room& room_;
     bool isInstanced_;
     Kind kind_ = Kind::Lines;
     unsigned int dimensions_ = 2;
-    const Look* look_ = nullptr;
+    Look look_;
     Arena* arena_ = nullptr;
     std::size_t copies_ = 1;
     std::uint32_t command_ = none;

@@ -264,7 +264,7 @@ void Renderer::drawPieces(unsigned int dimensions, const BufferPoints& points, s
 // --- Programs ---
 
 CanvasProgram& Renderer::program(ProgramFamily family, unsigned int variants) {
-    auto& program = programs_[static_cast<std::size_t>(family) * 16 + variants];
+    auto& program = programs_[static_cast<std::size_t>(family) * 8 + variants];
     if (!program)
         program.emplace(family, variants, capabilities_);
     return *program;
@@ -277,9 +277,8 @@ CanvasProgram& Renderer::programOf(Kind kind, const Look& look) {
     if (kind == Kind::Discs)
         return program(ProgramFamily::Disc, variants);
     const Style& style = look.style;
-    return program(ProgramFamily::Stroke, variants | (style.isThin ? thin : 0u) |
-                                              (style.isDashed ? dashed : 0u) |
-                                              (style.isGradient ? gradient : 0u));
+    return program(ProgramFamily::Stroke,
+                   variants | (style.isDashed ? dashed : 0u) | (style.isGradient ? gradient : 0u));
 }
 
 glm::mat4 Renderer::matrixOf(const Source& source, const Look& look) {
