@@ -11,8 +11,6 @@
 namespace vellis::canvas {
 namespace {
 
-constexpr std::size_t streamedCorners = 32768;
-
 /// GL's primitives, in the order of Shape.
 constexpr unsigned int primitives[] = {GL_LINES,     GL_LINE_STRIP,     GL_LINE_LOOP,
                                        GL_TRIANGLES, GL_TRIANGLE_STRIP, GL_TRIANGLE_FAN};
@@ -26,17 +24,13 @@ std::size_t piecesOf(Kind kind, std::size_t count) {
     return kind != Kind::Strip ? count : count > 3 ? count - 3 : 0;
 }
 
-void drawQuads(std::size_t first, std::size_t count) {
-    glDrawElements(GL_TRIANGLES, sizeOf(6 * count), GL_UNSIGNED_SHORT,
-                   reinterpret_cast<const void*>(6 * first * sizeof(unsigned short)));
-}
-
 /// The vertices of records that stand in memory for each of them.
 void drawCopied(Kind kind, std::size_t first, std::size_t count) {
-    if (kind == Kind::Discs)
-        glDrawArrays(GL_TRIANGLES, sizeOf(3 * first), sizeOf(3 * count));
-    else
-        drawQuads(first, count);
+    const std::size_t numIndices = isFlat(kind) ? 1 : kind == Kind::Discs ? 3 : 6;
+    const std::size_t begin = numIndices * first + (numIndices < 6 ? firstOwnIndex : 0);
+    glDrawElements(kind == Kind::Lines ? GL_LINES : GL_TRIANGLES, sizeOf(numIndices * count),
+                   GL_UNSIGNED_SHORT,
+                   reinterpret_cast<const void*>(begin * sizeof(unsigned short)));
 }
 
 void drawInstances(Kind kind, std::size_t count) {
@@ -48,12 +42,6 @@ void drawInstances(Kind kind, std::size_t count) {
         glDrawArraysInstancedARB(primitive, 0, isDisc ? 3 : 4, sizeOf(count));
 }
 
-/// GL's own lines and triangles.
-void drawCorners(const Command& command) {
-    glDrawArrays(command.kind == Kind::Lines ? GL_LINES : GL_TRIANGLES, sizeOf(command.first),
-                 sizeOf(command.count));
-}
-
 glm::vec4 toNumbers(Color color) {
     glm::vec4 result;
     for (int i = 0; i < 4; ++i)
@@ -61,20 +49,13 @@ glm::vec4 toNumbers(Color color) {
     return result;
 }
 
-bool isFlat(Kind kind) {
-    return kind == Kind::Lines || kind == Kind::Triangles;
-}
-
 } // namespace
 
 std::size_t streamedSize(std::size_t arena) {
     for (const Kind kind : {Kind::Lines, Kind::Strip, Kind::Segments, Kind::Discs}) {
         for (const unsigned int dimensions : {2u, 3u}) {
-            if (arenaOf(kind, dimensions) == arena) {
-                const std::size_t count =
-                    isFlat(kind) ? streamedCorners : mostCopied * verticesOf(kind);
-                return count * recordSize(kind, dimensions);
-            }
+            if (arenaOf(kind, dimensions) == arena)
+                return mostCopied(kind) * verticesOf(kind) * recordSize(kind, dimensions);
         }
     }
     return 0;
@@ -155,7 +136,7 @@ void Renderer::endMask() {
 }
 
 void Renderer::drawCommand(const Source& source, const Command& command, SavedState& saved) {
-    saved.prepareFor(command.kind);
+    saved.prepareFor(command.kind, command.isOpaque);
     const Look& look = source.drawing.looks[command.look];
     if (!look.paintsOnce || saved.testsDepth())
         return paint(source, command, saved);
@@ -191,11 +172,7 @@ void Renderer::paint(const Source& source, const Command& command, const SavedSt
 
 void Renderer::drawStreamedRecords(const Command& command) {
     const unsigned int buffer = streamed_[arenaOf(command.kind, command.dimensions)].name();
-    if (!arrays_.useStreamed(command.kind, command.dimensions, buffer))
-        return;
-    if (isFlat(command.kind))
-        drawCorners(command);
-    else
+    if (arrays_.useStreamed(command.kind, command.dimensions, buffer))
         drawCopied(command.kind, command.first, piecesOf(command.kind, command.count));
 }
 
@@ -207,18 +184,16 @@ void Renderer::drawKeptRecords(const KeptDrawing& kept, const Command& command) 
     const std::size_t count = piecesOf(kind, command.count);
     if (buffer == 0 || count == 0)
         return;
-    if (isFlat(kind)) {
-        if (arrays_.useRecords(kind, dimensions, buffer, 0, false))
-            drawCorners(command);
-    } else if (kept.isInstanced) {
+    if (kept.isInstanced && !isFlat(kind)) {
         if (arrays_.useRecords(kind, dimensions, buffer, command.first * size, true))
             drawInstances(kind, count);
     } else {
         const std::size_t copiedSize = size * verticesOf(kind);
-        for (std::size_t i = 0; i < count; i += mostCopied) {
-            if (arrays_.useRecords(kind, dimensions, buffer, (command.first + i) * copiedSize,
-                                   false))
-                drawCopied(kind, 0, std::min(mostCopied, count - i));
+        const std::size_t most = mostCopied(kind);
+        for (std::size_t i = 0; i < count; i += most) {
+            const std::size_t offset = (command.first + i) * copiedSize;
+            if (arrays_.useRecords(kind, dimensions, buffer, offset, false))
+                drawCopied(kind, 0, std::min(most, count - i));
         }
     }
 }

@@ -30,9 +30,14 @@ constexpr CornerBytes triangleCorners[] = {
 
 constexpr unsigned int quadIndices[] = {0, 1, 2, 2, 1, 3};
 
-constexpr std::size_t trianglesOffset = mostCopied * sizeof quadCorners;
+constexpr std::size_t mostQuads = mostCopied(Kind::Strip);
+constexpr std::size_t mostDiscs = mostCopied(Kind::Discs);
+constexpr std::size_t mostCorners = mostCopied(Kind::Triangles);
 
-static_assert(mostCopied * 4 <= 65535, "an index has 16 bits");
+constexpr std::size_t trianglesOffset = mostQuads * sizeof quadCorners;
+
+static_assert(mostQuads * 4 <= 65535 && mostCorners <= 65535, "an index has 16 bits");
+static_assert(mostDiscs * 3 <= mostCorners && mostCorners % 6 == 0, "whole lines and triangles");
 
 constexpr unsigned int bit(unsigned int location) {
     return 1u << location;
@@ -89,17 +94,20 @@ bool VertexArrays::makeCorners() {
         return true;
     constexpr std::size_t numQuadCorners = std::size(quadCorners);
     constexpr std::size_t numIndices = std::size(quadIndices);
-    std::vector<CornerBytes> corners(mostCopied * (numQuadCorners + std::size(triangleCorners)));
-    std::vector<unsigned short> indices(mostCopied * numIndices);
+    std::vector<CornerBytes> corners(mostQuads * numQuadCorners +
+                                     mostDiscs * std::size(triangleCorners));
+    std::vector<unsigned short> indices(firstOwnIndex + mostCorners);
     for (std::size_t i = 0; i < corners.size(); ++i) {
         corners[i] =
-            i < mostCopied * numQuadCorners
+            i < mostQuads * numQuadCorners
                 ? quadCorners[i % numQuadCorners]
-                : triangleCorners[(i - mostCopied * numQuadCorners) % std::size(triangleCorners)];
+                : triangleCorners[(i - mostQuads * numQuadCorners) % std::size(triangleCorners)];
     }
     for (std::size_t i = 0; i < indices.size(); ++i) {
-        indices[i] = static_cast<unsigned short>(numQuadCorners * (i / numIndices) +
-                                                 quadIndices[i % numIndices]);
+        const std::size_t index =
+            i < firstOwnIndex ? numQuadCorners * (i / numIndices) + quadIndices[i % numIndices]
+                              : i - firstOwnIndex;
+        indices[i] = static_cast<unsigned short>(index);
     }
     corners_ = makeBuffer(GL_ARRAY_BUFFER, corners);
     // With a vertex array object bound, this would land in it.

@@ -10,9 +10,16 @@
 
 namespace vellis::canvas {
 
-/// How many quads or triangles a call of glDrawElements or glDrawArrays draws, at most, of records
-/// that stand in memory for each vertex: as many as there are corners and indices for.
-constexpr std::size_t mostCopied = 4096;
+/// How many records a call of glDrawElements draws, at most, where they stand in memory for each
+/// vertex: as many as there are corners and indices for.
+constexpr std::size_t mostCopied(Kind kind) {
+    return isFlat(kind) ? 24576 : 4096;
+}
+
+/// Where in the buffer of indices those of lines, triangles and discs begin: each its own number.
+/// Before them stand those of quads, six each. Drivers that prepare vertices in blocks are fast
+/// with indices only.
+constexpr std::size_t firstOwnIndex = 6 * mostCopied(Kind::Strip);
 
 /// Where the vertices of a canvas come from: the vertex array objects, and the buffers of corners
 /// and indices that they share. Where GL gives no name for one of them, there is nothing to draw
