@@ -12,6 +12,7 @@
 #include <vellis/canvas.hpp>
 #include <vellis/gl.hpp>
 
+#include "canvas/vertex_arrays.hpp"
 #include "support/fake_gl.hpp"
 #include "support/state_model.hpp"
 
@@ -99,6 +100,27 @@ protected:
     const std::vector<glm::vec3> corner3D = {{0.f, 0.f, 0.f}, {1.f, 0.f, 0.f}, {1.f, 1.f, 0.f}};
 };
 
+/// \name Draws of the buffers that batches go through: of so many corners, quads or discs, from one
+/// of them on.
+/// @{
+inline std::string elementsDrawn(const char* primitive, std::size_t count, std::size_t first) {
+    return "glDrawElements(" + std::string(primitive) + ", " + std::to_string(count) +
+           ", GL_UNSIGNED_SHORT, " + std::to_string(2 * first) + ")";
+}
+inline std::string trianglesDrawn(std::size_t first, std::size_t count) {
+    return elementsDrawn("GL_TRIANGLES", count, canvas::firstOwnIndex + first);
+}
+inline std::string linesDrawn(std::size_t first, std::size_t count) {
+    return elementsDrawn("GL_LINES", count, canvas::firstOwnIndex + first);
+}
+inline std::string discsDrawn(std::size_t first, std::size_t count) {
+    return elementsDrawn("GL_TRIANGLES", 3 * count, canvas::firstOwnIndex + 3 * first);
+}
+inline std::string quadsDrawn(std::size_t first, std::size_t count) {
+    return elementsDrawn("GL_TRIANGLES", 6 * count, 6 * first);
+}
+/// @}
+
 /// What a batch asks for and sets before it draws.
 inline const Lines batchBegins = {
     "glGetIntegerv(GL_VIEWPORT, out)",
@@ -122,14 +144,12 @@ inline const Lines batchBegins = {
     "glIsEnabled(GL_POLYGON_SMOOTH)",
     "glIsEnabled(GL_LINE_SMOOTH)",
     "glIsEnabled(GL_ALPHA_TEST)",
-    "glEnable(GL_BLEND)",
     "glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA)",
     "glBlendEquationSeparate(GL_FUNC_ADD, GL_FUNC_ADD)",
 };
 
 /// What it puts back.
 inline const Lines batchEnds = {
-    "glDisable(GL_BLEND)",
     "glBlendFuncSeparate(GL_ONE, GL_ZERO, GL_ONE, GL_ZERO)",
     "glBlendEquationSeparate(GL_FUNC_ADD, GL_FUNC_ADD)",
     "glBindVertexArray(0)",

@@ -58,52 +58,51 @@ TEST_F(CanvasTrace, FirstBatchMakesBufferProgramCornersAndVertexArray) {
     for (const char* text : {"glShaderSource", "glGetUniformLocation", "glBindAttribLocation"})
         calls.erase(std::remove_if(calls.begin(), calls.end(), isOf(text)), calls.end());
     const std::string streamed = std::to_string(gl.bufferBytes(1).size());
-    EXPECT_EQ(
-        calls,
-        test::join({{"glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS, out)"},
-                    batchBegins,
-                    {"glGenBuffers(1, {1})",
-                     "glBindBuffer(GL_ARRAY_BUFFER, 1)",
-                     "glBufferData(GL_ARRAY_BUFFER, " + streamed + ", null, GL_STREAM_DRAW)",
-                     "glBindBuffer(GL_ARRAY_BUFFER, 1)",
-                     "glBufferSubData(GL_ARRAY_BUFFER, 0, 36, data)",
-                     "glCreateShader(GL_VERTEX_SHADER)",
-                     "glCompileShader(2)",
-                     "glCreateShader(GL_FRAGMENT_SHADER)",
-                     "glCompileShader(3)",
-                     "glCreateProgram()",
-                     "glAttachShader(4, 2)",
-                     "glAttachShader(4, 3)",
-                     "glLinkProgram(4)",
-                     "glGetProgramiv(4, GL_LINK_STATUS, out)",
-                     "glDeleteShader(3)",
-                     "glDeleteShader(2)",
-                     "glUseProgram(4)",
-                     unitMatrixSet,
-                     "glGenBuffers(1, {5})",
-                     "glBindBuffer(GL_ARRAY_BUFFER, 5)",
-                     "glBufferData(GL_ARRAY_BUFFER, " + std::to_string(canvas::mostCopied * 7 * 4) +
-                         ", data, GL_STATIC_DRAW)",
-                     "glGenBuffers(1, {6})",
-                     "glBindBuffer(GL_ARRAY_BUFFER, 6)",
-                     "glBufferData(GL_ARRAY_BUFFER, " + std::to_string(canvas::mostCopied * 6 * 2) +
-                         ", data, GL_STATIC_DRAW)",
-                     "glGenVertexArrays(1, {7})",
-                     "glBindVertexArray(7)",
-                     "glEnableVertexAttribArray(0)",
-                     "glDisableVertexAttribArray(1)",
-                     "glDisableVertexAttribArray(2)",
-                     "glDisableVertexAttribArray(3)",
-                     "glDisableVertexAttribArray(4)",
-                     "glDisableVertexAttribArray(5)",
-                     "glEnableVertexAttribArray(6)",
-                     "glDisableVertexAttribArray(7)",
-                     "glBindBuffer(GL_ARRAY_BUFFER, 1)",
-                     "glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 12, 0)",
-                     "glVertexAttribPointer(6, 4, GL_UNSIGNED_BYTE, GL_TRUE, 12, 8)",
-                     "glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 6)",
-                     "glDrawArrays(GL_TRIANGLES, 0, 3)"},
-                    batchEnds}));
+    EXPECT_EQ(calls,
+              test::join({{"glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS, out)"},
+                          batchBegins,
+                          {"glGenBuffers(1, {1})",
+                           "glBindBuffer(GL_ARRAY_BUFFER, 1)",
+                           "glBufferData(GL_ARRAY_BUFFER, " + streamed + ", null, GL_STREAM_DRAW)",
+                           "glBindBuffer(GL_ARRAY_BUFFER, 1)",
+                           "glBufferSubData(GL_ARRAY_BUFFER, 0, 36, data)",
+                           "glCreateShader(GL_VERTEX_SHADER)",
+                           "glCompileShader(2)",
+                           "glCreateShader(GL_FRAGMENT_SHADER)",
+                           "glCompileShader(3)",
+                           "glCreateProgram()",
+                           "glAttachShader(4, 2)",
+                           "glAttachShader(4, 3)",
+                           "glLinkProgram(4)",
+                           "glGetProgramiv(4, GL_LINK_STATUS, out)",
+                           "glDeleteShader(3)",
+                           "glDeleteShader(2)",
+                           "glUseProgram(4)",
+                           unitMatrixSet,
+                           "glGenBuffers(1, {5})",
+                           "glBindBuffer(GL_ARRAY_BUFFER, 5)",
+                           "glBufferData(GL_ARRAY_BUFFER, " +
+                               std::to_string(gl.bufferBytes(5).size()) + ", data, GL_STATIC_DRAW)",
+                           "glGenBuffers(1, {6})",
+                           "glBindBuffer(GL_ARRAY_BUFFER, 6)",
+                           "glBufferData(GL_ARRAY_BUFFER, " +
+                               std::to_string(gl.bufferBytes(6).size()) + ", data, GL_STATIC_DRAW)",
+                           "glGenVertexArrays(1, {7})",
+                           "glBindVertexArray(7)",
+                           "glEnableVertexAttribArray(0)",
+                           "glDisableVertexAttribArray(1)",
+                           "glDisableVertexAttribArray(2)",
+                           "glDisableVertexAttribArray(3)",
+                           "glDisableVertexAttribArray(4)",
+                           "glDisableVertexAttribArray(5)",
+                           "glEnableVertexAttribArray(6)",
+                           "glDisableVertexAttribArray(7)",
+                           "glBindBuffer(GL_ARRAY_BUFFER, 1)",
+                           "glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 12, 0)",
+                           "glVertexAttribPointer(6, 4, GL_UNSIGNED_BYTE, GL_TRUE, 12, 8)",
+                           "glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 6)",
+                           test::trianglesDrawn(0, 3)},
+                          batchEnds}));
     EXPECT_EQ(only(callsOf(draw), {"glGen", "glCreate"}), Lines());
 }
 
@@ -116,7 +115,8 @@ struct Family {
     unsigned int bytes2D; ///< that are uploaded, for three points
     unsigned int bytes3D;
     Lines uniforms; ///< after the matrix
-    const char* drawCall;
+    bool blends;
+    std::string drawCall;
 };
 
 /// For messages of tests.
@@ -142,19 +142,22 @@ const Family families[] = {
      36,
      48,
      {},
-     "glDrawArrays(GL_TRIANGLES, 0, 3)"},
+     false,
+     test::trianglesDrawn(0, 3)},
     {"TriangleStrip",
      [](Canvas& canvas, const Points& points) { canvas.drawTriangleStrip(orange, points); },
      36,
      48,
      {},
-     "glDrawArrays(GL_TRIANGLES, 0, 3)"},
+     false,
+     test::trianglesDrawn(0, 3)},
     {"TriangleFan",
      [](Canvas& canvas, const Points& points) { canvas.drawTriangleFan(orange, points); },
      36,
      48,
      {},
-     "glDrawArrays(GL_TRIANGLES, 0, 3)"},
+     false,
+     test::trianglesDrawn(0, 3)},
     {"AliasedLoop",
      [](Canvas& canvas, const Points& points) {
          canvas.drawLineLoop(Stroke::aliased(orange), points);
@@ -162,7 +165,8 @@ const Family families[] = {
      72,
      96,
      {},
-     "glDrawArrays(GL_LINES, 0, 6)"},
+     false,
+     test::linesDrawn(0, 6)},
     {"Lines",
      [](Canvas& canvas, const Points& points) {
          canvas.drawLines({orange, 3.f}, points);
@@ -170,28 +174,30 @@ const Family families[] = {
      160,
      192,
      {viewportSet, "glUniform1f(12, 0)", "glUniform1f(13, 0)", "glUniform1f(14, 0)"},
-     "glDrawElements(GL_TRIANGLES, 6, GL_UNSIGNED_SHORT, 0)"},
+     true,
+     test::quadsDrawn(0, 1)},
     {"LineStrip",
      [](Canvas& canvas, const Points& points) {
          canvas.drawLineStrip({orange, 3.f}, points);
      },
-     400, 480, mitered, "glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)"},
+     400, 480, mitered, true, test::quadsDrawn(0, 2)},
     {"LineLoop",
      [](Canvas& canvas, const Points& points) {
          canvas.drawLineLoop({orange, 3.f}, points);
      },
-     480, 576, mitered, "glDrawElements(GL_TRIANGLES, 18, GL_UNSIGNED_SHORT, 0)"},
+     480, 576, mitered, true, test::quadsDrawn(0, 3)},
     {"DashLineStrip",
      [](Canvas& canvas, const Points& points) {
          canvas.drawDashLineStrip({orange, 3.f}, 2.f, 3.f, points);
      },
-     400, 480, withDashes(), "glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)"},
+     400, 480, withDashes(), true, test::quadsDrawn(0, 2)},
     {"Points",
      [](Canvas& canvas, const Points& points) { canvas.drawPoints(orange, 4.f, points); },
      144,
      180,
      {viewportSet},
-     "glDrawArrays(GL_TRIANGLES, 0, 9)"},
+     true,
+     test::trianglesDrawn(0, 9)},
     {"Bullseyes",
      [](Canvas& canvas, const Points& points) {
          canvas.drawBullseyes(orange, orange, 4.f, points);
@@ -199,7 +205,8 @@ const Family families[] = {
      432,
      540,
      {viewportSet},
-     "glDrawArrays(GL_TRIANGLES, 0, 27)"},
+     true,
+     test::trianglesDrawn(0, 27)},
 };
 
 class CanvasFamilyTrace : public test::CanvasTest, public testing::WithParamInterface<Family> {};
@@ -211,26 +218,22 @@ TEST_P(CanvasFamilyTrace, LaterBatchUploadsAndDrawsAndPutsBack) {
             GetParam().draw(*canvas, dimensions == 2 ? Points(corner) : Points(corner3D));
         };
         callsOf(draw);
-        const Lines names = gl.liveNames();
-        const auto nameOf = [&](const std::string& kind, std::size_t index) {
-            const Lines found = only(names, {kind.c_str()});
-            return index < found.size() ? found[index].substr(kind.size() + 1) : "none";
+        const auto nameOf = [names = gl.liveNames()](const std::string& kind) {
+            return only(names, {kind.c_str()}).at(0).substr(kind.size() + 1);
         };
         const unsigned int bytes = dimensions == 2 ? GetParam().bytes2D : GetParam().bytes3D;
-        Lines calls = callsOf(draw);
-        if (calls.size() > 1 && calls[1] == "glGetIntegerv(GL_VIEWPORT, out)")
-            calls.erase(calls.begin()); // asked for the lengths of dashes
-        EXPECT_EQ(
-            calls,
-            test::join(
-                {batchBegins,
-                 {"glBindBuffer(GL_ARRAY_BUFFER, " + nameOf("buffer", 0) + ")",
-                  "glBufferSubData(GL_ARRAY_BUFFER, 0, " + std::to_string(bytes) + ", data)",
-                  "glUseProgram(" + nameOf("program", 0) + ")", unitMatrixSet},
-                 GetParam().uniforms,
-                 {"glBindVertexArray(" + nameOf("vertex array", 0) + ")", GetParam().drawCall},
-                 batchEnds}))
-            << dimensions << " dimensions";
+        const bool blends = GetParam().blends;
+        canvas->begin(glm::mat4(1.f));
+        draw();
+        if (GetParam().uniforms == withDashes()) // for their lengths
+            EXPECT_GL_CALLS(gl, "glGetIntegerv(GL_VIEWPORT, out)");
+        canvas->end();
+        EXPECT_GL_CALLS(
+            gl, batchBegins, "glBindBuffer(GL_ARRAY_BUFFER, " + nameOf("buffer") + ")",
+            "glBufferSubData(GL_ARRAY_BUFFER, 0, " + std::to_string(bytes) + ", data)",
+            Lines(blends ? 1 : 0, "glEnable(GL_BLEND)"), "glUseProgram(" + nameOf("program") + ")",
+            unitMatrixSet, GetParam().uniforms, "glBindVertexArray(" + nameOf("vertex array") + ")",
+            GetParam().drawCall, Lines(blends ? 1 : 0, "glDisable(GL_BLEND)"), batchEnds);
     }
 }
 
@@ -241,18 +244,15 @@ TEST_F(CanvasTrace, QuadsAreTwoTrianglesEachAndOutlinesLieBetweenThem) {
     const std::vector<glm::vec2> corners(8, glm::vec2(0.5f));
     const std::vector<glm::vec2> square = {{0.f, 0.f}, {1.f, 0.f}, {1.f, 1.f}, {0.f, 1.f}};
     EXPECT_EQ(drawsOf([&] { canvas->drawQuad(white, corners); }),
-              Lines({"glDrawArrays(GL_TRIANGLES, 0, 12)"}));
+              Lines({test::trianglesDrawn(0, 12)}));
     EXPECT_EQ(drawsOf([&] { canvas->drawRect(white, glm::vec2(0.f), glm::vec2(1.f)); }),
-              Lines({"glDrawArrays(GL_TRIANGLES, 0, 6)"}));
+              Lines({test::trianglesDrawn(0, 6)}));
     EXPECT_EQ(drawsOf([&] {
                   canvas->drawQuad(white, {white, 2.f}, square);
                   canvas->drawQuad(white, {white, 2.f}, square);
               }),
-              Lines({"glDrawArrays(GL_TRIANGLES, 0, 6)",
-                     "glDrawElements(GL_TRIANGLES, 24, GL_UNSIGNED_SHORT, 0)",
-                     "glDrawArrays(GL_TRIANGLES, 6, 6)",
-                     "glDrawElements(GL_TRIANGLES, 24, GL_UNSIGNED_SHORT, " +
-                         std::to_string(7 * 6 * 2) + ")"}));
+              Lines({test::trianglesDrawn(0, 6), test::quadsDrawn(0, 4), test::trianglesDrawn(6, 6),
+                     test::quadsDrawn(7, 4)}));
 }
 
 // --- Grouping ---
@@ -263,31 +263,31 @@ TEST_F(CanvasTrace, CallsOfOneKindAreOneDraw) {
                   canvas->drawTriangleFan(orange, corner);
                   canvas->drawTriangleStrip(white, corner);
               }),
-              Lines({"glDrawArrays(GL_TRIANGLES, 0, 9)"}));
+              Lines({test::trianglesDrawn(0, 9)}));
     EXPECT_EQ(drawsOf([&] {
                   canvas->drawLineStrip({white, 3.f}, corner);
                   canvas->drawLineLoop({orange, 5.f}, corner);
               }),
-              Lines({"glDrawElements(GL_TRIANGLES, 48, GL_UNSIGNED_SHORT, 0)"}));
+              Lines({test::quadsDrawn(0, 8)}));
     EXPECT_EQ(drawsOf([&] {
                   canvas->drawPoints(white, 3.f, corner);
                   canvas->drawBullseyes(orange, white, 5.f, corner);
               }),
-              Lines({"glDrawArrays(GL_TRIANGLES, 0, 36)"}));
+              Lines({test::trianglesDrawn(0, 36)}));
 }
 
 TEST_F(CanvasTrace, KindsThatAlternateAreOneDrawEachInTheirOrder) {
-    EXPECT_EQ(drawsOf([&] {
-                  canvas->drawTriangles(white, corner);
-                  canvas->drawPoints(white, 3.f, corner);
-                  canvas->drawTriangles(white, corner);
-                  canvas->drawTriangles(white, corner3D);
-                  canvas->drawLines(Stroke::aliased(white), corner);
-                  canvas->drawPoints(white, 3.f, corner);
-              }),
-              Lines({"glDrawArrays(GL_TRIANGLES, 0, 3)", "glDrawArrays(GL_TRIANGLES, 0, 9)",
-                     "glDrawArrays(GL_TRIANGLES, 3, 3)", "glDrawArrays(GL_TRIANGLES, 0, 3)",
-                     "glDrawArrays(GL_LINES, 6, 2)", "glDrawArrays(GL_TRIANGLES, 9, 9)"}));
+    EXPECT_EQ(
+        drawsOf([&] {
+            canvas->drawTriangles(white, corner);
+            canvas->drawPoints(white, 3.f, corner);
+            canvas->drawTriangles(white, corner);
+            canvas->drawTriangles(white, corner3D);
+            canvas->drawLines(Stroke::aliased(white), corner);
+            canvas->drawPoints(white, 3.f, corner);
+        }),
+        Lines({test::trianglesDrawn(0, 3), test::trianglesDrawn(0, 9), test::trianglesDrawn(3, 3),
+               test::trianglesDrawn(0, 3), test::linesDrawn(6, 2), test::trianglesDrawn(9, 9)}));
 }
 
 TEST_F(CanvasTrace, StylesMatricesAndFlushesPartDraws) {
@@ -309,41 +309,45 @@ TEST_F(CanvasTrace, StylesMatricesAndFlushesPartDraws) {
                   canvas->flush();
                   canvas->drawTriangles(white, corner);
               }),
-              Lines({"glDrawArrays(GL_TRIANGLES, 0, 3)", "glDrawArrays(GL_TRIANGLES, 0, 3)"}));
+              Lines({test::trianglesDrawn(0, 3), test::trianglesDrawn(0, 3)}));
 }
 
 // --- Full buffers ---
 
+/// How many elements a line draws: its second argument.
+std::size_t numDrawn(const std::string& line) {
+    return std::stoul(line.substr(line.find(',') + 2));
+}
+
 TEST_F(CanvasTrace, FullBufferIsDrawnAndTrianglesGoOn) {
-    callsOf([&] { canvas->drawTriangles(white, corner); });
-    const std::size_t most = gl.bufferBytes(1).size() / sizeof(canvas::Corner<2>);
-    const std::vector<glm::vec2> points(3 * (most / 3) + 3, glm::vec2(1.f));
-    const std::size_t left = points.size() - 3 * (most / 3);
+    const std::vector<glm::vec2> points(3 * canvas::mostCopied(canvas::Kind::Triangles),
+                                        glm::vec2(1.f));
     const Lines draws = drawsOf([&] { canvas->drawTriangles(white, points); });
-    ASSERT_EQ(draws.size(), 2u);
-    EXPECT_EQ(draws[0], "glDrawArrays(GL_TRIANGLES, 0, " + std::to_string(most) + ")");
-    EXPECT_EQ(draws[1], "glDrawArrays(GL_TRIANGLES, 0, " + std::to_string(left) + ")");
+    ASSERT_GE(draws.size(), 3u);
+    std::size_t numTriangles = 0;
+    for (const std::string& line : draws) {
+        EXPECT_EQ(line, test::trianglesDrawn(0, numDrawn(line)));
+        EXPECT_LE(numDrawn(line), canvas::mostCopied(canvas::Kind::Triangles));
+        numTriangles += numDrawn(line) / 3;
+    }
+    EXPECT_EQ(numTriangles, points.size() / 3);
 }
 
 TEST_F(CanvasTrace, FullBufferIsDrawnAndALineGoesOnWithItsLastThreePoints) {
-    const std::size_t most = canvas::mostCopied;
-    std::vector<glm::vec2> points(most + 10);
+    std::vector<glm::vec2> points(canvas::mostCopied(canvas::Kind::Strip) + 10);
     for (std::size_t i = 0; i < points.size(); ++i)
         points[i] = glm::vec2(float(i), 0.f);
     const Lines draws = drawsOf([&] { canvas->drawLineStrip({white, 3.f}, points); });
     ASSERT_EQ(draws.size(), 2u);
     // One record for each point and two for the ends; three of them draw nothing by themselves.
     const std::size_t numPieces = points.size() - 1;
-    const auto draw = [](std::size_t count) {
-        return "glDrawElements(GL_TRIANGLES, " + std::to_string(6 * count) +
-               ", GL_UNSIGNED_SHORT, 0)";
-    };
-    EXPECT_EQ(draws[0], draw(most - 3));
-    EXPECT_EQ(draws[1], draw(numPieces - (most - 3)));
-    // The last three of the first drawing.
+    const std::size_t numFirst = numDrawn(draws[0]) / 6;
+    EXPECT_EQ(draws[0], test::quadsDrawn(0, numFirst));
+    EXPECT_EQ(draws[1], test::quadsDrawn(0, numPieces - numFirst));
+    // The last three records of the first drawing stand again; the first point is two of them.
     const auto stored = gl.bufferContents<canvas::StrokeRecord<2>>(1);
     for (std::size_t i = 0; i < 12; ++i)
-        EXPECT_EQ(stored[i].position[0], float(most - 4 + i / 4)) << i;
+        EXPECT_EQ(stored[i].position[0], float(numFirst - 1 + i / 4)) << i;
 }
 
 // --- Places ---
@@ -391,7 +395,7 @@ TEST_F(CanvasTrace, MatricesThatAreNotFiniteDrawNothing) {
                       canvas->setTransform(glm::mat4(1.f));
                       canvas->drawTriangles(white, corner);
                   }),
-                  Lines({"glDrawArrays(GL_TRIANGLES, 0, 3)"}));
+                  Lines({test::trianglesDrawn(0, 3)}));
     }
 }
 
@@ -441,7 +445,7 @@ TEST_F(CanvasTrace, BeginEndsTheBatchBefore) {
     canvas->begin(glm::mat4(2.f));
     canvas->drawTriangles(white, corner);
     canvas->begin(glm::mat4(1.f));
-    EXPECT_EQ(only(gl.takeCalls(), {"glDraw"}), Lines({"glDrawArrays(GL_TRIANGLES, 0, 3)"}));
+    EXPECT_EQ(only(gl.takeCalls(), {"glDraw"}), Lines({test::trianglesDrawn(0, 3)}));
     canvas->end();
     EXPECT_GL_CALLS(gl);
 }

@@ -63,12 +63,12 @@ TEST_F(OverlapMaskTrace, LaterStrokesAreDrawnToTheMaskWhichIsThenDrawnOnce) {
                "glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 2)", "glViewport(-70, -45, 200, 100)",
                "glEnable(GL_SCISSOR_TEST)", "glScissor(0, 0, 60, 10)",
                "glBlendEquationSeparate(GL_MAX, GL_MAX)", "glClear(GL_COLOR_BUFFER_BIT)",
-               "glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)",
-               "glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0)", "glViewport(10, 20, 200, 100)",
-               "glDisable(GL_SCISSOR_TEST)", "glScissor(0, 0, 200, 100)",
-               "glBlendEquationSeparate(GL_FUNC_ADD, GL_FUNC_ADD)", "glActiveTexture(GL_TEXTURE15)",
-               "glBindTexture(GL_TEXTURE_2D, 3)", "glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)",
-               "glBindTexture(GL_TEXTURE_2D, 0)", "glActiveTexture(GL_TEXTURE0)",
+               test::quadsDrawn(0, 2), "glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0)",
+               "glViewport(10, 20, 200, 100)", "glDisable(GL_SCISSOR_TEST)",
+               "glScissor(0, 0, 200, 100)", "glBlendEquationSeparate(GL_FUNC_ADD, GL_FUNC_ADD)",
+               "glActiveTexture(GL_TEXTURE15)", "glBindTexture(GL_TEXTURE_2D, 3)",
+               "glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)", "glBindTexture(GL_TEXTURE_2D, 0)",
+               "glActiveTexture(GL_TEXTURE0)",
                "glBlendEquationSeparate(GL_FUNC_ADD, GL_FUNC_ADD)"}));
     EXPECT_EQ(only(calls, {"glUniform1i(22", "glUniform4f(23"}),
               Lines({"glUniform1i(22, 15)", "glUniform4f(23, 80, 65, 0.00390625, 0.00390625)"}));
@@ -107,8 +107,7 @@ TEST_F(OverlapMaskTrace, ColorsThatAreMaskedAreDrawnToTheMaskAllTheSame) {
     callsOf([&] { draw(); });
     gl.setState(GL_COLOR_WRITEMASK, {1, 0, 0, 1});
     EXPECT_EQ(only(callsOf([&] { draw(); }), {"glColorMask", "glDraw"}),
-              Lines({"glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE)",
-                     "glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)",
+              Lines({"glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE)", test::quadsDrawn(0, 2),
                      "glColorMask(GL_TRUE, GL_FALSE, GL_FALSE, GL_TRUE)",
                      "glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)"}));
 }
@@ -132,15 +131,15 @@ TEST_F(OverlapMaskTrace, WhatIsNotHalfTransparentNeedsNoMask) {
 TEST_F(OverlapMaskTrace, ThereIsNoMaskWithADepthTestOrWithoutFramebuffers) {
     gl.setState(GL_DEPTH_TEST, {1});
     EXPECT_EQ(only(callsOf([&] { draw(); }), {"glBindFramebuffer", "glDraw"}),
-              Lines({"glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)"}));
+              Lines({test::quadsDrawn(0, 2)}));
     gl.setState(GL_DEPTH_TEST, {0});
     gl.setFramebufferStatus(GL_FRAMEBUFFER_UNSUPPORTED);
     EXPECT_EQ(only(laterCallsOf([&] { draw(); }), {"glBindFramebuffer", "glDraw"}),
-              Lines({"glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)"}));
+              Lines({test::quadsDrawn(0, 2)}));
     canvas = Canvas::make();
     test::FakeGl::remove(glad_glGenFramebuffers);
     EXPECT_EQ(only(callsOf([&] { draw(); }), {"glBindFramebuffer", "glDraw"}),
-              Lines({"glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)"}));
+              Lines({test::quadsDrawn(0, 2)}));
 }
 
 TEST_F(OverlapMaskTrace, MaskGrowsWithTheStrokesAndIsNoLargerThanATextureCanBe) {
@@ -163,7 +162,7 @@ TEST_F(OverlapMaskTrace, MaskGrowsWithTheStrokesAndIsNoLargerThanATextureCanBe) 
 
 TEST_F(OverlapMaskTrace, StrokeOfSeveralBuffersIsOneMask) {
     callsOf([&] { draw(); });
-    std::vector<glm::vec2> many(canvas::mostCopied + 100);
+    std::vector<glm::vec2> many(canvas::mostCopied(canvas::Kind::Strip) + 100);
     for (std::size_t i = 0; i < many.size(); ++i)
         many[i] = glm::vec2(i % 2 == 0 ? -0.2f : 0.2f, 0.f);
     const Lines calls = callsOf([&] { canvas->drawLineStrip(stroke(), many); });

@@ -118,10 +118,8 @@ TEST_F(ProgramsTrace, UniformsAreSetAnewWhereTheyChange) {
     });
     EXPECT_EQ(only(calls, {"glUniform1f", "glDraw"}),
               Lines({"glUniform1f(12, 0)", "glUniform1f(13, 0)", "glUniform1f(14, 10)",
-                     "glDrawElements(GL_TRIANGLES, 42, GL_UNSIGNED_SHORT, 0)", "glUniform1f(12, 2)",
-                     "glUniform1f(13, 2)", "glUniform1f(14, 3)",
-                     "glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 120)",
-                     "glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)"}));
+                     test::quadsDrawn(0, 7), "glUniform1f(12, 2)", "glUniform1f(13, 2)",
+                     "glUniform1f(14, 3)", test::quadsDrawn(10, 2), test::quadsDrawn(0, 2)}));
 }
 
 } // namespace

@@ -369,7 +369,7 @@ TEST_F(RecorderTrace, StrokesThatPaintOnceAreACommandEach) {
 TEST(RecorderRoomTrace, FullRoomIsDrawnAndTheLastThreeRecordsStandAgain) {
     for (const std::size_t numRecords : {4u, 5u, 6u, 7u}) {
         Drawing drawing;
-        TestRoom room(drawing, numRecords * sizeof(StrokeRecord<2>));
+        TestRoom room(drawing, numRecords * sizeof(StrokeRecord<2>) + Record::slack);
         Recorder recorder(drawing, room, true);
         std::vector<glm::vec2> points;
         for (int i = 0; i < 20; ++i)
@@ -391,7 +391,7 @@ TEST(RecorderRoomTrace, FullRoomIsDrawnAndTheLastThreeRecordsStandAgain) {
 
 TEST(RecorderRoomTrace, StrokeThatPaintsOnceGoesOnInTheNextDrawing) {
     Drawing drawing;
-    TestRoom room(drawing, 5 * sizeof(StrokeRecord<2>));
+    TestRoom room(drawing, 5 * sizeof(StrokeRecord<2>) + Record::slack);
     Recorder recorder(drawing, room, true);
     const std::vector<glm::vec2> points = {{0, 0}, {1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}, {6, 0}};
     recorder.stroke(Shape::LineStrip, {half, 2.f}, points, nullptr, Setting());
@@ -413,7 +413,7 @@ TEST_F(RecorderTrace, StrokeThatGetsMoreRoomIsOneCommand) {
 
 TEST(RecorderRoomTrace, TriangleThatDoesNotFitStandsAgainAsAWhole) {
     Drawing drawing;
-    TestRoom room(drawing, 4 * sizeof(Corner<2>));
+    TestRoom room(drawing, 4 * sizeof(Corner<2>) + Record::slack);
     Recorder recorder(drawing, room, true);
     const std::vector<glm::vec2> points = {{1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}, {6, 0}};
     recorder.area(Shape::Triangles, white, points, Setting());

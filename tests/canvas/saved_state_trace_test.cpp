@@ -133,7 +133,7 @@ TEST_P(SavedStateTrace, StateIsAsItWasAfterFirstAndLaterBatches) {
     for (int i = 0; i < 2; ++i) {
         gl.setState(state.pname, state.value);
         drawAllKinds();
-        EXPECT_GT(gl.countOf("glDrawArrays"), 0u);
+        EXPECT_GT(gl.countOf("glDrawElements"), 0u);
         EXPECT_EQ(valueOf(state), state.value);
         gl.forget();
     }
@@ -162,13 +162,40 @@ TEST_F(SavedStateTrace, WhatDisturbsIsOffWhileABatchDraws) {
             EXPECT_EQ(valueOfName(name), 0) << name;
         EXPECT_EQ(valueOf({"", GL_POLYGON_MODE, {0, 0}}), std::vector<double>(2, GL_FILL));
         EXPECT_EQ(valueOfName(GL_LINE_WIDTH), 1);
-        EXPECT_EQ(valueOfName(GL_BLEND), 1);
         EXPECT_EQ(valueOfName(GL_BLEND_SRC_RGB), GL_SRC_ALPHA);
         EXPECT_EQ(valueOfName(GL_BLEND_EQUATION_RGB), GL_FUNC_ADD);
     });
     drawAllKinds();
     EXPECT_GT(numDraws, 3);
     gl.forget();
+}
+
+TEST_F(SavedStateTrace, AreasOfOneOpaqueColorAreNotBlended) {
+    const std::vector<glm::vec4> colors = {white};
+    for (const int isOn : {0, 1}) {
+        gl.setState(GL_BLEND, {isOn});
+        const Lines calls = callsOf([&] {
+            canvas->drawTriangles(white, corner);
+            canvas->drawTriangles(transparent, corner3D);
+            canvas->drawLines(Stroke::aliased(white), corner);
+            canvas->drawTriangles(colors, corner);
+            canvas->drawPoints(white, 3.f, corner);
+        });
+        Lines expected = {"glDisable(GL_BLEND)",  test::trianglesDrawn(0, 3),
+                          "glEnable(GL_BLEND)",   test::trianglesDrawn(0, 3),
+                          "glDisable(GL_BLEND)",  test::linesDrawn(3, 2),
+                          "glEnable(GL_BLEND)",   test::trianglesDrawn(5, 3),
+                          test::discsDrawn(0, 3), "glDisable(GL_BLEND)"};
+        expected.erase(isOn != 0 ? expected.end() - 1 : expected.begin());
+        EXPECT_EQ(only(calls, {"glEnable(GL_BLEND)", "glDisable(GL_BLEND)", "glDraw"}), expected);
+    }
+    gl.setState(GL_BLEND, {0});
+    EXPECT_EQ(only(callsOf([&] {
+                       canvas->drawTriangles(white, corner);
+                       canvas->drawTriangles(transparent, corner);
+                   }),
+                   {"glEnable(GL_BLEND)", "glDraw"}),
+              Lines({"glEnable(GL_BLEND)", test::trianglesDrawn(0, 6)}));
 }
 
 TEST_F(SavedStateTrace, BindingsAreAsTheyWere) {
@@ -228,11 +255,9 @@ TEST_F(SavedStateTrace, TrianglesAloneAreMultisampledAndOnlyWhatIsNotAntialiased
                  canvas->drawTriangles(white, corner);
              }),
              {"glEnable(GL_MULTI", "glDisable(GL_MULTI", "glDepthMask", "glDraw"}),
-        Lines({"glDrawArrays(GL_TRIANGLES, 0, 3)", "glDisable(GL_MULTISAMPLE)",
-               "glDepthMask(GL_FALSE)", "glDrawElements(GL_TRIANGLES, 12, GL_UNSIGNED_SHORT, 0)",
-               "glDrawArrays(GL_TRIANGLES, 0, 9)", "glDepthMask(GL_TRUE)",
-               "glDrawArrays(GL_LINES, 3, 2)", "glEnable(GL_MULTISAMPLE)",
-               "glDrawArrays(GL_TRIANGLES, 5, 3)"}));
+        Lines({test::trianglesDrawn(0, 3), "glDisable(GL_MULTISAMPLE)", "glDepthMask(GL_FALSE)",
+               test::quadsDrawn(0, 2), test::trianglesDrawn(0, 9), "glDepthMask(GL_TRUE)",
+               test::linesDrawn(3, 2), "glEnable(GL_MULTISAMPLE)", test::trianglesDrawn(5, 3)}));
 }
 
 /// A vertex array of GL's own, without vertex array objects.
