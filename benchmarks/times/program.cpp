@@ -5,7 +5,6 @@
 #include <string>
 
 #include <benchmark/benchmark.h>
-#include <offscreen/context.hpp>
 #include <offscreen/requirement.hpp>
 #include <vellis/engine.hpp>
 #include <vellis/gl.hpp>
@@ -21,10 +20,11 @@ namespace {
     std::exit(EXIT_FAILURE);
 }
 
-std::unique_ptr<offscreen::Context> openContext() {
+} // namespace
+
+std::unique_ptr<offscreen::Context> openContext(unsigned int size) {
     offscreen::Settings settings;
-    // Small, so that what is measured is calls and not pixels.
-    settings.width = settings.height = 16;
+    settings.width = settings.height = size;
     std::string error;
     if (!offscreen::platformFromEnvironment(settings.platform, error))
         fail(error);
@@ -38,6 +38,11 @@ std::unique_ptr<offscreen::Context> openContext() {
         fail(missing);
     return context;
 }
+
+namespace {
+
+/// Small, so that what is measured is calls and not pixels.
+constexpr unsigned int contextSize = 16;
 
 std::string text(GLenum name) {
     const GLubyte* const value = glGetString(name);
@@ -75,7 +80,7 @@ int runTimes(int argc, char** argv, std::vector<Workload> (*workloads)()) {
         NullDriver::install();
         run(workloads(), Where::NullDriver);
     } else {
-        const std::unique_ptr<offscreen::Context> context = openContext();
+        const std::unique_ptr<offscreen::Context> context = openContext(contextSize);
         runOnDriver(workloads());
     }
     return EXIT_SUCCESS;

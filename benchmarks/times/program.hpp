@@ -1,10 +1,17 @@
 #pragma once
 
+#include <memory>
 #include <vector>
+
+#include <offscreen/context.hpp>
 
 #include "workloads/workload.hpp"
 
 namespace vellis::bench {
+
+/// A driver's context of \p size x \p size pixels, with the library begun. Ends the program where
+/// there is none.
+std::unique_ptr<offscreen::Context> openContext(unsigned int size);
 
 /// The main function of a program of benchmarks, with the arguments
 /// `null|driver [options of Google Benchmark]`. \p workloads is called when the NullDriver or a

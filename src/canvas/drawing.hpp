@@ -73,10 +73,15 @@ constexpr std::size_t recordSize(Kind kind, unsigned int dimensions) {
     return position + sizeof(float) + sizeof(Color);
 }
 
+/// Whether GL draws records as they are.
+constexpr bool isFlat(Kind kind) {
+    return kind < Kind::Strip;
+}
+
 /// How many vertices GL makes of a record: a corner, a quad or a triangle around a disc. Where it
 /// has no instanced arrays, a record stands in memory as often.
 constexpr unsigned int verticesOf(Kind kind) {
-    return kind == Kind::Discs ? 3 : kind < Kind::Strip ? 1 : 4;
+    return kind == Kind::Discs ? 3 : isFlat(kind) ? 1 : 4;
 }
 
 /// The arena of a kind: lines and triangles share theirs.
@@ -135,6 +140,16 @@ struct Look {
     bool isFromBuffer = false; ///< whether `points` are drawn, and no records
     BufferPoints points = {};
 
+    /// Leaves the matrix alone, and what is not used then as it was.
+    void reset(const glm::mat4& newMatrix) {
+        matrix = newMatrix;
+        style.isGradient = style.isDashed = false;
+        style.join = Stroke::Join::Miter;
+        style.cap = Stroke::Cap::Butt;
+        style.miterLimit = 0.f;
+        paintsOnce = isFromBuffer = false;
+    }
+
     /// Whether records of both can be drawn by one call.
     bool isSameAs(const Look& other) const {
         return !paintsOnce && !other.paintsOnce && !isFromBuffer && !other.isFromBuffer &&
@@ -150,6 +165,7 @@ struct Command {
     unsigned char dimensions;
     bool continuesOverlap; ///< whether the command before is of the same stroke
     bool endsOverlap;
+    bool isOpaque;      ///< whether it needs no blending
     std::uint32_t look; ///< index
     std::size_t first;  ///< record
     std::size_t count;  ///< of records

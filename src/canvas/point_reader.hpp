@@ -97,6 +97,9 @@ public:
     bool isEmpty() const { return colors_.count == 0; }
     bool isOne() const { return colors_.type == detail::ColorType::One; }
 
+    /// Whether it is one that hides what is below.
+    bool isOpaque() const { return isOne() && one_.a == 255; }
+
     /// The colour of a point. There is one at least.
     Color at(std::size_t index) const {
         if (isOne())

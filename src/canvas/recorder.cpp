@@ -6,15 +6,6 @@
 namespace vellis::canvas {
 namespace {
 
-Record corner(const glm::vec3& point, unsigned int dimensions, Color color) {
-    return Record(point, dimensions).add(color);
-}
-
-Record strokeRecord(const glm::vec3& point, unsigned int dimensions, float phase, float halfWidth,
-                    Color color) {
-    return Record(point, dimensions).add(phase).add(halfWidth).add(color);
-}
-
 /// What is there to know of points before the first is recorded.
 struct Extent {
     glm::vec3 lowest{INFINITY};
@@ -156,7 +147,9 @@ private:
     }
 
     void put(const glm::vec3& point, Color color, float halfWidth = 0.f, float phase = 0.f) {
-        recorder_.put(strokeRecord(point, recorder_.dimensions_, phase, halfWidth, color), numPut_);
+        Record record;
+        record.add(point, recorder_.dimensions_).add(phase).add(halfWidth).add(color);
+        recorder_.put(record, numPut_);
         numPut_ = numPut_ < 3 ? numPut_ + 1 : 3;
     }
 
@@ -176,11 +169,11 @@ private:
 void Recorder::begin(Kind kind, unsigned int dimensions, const glm::mat4& matrix) {
     kind_ = kind;
     dimensions_ = dimensions;
-    look_ = Look();
-    look_.matrix = matrix;
+    look_.reset(matrix);
     arena_ = &drawing_.arenas[arenaOf(kind, dimensions)];
     copies_ = isInstanced_ ? 1 : verticesOf(kind);
     command_ = none;
+    isOpaque_ = false;
     isWithinOverlap_ = false;
 }
 
@@ -193,7 +186,9 @@ bool Recorder::addsToLast() const {
 }
 
 void Recorder::openCommand() {
-    if (!addsToLast()) {
+    if (addsToLast()) {
+        drawing_.commands.back().isOpaque &= isOpaque_;
+    } else {
         // Without memory for the second, the first is one that no command has.
         if (drawing_.looks.empty() || !drawing_.looks.back().isSameAs(look_))
             drawing_.looks.push_back(look_);
@@ -203,6 +198,7 @@ void Recorder::openCommand() {
         command.look = static_cast<std::uint32_t>(drawing_.looks.size()) - 1;
         command.continuesOverlap = isWithinOverlap_;
         command.endsOverlap = true;
+        command.isOpaque = isOpaque_;
         command.first = arena_->count;
         drawing_.commands.push_back(command);
     }
@@ -211,13 +207,13 @@ void Recorder::openCommand() {
 
 void Recorder::makeRoom(std::size_t numBytes, std::size_t numRepeated) {
     const std::size_t numBefore = arena_->used;
-    if (arena_->bytes.size() - numBefore < numBytes) {
+    if (arena_->bytes.size() - numBefore < numBytes + Record::slack) {
         if (command_ != none && look_.paintsOnce) {
             drawing_.commands[command_].endsOverlap = false;
             isWithinOverlap_ = true;
         }
         room_.make(static_cast<std::size_t>(arena_ - drawing_.arenas.data()),
-                   (numRepeated + 1) * numBytes);
+                   (numRepeated + 1) * numBytes + Record::slack);
     }
     if (arena_->used == numBefore && command_ != none) {
         drawing_.commands[command_].endsOverlap = true; // there was more memory
@@ -230,6 +226,18 @@ void Recorder::makeRoom(std::size_t numBytes, std::size_t numRepeated) {
         arena_->used = repeated;
         arena_->count = drawing_.commands[command_].count = numRepeated;
     }
+}
+
+void Recorder::putCorner(const glm::vec3& point, Color color, std::size_t numRepeated) {
+    Record record;
+    record.add(point, dimensions_).add(color);
+    put(record, numRepeated);
+}
+
+void Recorder::putDisc(const glm::vec3& center, float radius, Color color) {
+    Record record;
+    record.add(center, dimensions_).add(radius).add(color);
+    put(record);
 }
 
 // --- Strokes ---
@@ -329,9 +337,12 @@ void Recorder::segments(PointReader& points, const ColorReader& colors, const St
             putDot(from, color, stroke, setting);
             continue;
         }
-        ruler.begin(from);
-        put(strokeRecord(from, dimensions_, ruler.phase(), halfWidth, color)
-                .add(strokeRecord(to, dimensions_, 0.f, 0.f, colors.at(i))));
+        if (look_.style.isDashed)
+            ruler.begin(from);
+        Record record;
+        record.add(from, dimensions_).add(ruler.phase()).add(halfWidth).add(color);
+        record.add(to, dimensions_).add(0.f).add(0.f).add(colors.at(i));
+        put(record);
     }
 }
 
@@ -342,7 +353,7 @@ void Recorder::putDot(const glm::vec3& point, Color color, const Stroke& stroke,
     const Kind kind = kind_;
     const Look look = look_;
     begin(Kind::Discs, dimensions_, setting.matrix);
-    put(Record(point, dimensions_).add(halfWidthOf(stroke, setting)).add(color));
+    putDisc(point, halfWidthOf(stroke, setting), color);
     begin(kind, dimensions_, setting.matrix);
     look_ = look;
 }
@@ -355,6 +366,7 @@ void Recorder::bufferPoints(Kind kind, const BufferPoints& points,
     drawing_.buffers.push_back(buffer);
     look_.points = points;
     look_.isFromBuffer = true;
+    isOpaque_ = isFlat(kind) && points.color.a == 255;
     if (stroke != nullptr) {
         look_.style = styleOf(*stroke, points.shape, setting.pixelRatio);
         look_.style.isDashed = false;
@@ -369,6 +381,7 @@ void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader&
                             const Setting& setting) {
     const std::size_t size = points.size();
     begin(Kind::Lines, points.dimensions(), setting.matrix);
+    isOpaque_ = colors.isOpaque();
     const std::size_t step = shape == Shape::Lines ? 2 : 1;
     const std::size_t end = shape == Shape::LineLoop && size > 1 ? size + 1 : size;
     for (std::size_t i = 1; i < end; i += step) {
@@ -376,8 +389,8 @@ void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader&
         const glm::vec3 from = points[i - 1];
         const glm::vec3 to = points[next];
         if (isFinite(from) && isFinite(to)) {
-            put(corner(from, dimensions_, colors.at(i - 1)));
-            put(corner(to, dimensions_, colors.at(next)), 1);
+            putCorner(from, colors.at(i - 1), 0);
+            putCorner(to, colors.at(next), 1);
         }
     }
 }
@@ -391,12 +404,15 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
     if (colorReader.isEmpty())
         return;
     begin(Kind::Triangles, reader.dimensions(), setting.matrix);
+    isOpaque_ = colorReader.isOpaque();
     struct Entry {
         glm::vec3 point;
         Color color;
     };
     Entry before[4] = {};
-    for (std::size_t i = 0; i < reader.size(); ++i) {
+    const std::size_t size = reader.size();
+    const std::size_t end = shape == Shape::Quads ? size - size % 4 : size;
+    for (std::size_t i = 0; i < end; ++i) {
         const Entry next = {reader[i], colorReader.at(i)};
         const CornerPlace place = placeOf(shape, i);
         const Entry& second = before[place.before];
@@ -405,7 +421,7 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
             std::size_t numRepeated = 0;
             const Entry corners[] = {before[0], second, next};
             for (const Entry& entry : corners)
-                put(corner(entry.point, dimensions_, entry.color), numRepeated++);
+                putCorner(entry.point, entry.color, numRepeated++);
         }
         before[place.keepsAs] = next;
     }
@@ -427,7 +443,7 @@ void Recorder::rings(std::initializer_list<Ring> rings, const Sizes& sizes, cons
         if (!isFinite(point) || !(radius > 0.f && std::isfinite(radius)))
             continue;
         for (const Ring& ring : rings)
-            put(Record(point, dimensions_).add(radius * ring.size).add(ring.colors->at(i)));
+            putDisc(point, radius * ring.size, ring.colors->at(i));
     }
 }
 

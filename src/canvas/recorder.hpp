@@ -40,12 +40,20 @@ protected:
 /// A record as it will stand in memory: see Corner, StrokeRecord and Disc. It consists of words of
 /// 4 bytes.
 class Record {
-public:
-    /// A corner, or the beginning of what has a size ahead of its colour.
-    Record(const glm::vec3& position, unsigned int dimensions) : numWords_(dimensions) {
-        std::memcpy(words_, &position, sizeof position);
-    }
+    static constexpr unsigned int wordsAtOnce = 4;
 
+public:
+    static constexpr std::size_t slack = (wordsAtOnce - 1) * sizeof(std::uint32_t);
+
+    Record() = default;
+    Record(const Record&) = delete; // it is made where it stays
+    Record& operator=(const Record&) = delete;
+
+    Record& add(const glm::vec3& position, unsigned int dimensions) {
+        std::memcpy(words_ + numWords_, &position, sizeof position);
+        numWords_ += dimensions;
+        return *this;
+    }
     Record& add(float number) {
         std::memcpy(words_ + numWords_++, &number, sizeof number);
         return *this;
@@ -54,24 +62,20 @@ public:
         std::memcpy(words_ + numWords_++, &color, sizeof color);
         return *this;
     }
-    Record& add(const Record& other) {
-        std::memcpy(words_ + numWords_, other.words_, other.size());
-        numWords_ += other.numWords_;
-        return *this;
-    }
 
     std::size_t size() const { return numWords_ * sizeof *words_; }
 
+    /// Writes it, and some of what `slack` leaves room for.
     /// \return where the next one goes.
     unsigned char* copyTo(unsigned char* memory) const {
-        for (unsigned int i = 0; i < numWords_; ++i, memory += sizeof *words_)
-            std::memcpy(memory, words_ + i, sizeof *words_);
-        return memory;
+        for (unsigned int i = 0; i < numWords_; i += wordsAtOnce)
+            std::memcpy(memory + i * sizeof *words_, words_ + i, wordsAtOnce * sizeof *words_);
+        return memory + size();
     }
 
 private:
     std::uint32_t words_[12]; ///< up to two records of strokes in space
-    unsigned int numWords_;
+    unsigned int numWords_ = 0;
 };
 
 /// Turns the calls of a canvas into records and commands. A call whose records are of the kind, the
@@ -122,7 +126,7 @@ private:
     ///                     where those had to be drawn for room.
     void put(const Record& record, std::size_t numRepeated = 0) {
         const std::size_t numBytes = copies_ * record.size();
-        if (arena_->bytes.size() - arena_->used < numBytes || command_ == none)
+        if (arena_->bytes.size() - arena_->used < numBytes + Record::slack || command_ == none)
             makeRoom(numBytes, numRepeated);
         unsigned char* to = arena_->bytes.data() + arena_->used;
         for (std::size_t i = 0; i < copies_; ++i)
@@ -131,6 +135,9 @@ private:
         ++arena_->count;
         ++drawing_.commands[command_].count;
     }
+
+    void putCorner(const glm::vec3& point, Color color, std::size_t numRepeated);
+    void putDisc(const glm::vec3& center, float radius, Color color);
 
     void strip(Shape shape, PointReader& points, const ColorReader& colors, const Stroke& stroke,
                const Setting& setting);
@@ -159,6 +166,7 @@ private:
     Arena* arena_ = nullptr;
     std::size_t copies_ = 1;
     std::uint32_t command_ = none;
+    bool isOpaque_ = false;        ///< whether the records need no blending
     bool isWithinOverlap_ = false; ///< whether a command of the current overlap has been drawn
 };
 

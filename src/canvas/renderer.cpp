@@ -11,8 +11,6 @@
 namespace vellis::canvas {
 namespace {
 
-constexpr std::size_t streamedCorners = 32768;
-
 /// GL's primitives, in the order of Shape.
 constexpr unsigned int primitives[] = {GL_LINES,     GL_LINE_STRIP,     GL_LINE_LOOP,
                                        GL_TRIANGLES, GL_TRIANGLE_STRIP, GL_TRIANGLE_FAN};
@@ -26,17 +24,13 @@ std::size_t piecesOf(Kind kind, std::size_t count) {
     return kind != Kind::Strip ? count : count > 3 ? count - 3 : 0;
 }
 
-void drawQuads(std::size_t first, std::size_t count) {
-    glDrawElements(GL_TRIANGLES, sizeOf(6 * count), GL_UNSIGNED_SHORT,
-                   reinterpret_cast<const void*>(6 * first * sizeof(unsigned short)));
-}
-
 /// The vertices of records that stand in memory for each of them.
 void drawCopied(Kind kind, std::size_t first, std::size_t count) {
-    if (kind == Kind::Discs)
-        glDrawArrays(GL_TRIANGLES, sizeOf(3 * first), sizeOf(3 * count));
-    else
-        drawQuads(first, count);
+    const std::size_t numIndices = isFlat(kind) ? 1 : kind == Kind::Discs ? 3 : 6;
+    const std::size_t begin = numIndices * first + (numIndices < 6 ? firstOwnIndex : 0);
+    glDrawElements(kind == Kind::Lines ? GL_LINES : GL_TRIANGLES, sizeOf(numIndices * count),
+                   GL_UNSIGNED_SHORT,
+                   reinterpret_cast<const void*>(begin * sizeof(unsigned short)));
 }
 
 void drawInstances(Kind kind, std::size_t count) {
@@ -48,12 +42,6 @@ void drawInstances(Kind kind, std::size_t count) {
         glDrawArraysInstancedARB(primitive, 0, isDisc ? 3 : 4, sizeOf(count));
 }
 
-/// GL's own lines and triangles.
-void drawCorners(const Command& command) {
-    glDrawArrays(command.kind == Kind::Lines ? GL_LINES : GL_TRIANGLES, sizeOf(command.first),
-                 sizeOf(command.count));
-}
-
 glm::vec4 toNumbers(Color color) {
     glm::vec4 result;
     for (int i = 0; i < 4; ++i)
@@ -61,20 +49,13 @@ glm::vec4 toNumbers(Color color) {
     return result;
 }
 
-bool isFlat(Kind kind) {
-    return kind == Kind::Lines || kind == Kind::Triangles;
-}
-
 } // namespace
 
 std::size_t streamedSize(std::size_t arena) {
     for (const Kind kind : {Kind::Lines, Kind::Strip, Kind::Segments, Kind::Discs}) {
         for (const unsigned int dimensions : {2u, 3u}) {
-            if (arenaOf(kind, dimensions) == arena) {
-                const std::size_t count =
-                    isFlat(kind) ? streamedCorners : mostCopied * verticesOf(kind);
-                return count * recordSize(kind, dimensions);
-            }
+            if (arenaOf(kind, dimensions) == arena)
+                return mostCopied(kind) * verticesOf(kind) * recordSize(kind, dimensions);
         }
     }
     return 0;
@@ -98,6 +79,8 @@ void Renderer::drawStreamed(const Drawing& drawing) {
         if (streamed_[i].name() == 0) {
             unsigned int name = 0;
             glGenBuffers(1, &name);
+            if (name == 0)
+                continue;
             streamed_[i] = BufferName(name);
             glBindBuffer(GL_ARRAY_BUFFER, name);
             glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(streamedSize(i)), nullptr,
@@ -137,16 +120,23 @@ void Renderer::keep(KeptDrawing& kept) {
 
 void Renderer::draw(const Source& source, SavedState& saved) {
     ++numDrawings_;
+    // The mask may be in use then: the stroke goes on in the next drawing, or memory ran out.
+    struct EndMask {
+        Renderer& renderer;
+        ~EndMask() { renderer.endMask(); }
+    } const endMask{*this};
     for (const Command& command : source.drawing.commands)
         drawCommand(source, command, saved);
-    if (isMasked_) { // the stroke goes on in the next drawing
+}
+
+void Renderer::endMask() {
+    if (isMasked_)
         mask_.end();
-        isMasked_ = false;
-    }
+    isMasked_ = false;
 }
 
 void Renderer::drawCommand(const Source& source, const Command& command, SavedState& saved) {
-    saved.prepareFor(command.kind);
+    saved.prepareFor(command.kind, command.isOpaque);
     const Look& look = source.drawing.looks[command.look];
     if (!look.paintsOnce || saved.testsDepth())
         return paint(source, command, saved);
@@ -158,8 +148,7 @@ void Renderer::drawCommand(const Source& source, const Command& command, SavedSt
     isMasked_ = mask_.begin(box_, saved.viewport(), !command.continuesOverlap, capabilities_);
     paint(source, command, saved);
     if (isMasked_ && command.endsOverlap) {
-        mask_.end();
-        isMasked_ = false;
+        endMask();
         composite(overlap, saved);
     }
 }
@@ -183,10 +172,7 @@ void Renderer::paint(const Source& source, const Command& command, const SavedSt
 
 void Renderer::drawStreamedRecords(const Command& command) {
     const unsigned int buffer = streamed_[arenaOf(command.kind, command.dimensions)].name();
-    arrays_.useStreamed(command.kind, command.dimensions, buffer);
-    if (isFlat(command.kind))
-        drawCorners(command);
-    else
+    if (arrays_.useStreamed(command.kind, command.dimensions, buffer))
         drawCopied(command.kind, command.first, piecesOf(command.kind, command.count));
 }
 
@@ -198,17 +184,16 @@ void Renderer::drawKeptRecords(const KeptDrawing& kept, const Command& command) 
     const std::size_t count = piecesOf(kind, command.count);
     if (buffer == 0 || count == 0)
         return;
-    if (isFlat(kind)) {
-        arrays_.useRecords(kind, dimensions, buffer, 0, false);
-        drawCorners(command);
-    } else if (kept.isInstanced) {
-        arrays_.useRecords(kind, dimensions, buffer, command.first * size, true);
-        drawInstances(kind, count);
+    if (kept.isInstanced && !isFlat(kind)) {
+        if (arrays_.useRecords(kind, dimensions, buffer, command.first * size, true))
+            drawInstances(kind, count);
     } else {
         const std::size_t copiedSize = size * verticesOf(kind);
-        for (std::size_t i = 0; i < count; i += mostCopied) {
-            arrays_.useRecords(kind, dimensions, buffer, (command.first + i) * copiedSize, false);
-            drawCopied(kind, 0, std::min(mostCopied, count - i));
+        const std::size_t most = mostCopied(kind);
+        for (std::size_t i = 0; i < count; i += most) {
+            const std::size_t offset = (command.first + i) * copiedSize;
+            if (arrays_.useRecords(kind, dimensions, buffer, offset, false))
+                drawCopied(kind, 0, std::min(most, count - i));
         }
     }
 }
@@ -223,12 +208,12 @@ void Renderer::drawPoints(const Command& command, const BufferPoints& points) {
         return;
     const unsigned int dimensions = command.dimensions;
     if (isFlat(command.kind)) {
-        arrays_.useCorners(dimensions, buffer);
-        glDrawArrays(primitives[static_cast<std::size_t>(points.shape)], sizeOf(points.first),
-                     sizeOf(count));
+        if (arrays_.useCorners(dimensions, buffer))
+            glDrawArrays(primitives[static_cast<std::size_t>(points.shape)], sizeOf(points.first),
+                         sizeOf(count));
     } else if (command.kind == Kind::Discs) {
-        arrays_.useCenters(dimensions, buffer, points.first);
-        drawInstances(Kind::Discs, count);
+        if (arrays_.useCenters(dimensions, buffer, points.first))
+            drawInstances(Kind::Discs, count);
     } else {
         drawPieces(dimensions, points, count);
     }
@@ -239,8 +224,9 @@ void Renderer::drawPieces(unsigned int dimensions, const BufferPoints& points, s
     const auto drawFrom = [&](std::size_t a, std::size_t b, std::size_t c, std::size_t d,
                               std::size_t step, std::size_t numPieces) {
         const std::size_t first = points.first;
-        arrays_.usePieces(dimensions, buffer, {first + a, first + b, first + c, first + d}, step);
-        drawInstances(Kind::Strip, numPieces);
+        if (arrays_.usePieces(dimensions, buffer, {first + a, first + b, first + c, first + d},
+                              step))
+            drawInstances(Kind::Strip, numPieces);
     };
     if (count < 2)
         return;
@@ -388,8 +374,8 @@ void Renderer::composite(const Overlap& overlap, const SavedState& saved) {
                     1.f / static_cast<float>(mask_.height()));
         const glm::vec4 color = toNumbers(overlap.color);
         glUniform4fv(painter.location(UniformName::StyleColor), 1, &color[0]);
-        arrays_.useQuad();
-        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+        if (arrays_.useQuad())
+            glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     });
 }
 

@@ -86,16 +86,14 @@ SavedState::SavedState(const Capabilities& capabilities) : capabilities_(capabil
         glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     if (lineWidth_ != 1.f)
         glLineWidth(1.f);
-    if (!blends_)
-        glEnable(GL_BLEND);
+    isBlendOn_ = blends_;
     setBlending();
 }
 
 SavedState::~SavedState() {
     setDepthMask(true);
     setMultisample(true);
-    if (!blends_)
-        glDisable(GL_BLEND);
+    setBlend(blends_);
     glBlendFuncSeparate(gl(factors_[0]), gl(factors_[1]), gl(factors_[2]), gl(factors_[3]));
     glBlendEquationSeparate(gl(equations_[0]), gl(equations_[1]));
     if (lineWidth_ != 1.f)
@@ -123,7 +121,8 @@ void SavedState::setBlending() {
     glBlendEquationSeparate(GL_FUNC_ADD, GL_FUNC_ADD);
 }
 
-void SavedState::prepareFor(Kind kind) {
+void SavedState::prepareFor(Kind kind, bool isOpaque) {
+    setBlend(!isOpaque);
     setMultisample(kind == Kind::Triangles);
     setDepthMask(kind == Kind::Triangles || kind == Kind::Lines);
 }
@@ -140,6 +139,13 @@ void SavedState::setMultisample(bool on) {
         return;
     state::switchCapability(GL_MULTISAMPLE, on);
     isMultisampleOff_ = !on;
+}
+
+void SavedState::setBlend(bool on) {
+    if (isBlendOn_ == on)
+        return;
+    state::switchCapability(GL_BLEND, on);
+    isBlendOn_ = on;
 }
 
 void SavedState::readVertexArrays() {

@@ -19,9 +19,9 @@ public:
     SavedState(const SavedState&) = delete;
     SavedState& operator=(const SavedState&) = delete;
 
-    /// Sets what a kind draws with: what is antialiased writes no depth, and only triangles are
-    /// multisampled.
-    void prepareFor(Kind kind);
+    /// Sets what a kind draws with: what is antialiased writes no depth, only triangles are
+    /// multisampled, and what is opaque is not blended.
+    void prepareFor(Kind kind, bool isOpaque);
 
     /// Whether there is anything to draw to.
     bool hasViewport() const { return viewport_[2] > 0 && viewport_[3] > 0; }
@@ -39,6 +39,7 @@ private:
     void restoreVertexArrays() const;
     void setDepthMask(bool on);
     void setMultisample(bool on);
+    void setBlend(bool on);
 
     /// A vertex array of the caller's, where it has no object of its own.
     struct Array {
@@ -63,6 +64,7 @@ private:
     bool isOn_[numSwitches] = {};
     bool isDepthMaskOff_ = false;
     bool isMultisampleOff_ = false;
+    bool isBlendOn_ = false;
     Array arrays_[8] = {};
 };
 
