@@ -163,11 +163,11 @@ void main() {
   float len = place.x + place.y, inside = clamp(place.x, 0., len), period = dashPeriod / dash.y;
   vec4 D = dashes[1] / dash.y, L = dash.x + inside - dashes[0] / dash.y + .5 * period;
   L = inside + .5 * period - L + period * floor(L / period) - D;
-  vec4 R = L + D + D, none = 1e9 * step(.01, max(L, 0.) - min(R, len));
+  vec4 R = L + D + D, none = 1e9 * (step(.01, max(L, 0.) - min(R, len)) + step(len - .01, L) * step(len + .01, R) + step(L, vec4(-.01)) * step(R, vec4(.01)));
   if (!joined.x) L = max(L, 0.);
   if (!joined.y) R = min(R, len);
-  vec4 W = max(L - mix(vec4(joined.x ? inside : place.x), vec4(place.x), step(0., L)),
-               mix(vec4(joined.y ? inside : place.x), vec4(place.x), step(R, vec4(len))) - R) + none;
+  vec4 W = max(L - mix(vec4(joined.x ? inside : place.x), vec4(place.x), step(-.01, L)),
+               mix(vec4(joined.y ? inside : place.x), vec4(place.x), step(R, vec4(len + .01))) - R) + none;
   vec3 near = vec3(W.x, L.x, R.x);
   if (W.y < near.x) near = vec3(W.y, L.y, R.y);
   if (W.z < near.x) near = vec3(W.z, L.z, R.z);
