@@ -67,6 +67,26 @@ void Window::listen() {
     glfwSetFramebufferSizeCallback(window,
                                    [](GLFWwindow* of, int, int) { owner(of).redraw_ = true; });
     glfwSetWindowRefreshCallback(window, [](GLFWwindow* of) { owner(of).redraw_ = true; });
+    listenToPointer();
+}
+
+void Window::listenToPointer() {
+    GLFWwindow* const window = window_.get();
+    glfwSetCursorPosCallback(window, [](GLFWwindow* of, double x, double y) {
+        Window& self = owner(of);
+        const glm::dvec2 at = self.toPixels(x, y);
+        if (self.isDragged_)
+            self.pointer_.push_back({at, at - self.pointerAt_, 0.0});
+        self.pointerAt_ = at;
+    });
+    glfwSetMouseButtonCallback(window, [](GLFWwindow* of, int button, int action, int) {
+        if (button == GLFW_MOUSE_BUTTON_LEFT)
+            owner(of).isDragged_ = action == GLFW_PRESS;
+    });
+    glfwSetScrollCallback(window, [](GLFWwindow* of, double, double steps) {
+        Window& self = owner(of);
+        self.pointer_.push_back({self.pointerAt_, glm::dvec2(0.0), steps});
+    });
 }
 
 Window& Window::owner(GLFWwindow* window) {
@@ -84,6 +104,14 @@ void Window::onKey(const std::string& help, std::function<void(int key)> handler
     std::cout << help_ << std::flush;
 }
 
+void Window::onDrag(std::function<void(const glm::dvec2& by)> handler) {
+    onDrag_ = std::move(handler);
+}
+
+void Window::onWheel(std::function<void(const glm::dvec2& at, double steps)> handler) {
+    onWheel_ = std::move(handler);
+}
+
 void Window::run(const std::function<Redraw(const glm::uvec2& size)>& draw) {
     while (glfwWindowShouldClose(window_.get()) == GLFW_FALSE) {
         const glm::uvec2 size = framebufferSize();
@@ -96,7 +124,7 @@ void Window::run(const std::function<Redraw(const glm::uvec2& size)>& draw) {
             glfwPollEvents();
         else
             glfwWaitEvents();
-        handleKeys();
+        handleEvents();
     }
 }
 
@@ -107,11 +135,32 @@ glm::uvec2 Window::framebufferSize() const {
     return {width, height};
 }
 
-void Window::handleKeys() {
+/// GLFW counts the window's own units, from the upper left corner.
+glm::dvec2 Window::toPixels(double x, double y) const {
+    int width = 0;
+    int height = 0;
+    glfwGetWindowSize(window_.get(), &width, &height);
+    if (width <= 0 || height <= 0)
+        return glm::dvec2(0.0);
+    return glm::dvec2(x / width, 1.0 - y / height) * glm::dvec2(framebufferSize());
+}
+
+void Window::handleEvents() {
     for (const int key : std::exchange(keys_, {})) {
         handle(key);
         redraw_ = true;
     }
+    for (const PointerEvent& event : std::exchange(pointer_, {})) {
+        handle(event);
+        redraw_ = true;
+    }
+}
+
+void Window::handle(const PointerEvent& event) {
+    if (event.steps != 0.0 && onWheel_)
+        onWheel_(event.at, event.steps);
+    if (event.steps == 0.0 && onDrag_)
+        onDrag_(event.moved);
 }
 
 void Window::handle(int key) {

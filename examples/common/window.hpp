@@ -31,7 +31,7 @@ class Window {
 public:
     /// When there is something new to draw.
     enum class Redraw {
-        WhenNeeded, ///< after a key or a change of the window
+        WhenNeeded, ///< after a key, a turn of the wheel, or a change of the window
         AtOnce,     ///< as soon as the screen takes another picture
     };
 
@@ -52,6 +52,14 @@ public:
     ///              window's own.
     void onKey(const std::string& help, std::function<void(int key)> handler);
 
+    /// Sets what is called while the pointer is dragged with its left button: with the distance
+    /// since the last time, in pixels of the framebuffer, to the right and upwards.
+    void onDrag(std::function<void(const glm::dvec2& by)> handler);
+
+    /// Sets what is called when the wheel turns: with the pointer's place in pixels of the
+    /// framebuffer, from its lower left corner, and steps that are positive away from the user.
+    void onWheel(std::function<void(const glm::dvec2& at, double steps)> handler);
+
     /// Draws into the default framebuffer and shows it, until the window is closed.
     /// \param draw  Takes the size of the framebuffer in pixels, which is never empty.
     void run(const std::function<Redraw(const glm::uvec2& size)>& draw);
@@ -68,11 +76,21 @@ private:
 
     using Handle = std::unique_ptr<GLFWwindow, void (*)(GLFWwindow*)>;
 
+    /// What the pointer did.
+    struct PointerEvent {
+        glm::dvec2 at;    ///< in pixels of the framebuffer, from its lower left corner
+        glm::dvec2 moved; ///< 0 where the wheel was turned
+        double steps;     ///< of the wheel
+    };
+
     static Handle open(const std::string& title, const glm::uvec2& size);
     static Window& owner(GLFWwindow* window);
     void listen();
+    void listenToPointer();
     glm::uvec2 framebufferSize() const;
-    void handleKeys();
+    glm::dvec2 toPixels(double x, double y) const;
+    void handleEvents();
+    void handle(const PointerEvent& event);
     void handle(int key);
 
     Glfw glfw_;
@@ -80,7 +98,12 @@ private:
     InitialisedLibrary library_; // goes first
     std::string help_;
     std::function<void(int key)> onKey_;
-    std::vector<int> keys_; ///< pressed since they were last handled
+    std::function<void(const glm::dvec2& by)> onDrag_;
+    std::function<void(const glm::dvec2& at, double steps)> onWheel_;
+    std::vector<int> keys_;             ///< pressed since they were last handled
+    std::vector<PointerEvent> pointer_; ///< likewise
+    glm::dvec2 pointerAt_{0.0};         ///< in pixels, where it was last
+    bool isDragged_ = false;
     bool redraw_ = true;
 };
 

@@ -39,7 +39,8 @@ OverlapMask::TextureUse::~TextureUse() {
 }
 
 bool OverlapMask::makeAtLeast(int width, int height, const Capabilities& capabilities) {
-    if (framebuffer_.name() != 0 && width <= width_ && height <= height_)
+    const bool isThere = framebuffer_.name() != 0 && texture_.name() != 0;
+    if (isThere && width <= width_ && height <= height_)
         return isComplete_;
     int most = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &most);
@@ -47,13 +48,17 @@ bool OverlapMask::makeAtLeast(int width, int height, const Capabilities& capabil
         return false;
     width_ = rounded(std::max(width, width_), most);
     height_ = rounded(std::max(height, height_), most);
+    unsigned int name = 0;
     if (framebuffer_.name() == 0) {
-        unsigned int name = 0;
         glGenFramebuffers(1, &name);
         framebuffer_ = FramebufferName(name);
+    }
+    if (texture_.name() == 0) {
         glGenTextures(1, &name);
         texture_ = TextureName(name);
     }
+    if (framebuffer_.name() == 0 || texture_.name() == 0)
+        return false;    // what follows would change what is the caller's
     int pixelBuffer = 0; // which GL would read the texels from
     glGetIntegerv(GL_PIXEL_UNPACK_BUFFER_BINDING, &pixelBuffer);
     glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include <vellis/gl.hpp>
@@ -138,11 +139,12 @@ glm::mat4 Painter::matrixOf(const glm::dvec3& origin) const {
 void Painter::beginPicture(const glm::mat4& mvp) {
     begin(mvp);
     mode_ = Mode::Idle;
-    kept_ = std::make_unique<KeptDrawing>();
-    kept_->origin = setting_.placement.origin();
-    kept_->isInstanced = isHere() && renderer().capabilities().hasInstancing;
+    auto kept = std::make_unique<KeptDrawing>();
+    kept->origin = setting_.placement.origin();
+    kept->isInstanced = isHere() && renderer().capabilities().hasInstancing;
     Room& room = *this;
-    recording_ = std::make_unique<Recorder>(kept_->drawing, room, kept_->isInstanced);
+    recording_ = std::make_unique<Recorder>(kept->drawing, room, kept->isInstanced);
+    kept_ = std::move(kept);
     mode_ = Mode::Recording;
     setMatrices();
 }
@@ -205,7 +207,9 @@ void Painter::readBack(Kind kind, const BufferPoints& points, unsigned int dimen
         const float size1 = 2.f * points.halfWidth / setting_.pixelRatio;
         recorder()->discs(Colors(&points.color, 1), size1, read, setting_);
     } else {
-        recorder()->stroke(points.shape, *stroke, read, nullptr, setting_);
+        Stroke solid = *stroke;
+        solid.numDashes = 0;
+        recorder()->stroke(points.shape, solid, read, nullptr, setting_);
     }
 }
 

@@ -410,7 +410,9 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
         Color color;
     };
     Entry before[4] = {};
-    for (std::size_t i = 0; i < reader.size(); ++i) {
+    const std::size_t size = reader.size();
+    const std::size_t end = shape == Shape::Quads ? size - size % 4 : size;
+    for (std::size_t i = 0; i < end; ++i) {
         const Entry next = {reader[i], colorReader.at(i)};
         const CornerPlace place = placeOf(shape, i);
         const Entry& second = before[place.before];

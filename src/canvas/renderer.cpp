@@ -79,6 +79,8 @@ void Renderer::drawStreamed(const Drawing& drawing) {
         if (streamed_[i].name() == 0) {
             unsigned int name = 0;
             glGenBuffers(1, &name);
+            if (name == 0)
+                continue;
             streamed_[i] = BufferName(name);
             glBindBuffer(GL_ARRAY_BUFFER, name);
             glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(streamedSize(i)), nullptr,
@@ -118,12 +120,19 @@ void Renderer::keep(KeptDrawing& kept) {
 
 void Renderer::draw(const Source& source, SavedState& saved) {
     ++numDrawings_;
+    // The mask may be in use then: the stroke goes on in the next drawing, or memory ran out.
+    struct EndMask {
+        Renderer& renderer;
+        ~EndMask() { renderer.endMask(); }
+    } const endMask{*this};
     for (const Command& command : source.drawing.commands)
         drawCommand(source, command, saved);
-    if (isMasked_) { // the stroke goes on in the next drawing
+}
+
+void Renderer::endMask() {
+    if (isMasked_)
         mask_.end();
-        isMasked_ = false;
-    }
+    isMasked_ = false;
 }
 
 void Renderer::drawCommand(const Source& source, const Command& command, SavedState& saved) {
@@ -139,8 +148,7 @@ void Renderer::drawCommand(const Source& source, const Command& command, SavedSt
     isMasked_ = mask_.begin(box_, saved.viewport(), !command.continuesOverlap, capabilities_);
     paint(source, command, saved);
     if (isMasked_ && command.endsOverlap) {
-        mask_.end();
-        isMasked_ = false;
+        endMask();
         composite(overlap, saved);
     }
 }
@@ -164,8 +172,8 @@ void Renderer::paint(const Source& source, const Command& command, const SavedSt
 
 void Renderer::drawStreamedRecords(const Command& command) {
     const unsigned int buffer = streamed_[arenaOf(command.kind, command.dimensions)].name();
-    arrays_.useStreamed(command.kind, command.dimensions, buffer);
-    drawCopied(command.kind, command.first, piecesOf(command.kind, command.count));
+    if (arrays_.useStreamed(command.kind, command.dimensions, buffer))
+        drawCopied(command.kind, command.first, piecesOf(command.kind, command.count));
 }
 
 void Renderer::drawKeptRecords(const KeptDrawing& kept, const Command& command) {
@@ -177,14 +185,15 @@ void Renderer::drawKeptRecords(const KeptDrawing& kept, const Command& command) 
     if (buffer == 0 || count == 0)
         return;
     if (kept.isInstanced && !isFlat(kind)) {
-        arrays_.useRecords(kind, dimensions, buffer, command.first * size, true);
-        drawInstances(kind, count);
+        if (arrays_.useRecords(kind, dimensions, buffer, command.first * size, true))
+            drawInstances(kind, count);
     } else {
         const std::size_t copiedSize = size * verticesOf(kind);
         const std::size_t most = mostCopied(kind);
         for (std::size_t i = 0; i < count; i += most) {
-            arrays_.useRecords(kind, dimensions, buffer, (command.first + i) * copiedSize, false);
-            drawCopied(kind, 0, std::min(most, count - i));
+            const std::size_t offset = (command.first + i) * copiedSize;
+            if (arrays_.useRecords(kind, dimensions, buffer, offset, false))
+                drawCopied(kind, 0, std::min(most, count - i));
         }
     }
 }
@@ -199,12 +208,12 @@ void Renderer::drawPoints(const Command& command, const BufferPoints& points) {
         return;
     const unsigned int dimensions = command.dimensions;
     if (isFlat(command.kind)) {
-        arrays_.useCorners(dimensions, buffer);
-        glDrawArrays(primitives[static_cast<std::size_t>(points.shape)], sizeOf(points.first),
-                     sizeOf(count));
+        if (arrays_.useCorners(dimensions, buffer))
+            glDrawArrays(primitives[static_cast<std::size_t>(points.shape)], sizeOf(points.first),
+                         sizeOf(count));
     } else if (command.kind == Kind::Discs) {
-        arrays_.useCenters(dimensions, buffer, points.first);
-        drawInstances(Kind::Discs, count);
+        if (arrays_.useCenters(dimensions, buffer, points.first))
+            drawInstances(Kind::Discs, count);
     } else {
         drawPieces(dimensions, points, count);
     }
@@ -215,8 +224,9 @@ void Renderer::drawPieces(unsigned int dimensions, const BufferPoints& points, s
     const auto drawFrom = [&](std::size_t a, std::size_t b, std::size_t c, std::size_t d,
                               std::size_t step, std::size_t numPieces) {
         const std::size_t first = points.first;
-        arrays_.usePieces(dimensions, buffer, {first + a, first + b, first + c, first + d}, step);
-        drawInstances(Kind::Strip, numPieces);
+        if (arrays_.usePieces(dimensions, buffer, {first + a, first + b, first + c, first + d},
+                              step))
+            drawInstances(Kind::Strip, numPieces);
     };
     if (count < 2)
         return;
@@ -368,8 +378,8 @@ void Renderer::composite(const Overlap& overlap, const SavedState& saved) {
                     1.f / static_cast<float>(mask_.height()));
         const glm::vec4 color = toNumbers(overlap.color);
         glUniform4fv(painter.location(UniformName::StyleColor), 1, &color[0]);
-        arrays_.useQuad();
-        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+        if (arrays_.useQuad())
+            glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     });
 }
 

@@ -57,6 +57,7 @@ private:
     void drawKeptRecords(const KeptDrawing& kept, const Command& command);
     void drawPoints(const Command& command, const BufferPoints& points);
     void drawPieces(unsigned int dimensions, const BufferPoints& points, std::size_t count);
+    void endMask();
     void composite(const Overlap& overlap, const SavedState& saved);
 
     CanvasProgram& program(ProgramFamily family, unsigned int variants);

@@ -70,6 +70,8 @@ BufferName makeBuffer(unsigned int target, const std::vector<T>& elements) {
     unsigned int name = 0;
     glGenBuffers(1, &name);
     BufferName buffer(name);
+    if (name == 0)
+        return buffer;
     glBindBuffer(target, name);
     glBufferData(target, static_cast<GLsizeiptr>(elements.size() * sizeof(T)), elements.data(),
                  GL_STATIC_DRAW);
@@ -87,9 +89,9 @@ struct VertexArrays::Attribute {
     std::size_t offset;
 };
 
-void VertexArrays::makeCorners() {
-    if (corners_.name() != 0)
-        return;
+bool VertexArrays::makeCorners() {
+    if (corners_.name() != 0 && indices_.name() != 0)
+        return true;
     constexpr std::size_t numQuadCorners = std::size(quadCorners);
     constexpr std::size_t numIndices = std::size(quadIndices);
     std::vector<CornerBytes> corners(mostQuads * numQuadCorners +
@@ -110,17 +112,21 @@ void VertexArrays::makeCorners() {
     corners_ = makeBuffer(GL_ARRAY_BUFFER, corners);
     // With a vertex array object bound, this would land in it.
     indices_ = makeBuffer(GL_ARRAY_BUFFER, indices);
+    return corners_.name() != 0 && indices_.name() != 0;
 }
 
-void VertexArrays::use(VertexArray& vertexArray) {
+bool VertexArrays::use(VertexArray& vertexArray) {
     if (!capabilities_.hasVertexArrays)
-        return;
+        return true;
     if (vertexArray.name() == 0) {
         unsigned int name = 0;
         glGenVertexArrays(1, &name);
         vertexArray = VertexArray(name);
     }
+    if (vertexArray.name() == 0) // what follows would land in the caller's
+        return false;
     glBindVertexArray(vertexArray.name());
+    return true;
 }
 
 void VertexArrays::point(const Attribute& attribute) const {
@@ -181,53 +187,60 @@ void VertexArrays::pointToRecords(Kind kind, unsigned int dimensions, unsigned i
     color(nextColorLocation, colorPlace + step);
 }
 
-void VertexArrays::useStreamed(Kind kind, unsigned int dimensions, unsigned int buffer) {
+bool VertexArrays::useStreamed(Kind kind, unsigned int dimensions, unsigned int buffer) {
     VertexArray& vertexArray = streamed_[arenaOf(kind, dimensions)];
     const bool isSetUp = capabilities_.hasVertexArrays && vertexArray.name() != 0;
-    makeCorners();
-    use(vertexArray);
+    if (buffer == 0 || !makeCorners() || !use(vertexArray))
+        return false;
     if (isSetUp)
-        return;
+        return true;
     enableOnly(locationsOf(kind), false);
     pointToRecords(kind, dimensions, buffer, 0, false);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices_.name());
+    return true;
 }
 
-void VertexArrays::useFree(bool isInstanced, Kind kind) {
-    makeCorners();
-    use(isInstanced ? instanced_ : free_);
+bool VertexArrays::useFree(bool isInstanced, Kind kind) {
+    if (!makeCorners() || !use(isInstanced ? instanced_ : free_))
+        return false;
     enableOnly(locationsOf(kind), isInstanced);
+    return true;
 }
 
-void VertexArrays::useRecords(Kind kind, unsigned int dimensions, unsigned int buffer,
+bool VertexArrays::useRecords(Kind kind, unsigned int dimensions, unsigned int buffer,
                               std::size_t offset, bool isInstanced) {
-    useFree(isInstanced, kind);
+    if (buffer == 0 || !useFree(isInstanced, kind))
+        return false;
     pointToRecords(kind, dimensions, buffer, offset, isInstanced);
     if (!isInstanced)
         glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices_.name());
+    return true;
 }
 
-void VertexArrays::useCorners(unsigned int dimensions, unsigned int buffer) {
-    use(free_);
+bool VertexArrays::useCorners(unsigned int dimensions, unsigned int buffer) {
+    if (buffer == 0 || !use(free_))
+        return false;
     enableOnly(bit(cornerLocation), false);
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     point({cornerLocation, dimensions, GL_FLOAT, 0, 0});
+    return true;
 }
 
-void VertexArrays::useCenters(unsigned int dimensions, unsigned int buffer, std::size_t first) {
-    makeCorners();
-    use(instanced_);
+bool VertexArrays::useCenters(unsigned int dimensions, unsigned int buffer, std::size_t first) {
+    if (buffer == 0 || !makeCorners() || !use(instanced_))
+        return false;
     enableOnly(bit(cornerLocation) | bit(firstPointLocation), true);
     glBindBuffer(GL_ARRAY_BUFFER, corners_.name());
     point({cornerLocation, 2, GL_BYTE, sizeof(CornerBytes), trianglesOffset});
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     point({firstPointLocation, dimensions, GL_FLOAT, 0, first * dimensions * sizeof(float)});
+    return true;
 }
 
-void VertexArrays::usePieces(unsigned int dimensions, unsigned int buffer,
+bool VertexArrays::usePieces(unsigned int dimensions, unsigned int buffer,
                              const std::array<std::size_t, 4>& points, std::size_t step) {
-    makeCorners();
-    use(instanced_);
+    if (buffer == 0 || !makeCorners() || !use(instanced_))
+        return false;
     enableOnly(bit(cornerLocation) | pointLocations, true);
     glBindBuffer(GL_ARRAY_BUFFER, corners_.name());
     point({cornerLocation, 2, GL_BYTE, sizeof(CornerBytes), 0});
@@ -235,17 +248,19 @@ void VertexArrays::usePieces(unsigned int dimensions, unsigned int buffer,
     const std::size_t size = dimensions * sizeof(float);
     for (unsigned int i = 0; i < points.size(); ++i)
         point({firstPointLocation + i, dimensions, GL_FLOAT, step * size, points[i] * size});
+    return true;
 }
 
-void VertexArrays::useQuad() {
+bool VertexArrays::useQuad() {
     const bool isSetUp = capabilities_.hasVertexArrays && quad_.name() != 0;
-    makeCorners();
-    use(quad_);
+    if (!makeCorners() || !use(quad_))
+        return false;
     if (isSetUp)
-        return;
+        return true;
     enableOnly(bit(cornerLocation), false);
     glBindBuffer(GL_ARRAY_BUFFER, corners_.name());
     point({cornerLocation, 2, GL_BYTE, sizeof(CornerBytes), 0});
+    return true;
 }
 
 } // namespace vellis::canvas

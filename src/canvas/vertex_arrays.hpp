@@ -22,39 +22,40 @@ constexpr std::size_t mostCopied(Kind kind) {
 constexpr std::size_t firstOwnIndex = 6 * mostCopied(Kind::Strip);
 
 /// Where the vertices of a canvas come from: the vertex array objects, and the buffers of corners
-/// and indices that they share.
+/// and indices that they share. Where GL gives no name for one of them, there is nothing to draw
+/// with, and the result is false.
 class VertexArrays {
 public:
     explicit VertexArrays(const Capabilities& capabilities) : capabilities_(capabilities) {}
 
     /// Binds the arrays of a kind over the buffer that it is streamed through: records from its
     /// beginning on, one for each vertex.
-    void useStreamed(Kind kind, unsigned int dimensions, unsigned int buffer);
+    bool useStreamed(Kind kind, unsigned int dimensions, unsigned int buffer);
 
     /// Points the arrays of a kind to records from a byte of a buffer on.
     /// \param isInstanced  Whether there is one for all vertices of an instance.
-    void useRecords(Kind kind, unsigned int dimensions, unsigned int buffer, std::size_t offset,
+    bool useRecords(Kind kind, unsigned int dimensions, unsigned int buffer, std::size_t offset,
                     bool isInstanced);
 
     /// Points them to positions alone, for programs that have the rest from uniforms.
     /// @{
-    void useCorners(unsigned int dimensions, unsigned int buffer);
-    void useCenters(unsigned int dimensions, unsigned int buffer, std::size_t first);
+    bool useCorners(unsigned int dimensions, unsigned int buffer);
+    bool useCenters(unsigned int dimensions, unsigned int buffer, std::size_t first);
     /// \param points  Where the first instance has its four points.
     /// \param step    How many points the next one has them further on.
-    void usePieces(unsigned int dimensions, unsigned int buffer,
+    bool usePieces(unsigned int dimensions, unsigned int buffer,
                    const std::array<std::size_t, 4>& points, std::size_t step);
     /// @}
 
     /// Binds the corners of quads alone.
-    void useQuad();
+    bool useQuad();
 
 private:
     struct Attribute;
 
-    void makeCorners();
-    void use(VertexArray& vertexArray);
-    void useFree(bool isInstanced, Kind kind);
+    bool makeCorners();
+    bool use(VertexArray& vertexArray);
+    bool useFree(bool isInstanced, Kind kind);
     void point(const Attribute& attribute) const;
     void pointToRecords(Kind kind, unsigned int dimensions, unsigned int buffer, std::size_t offset,
                         bool isInstanced) const;

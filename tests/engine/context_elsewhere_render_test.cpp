@@ -7,16 +7,16 @@
 #include <gtest/gtest.h>
 #include <vellis/internal.hpp>
 
-#include "support/canvas.hpp"
 #include "support/pixels.hpp"
 #include "support/scene.hpp"
+#include "support/surface.hpp"
 
 namespace {
 
 using namespace vellis;
 using namespace vellis::test;
 
-class ContextElsewhereRender : public CanvasTest {};
+class ContextElsewhereRender : public SurfaceTest {};
 
 TEST_F(ContextElsewhereRender, ADrawableOfTheOtherOfAGroupIsNotDrawn) {
     const auto a = open();
@@ -128,12 +128,12 @@ TEST_F(ContextElsewhereRender, TheDefaultFramebufferExistsInAll) {
 }
 
 TEST_F(ContextElsewhereRender, EveryKindIsInertAfterDispose) {
-    const auto canvas = open();
+    const auto surface = open();
     if (!goesOn())
         return;
     Scene scene(red);
     ASSERT_TRUE(draws(scene, red, blue));
-    canvas->context->dispose();
+    surface->context->dispose();
     scene.shared.program->draw(*scene.own.square);
     EXPECT_STREQ(internal::check_context(), "vertex array");
     scene.own.framebuffer->bind();

@@ -11,8 +11,8 @@
 #include <gtest/gtest.h>
 #include <vellis/internal.hpp>
 
-#include "support/canvas.hpp"
 #include "support/scene.hpp"
+#include "support/surface.hpp"
 
 namespace {
 
@@ -31,10 +31,10 @@ Live allBut(std::size_t kind) {
 }
 
 /// Two contexts that share nothing, with a scene each, whose objects have the same names.
-class ContextEndsRender : public CanvasTest {
+class ContextEndsRender : public SurfaceTest {
 protected:
     void SetUp() override {
-        CanvasTest::SetUp();
+        SurfaceTest::SetUp();
         if (!goesOn())
             return;
         a = open();
@@ -79,8 +79,8 @@ protected:
         }
     }
 
-    std::unique_ptr<Canvas> a;
-    std::unique_ptr<Canvas> b;
+    std::unique_ptr<Surface> a;
+    std::unique_ptr<Surface> b;
     std::optional<Scene> sceneOfA;
     std::optional<Scene> sceneOfB;
     Names namesOfA = {};

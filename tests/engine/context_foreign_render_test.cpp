@@ -15,9 +15,9 @@
 #include <vellis/drawing/toolbox.hpp>
 #include <vellis/internal.hpp>
 
-#include "support/canvas.hpp"
 #include "support/pixels.hpp"
 #include "support/scene.hpp"
+#include "support/surface.hpp"
 
 namespace {
 
@@ -260,7 +260,7 @@ std::string nameOf(const testing::TestParamInfo<ForeignUse>& info) {
     return info.param.name;
 }
 
-class ContextForeignRender : public CanvasTest, public testing::WithParamInterface<ForeignUse> {};
+class ContextForeignRender : public SurfaceTest, public testing::WithParamInterface<ForeignUse> {};
 
 INSTANTIATE_TEST_SUITE_P(Uses, ContextForeignRender, testing::ValuesIn(uses), nameOf);
 

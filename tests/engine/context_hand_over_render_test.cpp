@@ -11,9 +11,9 @@
 #include <gtest/gtest.h>
 
 #include "support/barrier.hpp"
-#include "support/canvas.hpp"
 #include "support/pixels.hpp"
 #include "support/scene.hpp"
+#include "support/surface.hpp"
 
 namespace {
 
@@ -21,11 +21,11 @@ using namespace vellis;
 using namespace vellis::test;
 
 /// Whether it was put down on the thread before.
-class ContextHandOverRender : public CanvasTest, public testing::WithParamInterface<bool> {
+class ContextHandOverRender : public SurfaceTest, public testing::WithParamInterface<bool> {
 protected:
     /// Leaves the GL context to another thread.
-    static void leave(Canvas& canvas) {
-        canvas.gl->release();
+    static void leave(Surface& surface) {
+        surface.gl->release();
         if (GetParam())
             Context::useProcess();
     }
@@ -35,45 +35,45 @@ INSTANTIATE_TEST_SUITE_P(Both, ContextHandOverRender, testing::Bool(),
                          [](const auto& test) { return test.param ? "PutDown" : "TakenOver"; });
 
 TEST_P(ContextHandOverRender, DrawsOnEachThread) {
-    const auto canvas = open();
+    const auto surface = open();
     if (!goesOn())
         return;
     const Scene scene(red);
     for (int turn = 0; turn < 4; ++turn) {
-        ASSERT_TRUE(canvas->use());
+        ASSERT_TRUE(surface->use());
         EXPECT_TRUE(draws(scene, red, green));
         EXPECT_TRUE(isQuiet());
-        leave(*canvas);
+        leave(*surface);
         std::thread([&] {
-            EXPECT_TRUE(canvas->use());
-            EXPECT_EQ(Context::current(), canvas->context.get());
+            EXPECT_TRUE(surface->use());
+            EXPECT_EQ(Context::current(), surface->context.get());
             EXPECT_TRUE(draws(scene, red, blue));
             EXPECT_TRUE(isQuiet());
-            leave(*canvas);
+            leave(*surface);
         }).join();
     }
-    ASSERT_TRUE(canvas->use());
+    ASSERT_TRUE(surface->use());
     EXPECT_TRUE(shows(red, blue));
 }
 
 TEST_P(ContextHandOverRender, IsInUseOnOneAtATime) {
-    const auto canvas = open();
+    const auto surface = open();
     if (!goesOn())
         return;
     std::optional<Scene> scene(red);
     ASSERT_TRUE(draws(*scene, red, green));
     const Names names = scene->names();
-    leave(*canvas);
+    leave(*surface);
     Barrier barrier(2);
     std::thread thread([&] {
-        EXPECT_TRUE(canvas->use());
+        EXPECT_TRUE(surface->use());
         barrier.wait();
         barrier.wait(); // the scene has ended elsewhere
         EXPECT_EQ(glIsBuffer(names[0]), GL_TRUE);
-        EXPECT_TRUE(canvas->use());
+        EXPECT_TRUE(surface->use());
         EXPECT_EQ(areLive(names), (std::array<bool, test::numKinds>{}));
         EXPECT_TRUE(isQuiet());
-        leave(*canvas);
+        leave(*surface);
     });
     barrier.wait();
     EXPECT_EQ(Context::current(), nullptr);
@@ -85,22 +85,22 @@ TEST_P(ContextHandOverRender, IsInUseOnOneAtATime) {
 }
 
 TEST_P(ContextHandOverRender, WhatIsBoundGoesAlong) {
-    const auto canvas = open();
+    const auto surface = open();
     if (!goesOn())
         return;
     const Scene scene(red);
     const auto& binding = scene.own.square->getAttributesBinding();
     binding->bind();
-    leave(*canvas);
+    leave(*surface);
     std::thread([&] {
         EXPECT_FALSE(binding->isCurrent());
-        EXPECT_TRUE(canvas->use());
+        EXPECT_TRUE(surface->use());
         EXPECT_NE(stateOf(GL_VERTEX_ARRAY_BINDING), 0);
         EXPECT_TRUE(binding->isCurrent());
         VertexAttributesBinding::unbind();
-        leave(*canvas);
+        leave(*surface);
     }).join();
-    ASSERT_TRUE(canvas->use());
+    ASSERT_TRUE(surface->use());
     EXPECT_FALSE(binding->isCurrent());
     EXPECT_TRUE(isQuiet());
 }

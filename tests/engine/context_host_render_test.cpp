@@ -25,10 +25,10 @@
 #include <offscreen/entry_points.hpp>
 #include <offscreen/requirement.hpp>
 
-#include "support/canvas.hpp"
 #include "support/pixels.hpp"
 #include "support/render_test.hpp"
 #include "support/scene.hpp"
+#include "support/surface.hpp"
 
 namespace {
 
@@ -70,10 +70,10 @@ constexpr std::array<bool, test::numKinds> noneLive = {};
 enum class Place { HostsGlContext, OwnGlContext };
 
 /// What a plug-in of such a host has.
-class ContextHostRender : public CanvasTest, public testing::WithParamInterface<Place> {
+class ContextHostRender : public SurfaceTest, public testing::WithParamInterface<Place> {
 protected:
     void SetUp() override {
-        CanvasTest::SetUp();
+        SurfaceTest::SetUp();
         if (!goesOn())
             return;
         if (!host->reason.empty())
@@ -92,18 +92,18 @@ protected:
         goToPlugin();
         if (plugin != nullptr)
             plugin->dispose();
-        canvas.reset();
+        surface.reset();
         goToHost();
         Context::useProcess();
         hostScene.reset();
-        CanvasTest::TearDown();
+        SurfaceTest::TearDown();
     }
 
     void makePlugin() {
         if (GetParam() == Place::OwnGlContext) {
-            canvas = open();
-            if (canvas != nullptr)
-                plugin = canvas->context;
+            surface = open();
+            if (surface != nullptr)
+                plugin = surface->context;
         } else {
             goToHost();
             plugin = Context::make(host->gl->ownLookup());
@@ -115,8 +115,8 @@ protected:
     /// @{
     static void goToHost() { EXPECT_TRUE(host->gl->makeCurrent()); }
     void goToPlugin() const {
-        if (canvas != nullptr) {
-            EXPECT_TRUE(canvas->gl->makeCurrent());
+        if (surface != nullptr) {
+            EXPECT_TRUE(surface->gl->makeCurrent());
         }
     }
     /// @}
@@ -131,7 +131,7 @@ protected:
         goToHost();
     }
 
-    std::unique_ptr<Canvas> canvas; ///< if it has a GL context of its own
+    std::unique_ptr<Surface> surface; ///< if it has a GL context of its own
     std::shared_ptr<Context> plugin;
     std::optional<Scene> hostScene;
 };
@@ -314,7 +314,7 @@ TEST_P(ContextHostRender, PluginsComeAndGo) {
         });
         goToPlugin();
         plugin->dispose();
-        canvas.reset();
+        surface.reset();
         goToHost();
         EXPECT_EQ(Context::current(), nullptr);
         EXPECT_EQ(countObjects(), before);
@@ -329,7 +329,7 @@ TEST_P(ContextHostRender, PluginsComeAndGo) {
 }
 
 TEST_P(ContextHostApartRender, APluginOnAThreadOfItsOwn) {
-    canvas->gl->release();
+    surface->gl->release();
     goToHost();
     std::thread thread([&] {
         for (int frame = 0; frame < 20; ++frame) {
@@ -344,7 +344,7 @@ TEST_P(ContextHostApartRender, APluginOnAThreadOfItsOwn) {
                 EXPECT_TRUE(isQuiet());
             }
             EXPECT_EQ(Context::current(), nullptr);
-            canvas->gl->release();
+            surface->gl->release();
         }
     });
     for (int frame = 0; frame < 20; ++frame) {

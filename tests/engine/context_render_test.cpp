@@ -14,16 +14,16 @@
 #include <vellis/internal.hpp>
 #include <vellis/shading/program_manager.hpp>
 
-#include "support/canvas.hpp"
 #include "support/pixels.hpp"
 #include "support/scene.hpp"
+#include "support/surface.hpp"
 
 namespace {
 
 using namespace vellis;
 using namespace vellis::test;
 
-class ContextRender : public CanvasTest {};
+class ContextRender : public SurfaceTest {};
 
 using BuiltIn = ProgramManager::BuiltIn;
 
@@ -323,7 +323,7 @@ TEST_P(ContextRenderPair, TheOtherDrawsAsBefore) {
 TEST_F(ContextRender, DrawsEachTimeThatItIsOpened) {
     for (int time = 0; time < 10; ++time) {
         SCOPED_TRACE(time);
-        const auto canvas = open();
+        const auto surface = open();
         if (!goesOn())
             return;
         const Scene scene(colorOf(time));
@@ -333,7 +333,7 @@ TEST_F(ContextRender, DrawsEachTimeThatItIsOpened) {
 }
 
 TEST_F(ContextRender, DisposeLeavesNoNameOver) {
-    const auto canvas = open();
+    const auto surface = open();
     if (!goesOn())
         return;
     const std::array<int, test::numKinds> none = {};
@@ -348,29 +348,29 @@ TEST_F(ContextRender, DisposeLeavesNoNameOver) {
                 VertexAttributeBuffer<float>::make(1, BufferUsage::Static, BufferAccess::Draw));
             EXPECT_NE(countObjects(), none);
         }
-        canvas->context->dispose();
+        surface->context->dispose();
         EXPECT_EQ(countObjects(), none);
         EXPECT_TRUE(isQuiet());
-        canvas->context = canvas->makeAnother();
-        ASSERT_NE(canvas->context, nullptr);
+        surface->context = surface->makeAnother();
+        ASSERT_NE(surface->context, nullptr);
     }
 }
 
 TEST_F(ContextRender, WorksAgainAfterTheGlContextWasLost) {
-    auto canvas = open();
+    auto surface = open();
     if (!goesOn())
         return;
     std::optional<Scene> lost(red);
     EXPECT_TRUE(draws(*lost, red, green));
-    canvas->gl.reset();
-    canvas->context->abandon();
-    canvas = open();
+    surface->gl.reset();
+    surface->context->abandon();
+    surface = open();
     if (!goesOn())
         return;
     Scene scene(blue);
     const Names names = scene.names();
     lost.reset();
-    ASSERT_TRUE(canvas->use());
+    ASSERT_TRUE(surface->use());
     EXPECT_TRUE(draws(scene, blue, yellow));
     for (const bool isLive : areLive(names))
         EXPECT_TRUE(isLive);

@@ -15,15 +15,15 @@
 #include <vellis/internal.hpp>
 
 #include "support/barrier.hpp"
-#include "support/canvas.hpp"
 #include "support/scene.hpp"
+#include "support/surface.hpp"
 
 namespace {
 
 using namespace vellis;
 using namespace vellis::test;
 
-class ContextThreadsRender : public CanvasTest {
+class ContextThreadsRender : public SurfaceTest {
 protected:
     /// Does the same on a number of threads at once. What it returns is why it cannot be done here.
     template <class Work>
@@ -55,13 +55,13 @@ void drawMany(const Scene& scene) {
 TEST_F(ContextThreadsRender, FourDrawAtOnce) {
     onThreads(4, [](int i) -> std::string {
         std::string reason;
-        const auto canvas = Canvas::open(nullptr, reason);
-        if (canvas == nullptr)
+        const auto surface = Surface::open(nullptr, reason);
+        if (surface == nullptr)
             return reason;
         const Color& left = colors[i];
         const Color& right = colors[(i + 1) % 4];
         for (int frame = 0; frame < 20; ++frame) {
-            EXPECT_TRUE(canvas->use());
+            EXPECT_TRUE(surface->use());
             const Scene scene(left);
             clear();
             drawMany(scene);
@@ -69,7 +69,7 @@ TEST_F(ContextThreadsRender, FourDrawAtOnce) {
                 drawRight(right);
             EXPECT_TRUE(shows(left, right)) << i;
             EXPECT_TRUE(isQuiet()) << i;
-            EXPECT_EQ(Context::current(), canvas->context.get());
+            EXPECT_EQ(Context::current(), surface->context.get());
         }
         return {};
     });
@@ -79,8 +79,8 @@ TEST_F(ContextThreadsRender, FourOpenAndCloseAtOnce) {
     onThreads(4, [](int i) -> std::string {
         for (int time = 0; time < 5; ++time) {
             std::string reason;
-            const auto canvas = Canvas::open(nullptr, reason);
-            if (canvas == nullptr)
+            const auto surface = Surface::open(nullptr, reason);
+            if (surface == nullptr)
                 return reason;
             const Scene scene(colors[i]);
             EXPECT_TRUE(draws(scene, colors[i], red));
@@ -96,10 +96,10 @@ TEST_F(ContextThreadsRender, FourHandTheirObjectsOnToEndElsewhere) {
     Barrier barrier(4);
     onThreads(4, [&](int i) -> std::string {
         std::string reason;
-        const auto canvas = Canvas::open(nullptr, reason);
+        const auto surface = Surface::open(nullptr, reason);
         for (int frame = 0; frame < 10; ++frame) {
-            if (canvas != nullptr) {
-                EXPECT_TRUE(canvas->use());
+            if (surface != nullptr) {
+                EXPECT_TRUE(surface->use());
                 auto scene = std::make_unique<Scene>(colors[i]);
                 EXPECT_TRUE(draws(*scene, colors[i], blue));
                 const std::lock_guard lock(mutex);
@@ -112,13 +112,13 @@ TEST_F(ContextThreadsRender, FourHandTheirObjectsOnToEndElsewhere) {
             }
             barrier.wait();
         }
-        if (canvas != nullptr) {
-            EXPECT_TRUE(canvas->use());
+        if (surface != nullptr) {
+            EXPECT_TRUE(surface->use());
             barrier.wait();
             if (i == 0)
                 heap.clear();
             barrier.wait();
-            EXPECT_TRUE(canvas->use());
+            EXPECT_TRUE(surface->use());
             EXPECT_EQ(countObjects()[0], 1) << "the Toolbox's";
             EXPECT_EQ(countObjects()[1], 0);
             EXPECT_EQ(countObjects()[5], 0);
@@ -133,10 +133,10 @@ TEST_F(ContextThreadsRender, FourHandTheirObjectsOnToEndElsewhere) {
 }
 
 TEST_F(ContextThreadsRender, OneLoadsWhatTheOtherDraws) {
-    const auto canvas = open();
+    const auto surface = open();
     if (!goesOn())
         return;
-    const auto loader = open(canvas.get());
+    const auto loader = open(surface.get());
     if (!goesOn())
         return;
     loader->leave();
@@ -156,7 +156,7 @@ TEST_F(ContextThreadsRender, OneLoadsWhatTheOtherDraws) {
     });
     for (int frame = 0; frame < numFrames; ++frame) {
         barrier.wait();
-        EXPECT_TRUE(canvas->use());
+        EXPECT_TRUE(surface->use());
         const OwnParts own(*loaded);
         clear();
         drawLeft(*loaded, own);
@@ -206,17 +206,17 @@ TEST_F(ContextThreadsRender, OneIsAbandonedWhileAnotherThreadHasItInUse) {
 }
 
 TEST_F(ContextThreadsRender, AThreadThatEndsPutsDownWhatItHasInUse) {
-    const auto canvas = open();
+    const auto surface = open();
     if (!goesOn())
         return;
     const Scene scene(red);
-    canvas->leave();
+    surface->leave();
     std::thread([&] {
-        EXPECT_TRUE(canvas->use());
+        EXPECT_TRUE(surface->use());
         EXPECT_TRUE(draws(scene, red, green));
-        canvas->gl->release();
+        surface->gl->release();
     }).join();
-    ASSERT_TRUE(canvas->use());
+    ASSERT_TRUE(surface->use());
     EXPECT_TRUE(draws(scene, red, blue));
     EXPECT_TRUE(isQuiet());
 }
@@ -229,7 +229,7 @@ TEST_F(ContextThreadsRender, AThreadThatEndsWithItsContextTakesNothingAlong) {
     std::unique_ptr<Scene> left;
     std::string reason;
     std::thread([&] {
-        const auto b = Canvas::open(nullptr, reason);
+        const auto b = Surface::open(nullptr, reason);
         if (b == nullptr)
             return;
         left = std::make_unique<Scene>(green);

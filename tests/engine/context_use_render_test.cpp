@@ -9,15 +9,15 @@
 #include <vellis/engine.hpp>
 #include <vellis/shading/program_manager.hpp>
 
-#include "support/canvas.hpp"
 #include "support/scene.hpp"
+#include "support/surface.hpp"
 
 namespace {
 
 using namespace vellis;
 using namespace vellis::test;
 
-class ContextUseRender : public CanvasTest {};
+class ContextUseRender : public SurfaceTest {};
 
 /// Draws with objects that end then.
 void drawOnce(const Color& left, const Color& right) {
@@ -336,24 +336,24 @@ protected:
         ContextUseRender::SetUp();
         if (!goesOn())
             return;
-        canvas = open();
+        surface = open();
         if (!goesOn())
             return;
-        second = canvas->makeAnother();
+        second = surface->makeAnother();
         ASSERT_NE(second, nullptr);
     }
 
-    std::unique_ptr<Canvas> canvas;
+    std::unique_ptr<Surface> surface;
     std::shared_ptr<Context> second;
 };
 
 TEST_F(ContextPluginsRender, DrawInTurnsWithoutDisturbingEachOther) {
-    ASSERT_TRUE(canvas->context->use());
+    ASSERT_TRUE(surface->context->use());
     const Scene ofFirst(red);
     ASSERT_TRUE(second->use());
     const Scene ofSecond(green);
     for (int frame = 0; frame < 10; ++frame) {
-        ASSERT_TRUE(canvas->context->use());
+        ASSERT_TRUE(surface->context->use());
         EXPECT_TRUE(draws(ofFirst, red, blue));
         EXPECT_EQ(ofSecond.shared.texture->id(), 0u) << "it belongs to the other";
         EXPECT_TRUE(isQuiet());
@@ -364,7 +364,7 @@ TEST_F(ContextPluginsRender, DrawInTurnsWithoutDisturbingEachOther) {
 }
 
 TEST_F(ContextPluginsRender, WhatEndsInTheOthersTurnWaits) {
-    ASSERT_TRUE(canvas->context->use());
+    ASSERT_TRUE(surface->context->use());
     std::optional<Scene> ofFirst(red);
     const Names names = ofFirst->names();
     ASSERT_TRUE(second->use());
@@ -372,7 +372,7 @@ TEST_F(ContextPluginsRender, WhatEndsInTheOthersTurnWaits) {
     const auto both = countObjects();
     ofFirst.reset();
     EXPECT_EQ(countObjects(), both);
-    ASSERT_TRUE(canvas->context->use());
+    ASSERT_TRUE(surface->context->use());
     EXPECT_EQ(areLive(names), (std::array<bool, test::numKinds>{}));
     ASSERT_TRUE(second->use());
     EXPECT_TRUE(draws(ofSecond, green, yellow));
@@ -384,13 +384,13 @@ TEST_F(ContextPluginsRender, TheEndOfOneLeavesTheOther) {
     const Scene ofSecond(green);
     ASSERT_TRUE(draws(ofSecond, green, yellow));
     const auto before = countObjects();
-    ASSERT_TRUE(canvas->context->use());
+    ASSERT_TRUE(surface->context->use());
     {
         const Scene ofFirst(red);
         ASSERT_TRUE(draws(ofFirst, red, blue));
         EXPECT_NE(countObjects(), before);
     }
-    canvas->context->dispose();
+    surface->context->dispose();
     EXPECT_EQ(countObjects(), before);
     ASSERT_TRUE(second->use());
     EXPECT_TRUE(draws(ofSecond, green, yellow));

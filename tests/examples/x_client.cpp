@@ -1,5 +1,6 @@
 #include "examples/x_client.hpp"
 
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 
@@ -41,6 +42,21 @@ struct XClient::Connection {
             found = found || atoms[i] == deleteWindow;
         XFree(atoms);
         return found;
+    }
+
+    /// Presses a button of the pointer, or lets it go.
+    void sendButton(::Window window, int type, unsigned int button, XClient::Place at) const {
+        XEvent event;
+        std::memset(&event, 0, sizeof(event));
+        event.xbutton.type = type;
+        event.xbutton.display = display;
+        event.xbutton.window = window;
+        event.xbutton.root = root;
+        event.xbutton.same_screen = True;
+        event.xbutton.button = button;
+        event.xbutton.x = at.x;
+        event.xbutton.y = at.y;
+        send(window, type == ButtonPress ? ButtonPressMask : ButtonReleaseMask, event);
     }
 
     void send(::Window window, long mask, XEvent& event) const {
@@ -129,6 +145,36 @@ void XClient::press(Window window, unsigned long keySymbol) {
     connection_->send(window, KeyPressMask, event);
     event.type = KeyRelease;
     connection_->send(window, KeyReleaseMask, event);
+}
+
+void XClient::point(Window window, Place at) {
+    XEvent event;
+    std::memset(&event, 0, sizeof(event));
+    event.xmotion.type = MotionNotify;
+    event.xmotion.display = connection_->display;
+    event.xmotion.window = window;
+    event.xmotion.root = connection_->root;
+    event.xmotion.same_screen = True;
+    event.xmotion.x = at.x;
+    event.xmotion.y = at.y;
+    connection_->send(window, PointerMotionMask, event);
+}
+
+void XClient::drag(Window window, Place from, Place to) {
+    point(window, from);
+    connection_->sendButton(window, ButtonPress, Button1, from);
+    point(window, {(from.x + to.x) / 2, (from.y + to.y) / 2});
+    point(window, to);
+    connection_->sendButton(window, ButtonRelease, Button1, to);
+}
+
+void XClient::turnWheel(Window window, Place at, int steps) {
+    point(window, at);
+    const unsigned int button = steps > 0 ? Button4 : Button5;
+    for (int i = 0; i < std::abs(steps); ++i) {
+        connection_->sendButton(window, ButtonPress, button, at);
+        connection_->sendButton(window, ButtonRelease, button, at);
+    }
 }
 
 void XClient::requestClose(Window window) {

@@ -36,6 +36,22 @@ public:
     /// \param keySymbol  Such as `XK_Left`.
     void press(Window window, unsigned long keySymbol);
 
+    /// A place in a window in pixels, from its upper left corner.
+    struct Place {
+        int x;
+        int y;
+    };
+
+    /// Moves the pointer.
+    void point(Window window, Place at);
+
+    /// Moves the pointer to a place, presses its left button there, moves on and lets it go.
+    void drag(Window window, Place from, Place to);
+
+    /// Moves the pointer to a place and turns its wheel there.
+    /// \param steps  Positive away from the user.
+    void turnWheel(Window window, Place at, int steps);
+
     /// Asks for what the close button of a desktop asks for.
     void requestClose(Window window);
 

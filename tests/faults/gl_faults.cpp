@@ -1,5 +1,6 @@
 #include "faults/gl_faults.hpp"
 
+#include <glm/mat4x4.hpp>
 #include <gtest/gtest.h>
 #include <vellis/vellis.hpp>
 
@@ -14,6 +15,49 @@ using Triangles = drawable::Triangles<VertexAttribute<glm::vec2>>;
 std::shared_ptr<Positions> makePositions() {
     return Positions::make({{0.f, 0.f}, {1.f, 0.f}, {0.f, 1.f}}, BufferUsage::Static,
                            BufferAccess::Draw);
+}
+
+/// A batch of everything that a canvas makes objects for, on a GL with a viewport.
+void drawOnCanvas(FakeGl& gl) {
+    gl.setState(GL_VIEWPORT, {0, 0, 64, 64});
+    gl.setState(GL_POLYGON_MODE, {GL_FILL, GL_FILL});
+    gl.setState(GL_MAX_TEXTURE_SIZE, {4096});
+    const auto positions = makePositions();
+    const auto canvas = Canvas::make();
+    const std::vector<glm::vec2> points = {{0.f, 0.f}, {0.5f, 0.f}, {0.f, 0.5f}};
+    gl.forget();
+    canvas->beginPicture(glm::mat4(1.f));
+    canvas->drawLineStrip({glm::vec4(1.f), 4.f}, points);
+    canvas->drawTriangles(glm::vec4(1.f), points);
+    const auto picture = canvas->endPicture();
+    canvas->begin(glm::mat4(1.f));
+    canvas->drawPicture(picture);
+    canvas->drawLineStrip({glm::vec4(0.5f), 4.f}, points);
+    canvas->drawPoints(glm::vec4(1.f), 4.f, points);
+    canvas->drawTriangles(glm::vec4(1.f), points);
+    canvas->drawLineLoop({glm::vec4(1.f), 4.f}, 0, 3, positions);
+    canvas->drawPoints(glm::vec4(1.f), 4.f, 0, 3, positions);
+    canvas->end();
+}
+
+/// Expects that a canvas draws nothing, and sets up nothing that is the caller's.
+void expectEmptyCanvas(FakeGl& gl) {
+    drawOnCanvas(gl);
+    EXPECT_GT(gl.countOf("glBlendFuncSeparate"), 0u); // it has tried
+    for (const char* entryPoint : {"glDrawArrays", "glDrawArraysInstanced", "glDrawElements",
+                                   "glVertexAttribPointer", "glEnableVertexAttribArray"})
+        EXPECT_EQ(gl.countOf(entryPoint), 0u) << entryPoint;
+    gl.forget();
+}
+
+/// Expects that a canvas draws its strokes to the caller's framebuffer in place of a mask.
+void expectCanvasWithoutMask(FakeGl& gl) {
+    drawOnCanvas(gl);
+    EXPECT_GT(gl.countOf("glDrawElements"), 0u);
+    for (const char* entryPoint : {"glClear", "glBindFramebuffer", "glFramebufferTexture2D",
+                                   "glTexImage2D", "glTexParameteri"})
+        EXPECT_EQ(gl.countOf(entryPoint), 0u) << entryPoint;
+    gl.forget();
 }
 
 void expectNoShader(FakeGl&) {
@@ -32,6 +76,7 @@ void expectNoProgram(FakeGl& gl) {
     gl.forget();
     program.reset();
     EXPECT_EQ(gl.countOf("glDeleteProgram"), 0u);
+    expectEmptyCanvas(gl);
 }
 
 void expectNoBuffer(FakeGl& gl) {
@@ -42,6 +87,7 @@ void expectNoBuffer(FakeGl& gl) {
     gl.forget();
     buffer.reset();
     EXPECT_GL_CALLS(gl);
+    expectEmptyCanvas(gl);
 }
 
 void expectNoTexture(FakeGl& gl) {
@@ -56,6 +102,7 @@ void expectNoTexture(FakeGl& gl) {
     EXPECT_TRUE(texture->download().empty());
     texture.reset();
     EXPECT_GL_CALLS(gl);
+    expectCanvasWithoutMask(gl);
 }
 
 void expectNoVertexArray(FakeGl& gl) {
@@ -65,6 +112,7 @@ void expectNoVertexArray(FakeGl& gl) {
     gl.forget();
     program->draw(*triangles);
     EXPECT_EQ(gl.takeCalls()[1], "glBindVertexArray(0)");
+    expectEmptyCanvas(gl);
 }
 
 void expectNoFramebuffer(FakeGl& gl) {
@@ -76,6 +124,7 @@ void expectNoFramebuffer(FakeGl& gl) {
     EXPECT_EQ(gl.takeCalls().back(), "glBindFramebuffer(GL_FRAMEBUFFER, 0)");
     framebuffer->unbind();
     EXPECT_EQ(gl.takeCalls().back(), "glBindFramebuffer(GL_FRAMEBUFFER, 7)");
+    expectCanvasWithoutMask(gl);
 }
 
 void expectNoRenderbuffer(FakeGl& gl) {

@@ -42,6 +42,29 @@ const std::vector<KnownState>& knownStates() {
         {"GL_BLEND_EQUATION_RGB", "GL_MIN, GL_MAX"},
         {"GL_DRAW_FRAMEBUFFER_BINDING", "901"},
         {"GL_READ_FRAMEBUFFER_BINDING", "902"},
+        // Of the operations of canvases alone.
+        {"GL_CURRENT_PROGRAM", "904"},
+        {"GL_VERTEX_ARRAY_BINDING", "905"},
+        {"GL_ARRAY_BUFFER_BINDING", "906"},
+        {"GL_PIXEL_UNPACK_BUFFER_BINDING", "907"},
+        {"GL_ELEMENT_ARRAY_BUFFER_BINDING", "909"},
+        {"GL_TEXTURE_BINDING_2D", "908"},
+        {"GL_ACTIVE_TEXTURE", "GL_TEXTURE9"},
+        {"GL_SCISSOR_TEST", "on"},
+        {"GL_CULL_FACE", "on"},
+        {"GL_COLOR_LOGIC_OP", "on"},
+        {"GL_LINE_SMOOTH", "on"},
+        {"GL_POLYGON_SMOOTH", "on"},
+        {"GL_SAMPLE_ALPHA_TO_COVERAGE", "on"},
+        {"GL_PRIMITIVE_RESTART", "on"},
+        {"GL_ALPHA_TEST", "on"},
+        {"GL_MULTISAMPLE", "on"},
+        {"GL_VIEWPORT", "5, 6, 64, 48"},
+        {"GL_SCISSOR_BOX", "7, 8, 60, 40"},
+        {"GL_POLYGON_MODE", "GL_FRONT_AND_BACK, GL_POINT"},
+        {"GL_LINE_WIDTH", "3"},
+        {"GL_COLOR_WRITEMASK", "GL_TRUE, GL_FALSE, GL_TRUE, GL_TRUE"},
+        {"GL_COLOR_CLEAR_VALUE", "0.125, 0.25, 0.5, 1"},
     };
     return states;
 }
@@ -71,7 +94,7 @@ void UseRecorder::begin(std::string family) {
 }
 
 void useEverything(UseRecorder& use) {
-    for (const auto family : {useEngine, useBuffers, useShading, useDrawing, useToolbox,
+    for (const auto family : {useEngine, useBuffers, useShading, useDrawing, useToolbox, useCanvas,
                               useTextures, useFramebuffers, useState, useDiagnostics})
         family(use);
 }

@@ -82,6 +82,7 @@ void useBuffers(UseRecorder& use);
 void useShading(UseRecorder& use);
 void useDrawing(UseRecorder& use);
 void useToolbox(UseRecorder& use);
+void useCanvas(UseRecorder& use);
 void useTextures(UseRecorder& use);
 void useFramebuffers(UseRecorder& use);
 void useState(UseRecorder& use);

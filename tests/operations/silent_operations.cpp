@@ -82,6 +82,7 @@ void useSilentOperations(UseRecorder& use) {
     usePrograms(use);
     use.of("Framebuffer");
     use("makeNull", [] { return Framebuffer::makeNull(); });
+    useNewCanvases(use);
     useMessages(use);
 }
 

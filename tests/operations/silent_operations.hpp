@@ -8,4 +8,7 @@ namespace vellis::test {
 /// those that only a class of the application's own can reach.
 void useSilentOperations(UseRecorder& use);
 
+/// What a canvas allocates when it is first drawn with.
+void useNewCanvases(UseRecorder& use);
+
 } // namespace vellis::test

@@ -90,6 +90,7 @@ const std::map<std::string, std::map<std::string, Arguments>> targetedSetters = 
 /// other call must be in one of the tables.
 const char* const stateless[] = {
     "glAttachShader",
+    "glBindAttribLocation",
     "glBlitFramebuffer",
     "glBufferData",
     "glBufferSubData",
@@ -98,6 +99,7 @@ const char* const stateless[] = {
     "glCompileShader",
     "glCreate",
     "glDelete",
+    "glDisableVertexAttribArray",
     "glDrawArrays",
     "glDrawElements",
     "glEnableVertexAttribArray",
@@ -106,6 +108,7 @@ const char* const stateless[] = {
     "glFramebufferTexture2D",
     "glGen",
     "glGet",
+    "glIsEnabled",
     "glLinkProgram",
     "glMapBufferRange",
     "glReadPixels",
@@ -116,6 +119,7 @@ const char* const stateless[] = {
     "glTexSubImage",
     "glUniform",
     "glUnmapBuffer",
+    "glVertexAttribDivisorARB",
     "glVertexAttribPointer",
 };
 
@@ -141,19 +145,32 @@ Effect::Kind kindOf(const std::string& state, const std::vector<std::string>& va
     return isSwitch || last == "0" ? Effect::Kind::Value : Effect::Kind::Asked;
 }
 
-/// Draw and read buffers belong to a framebuffer. Where the one of before is bound again, its own
-/// were not touched.
-void dropStateOfOtherFramebuffers(std::vector<Effect>& effects) {
-    const bool isBoundAgain = std::any_of(effects.begin(), effects.end(), [](const Effect& effect) {
-        return effect.state == "GL_DRAW_FRAMEBUFFER_BINDING" &&
-               effect.kind == Effect::Kind::PutBack;
-    });
-    if (!isBoundAgain)
-        return;
-    const auto isOfFramebuffer = [](const Effect& effect) {
-        return effect.state == "GL_DRAW_BUFFER" || effect.state == "GL_READ_BUFFER";
+/// Some state belongs to an object. Where the object of before is bound again, its own was not
+/// touched.
+struct OwnedState {
+    const char* state;
+    const char* owner;
+};
+constexpr OwnedState ownedStates[] = {
+    {"GL_DRAW_BUFFER", "GL_DRAW_FRAMEBUFFER_BINDING"},
+    {"GL_READ_BUFFER", "GL_DRAW_FRAMEBUFFER_BINDING"},
+    {"GL_ELEMENT_ARRAY_BUFFER_BINDING", "GL_VERTEX_ARRAY_BINDING"},
+};
+
+void dropStateOfOtherObjects(std::vector<Effect>& effects) {
+    const auto isPutBack = [&](const std::string& state) {
+        return std::any_of(effects.begin(), effects.end(), [&](const Effect& effect) {
+            return effect.state == state && effect.kind == Effect::Kind::PutBack;
+        });
     };
-    effects.erase(std::remove_if(effects.begin(), effects.end(), isOfFramebuffer), effects.end());
+    for (const OwnedState& owned : ownedStates) {
+        if (!isPutBack(owned.owner))
+            continue;
+        effects.erase(
+            std::remove_if(effects.begin(), effects.end(),
+                           [&](const Effect& effect) { return effect.state == owned.state; }),
+            effects.end());
+    }
 }
 
 } // namespace
@@ -198,7 +215,7 @@ std::vector<Effect> effectsOf(const Use& use) {
     std::vector<Effect> effects;
     for (const auto& [state, values] : histories)
         effects.push_back({state, kindOf(state, values), values.back()});
-    dropStateOfOtherFramebuffers(effects);
+    dropStateOfOtherObjects(effects);
     return effects;
 }
 

@@ -189,6 +189,8 @@ public:
     }
     void setState(GLenum pname, std::initializer_list<double> values) { state_[pname] = values; }
     void setState(GLenum pname, std::vector<double> values) { state_[pname] = std::move(values); }
+    /// Lets queries of \p pname give what the model knows again.
+    void unsetState(GLenum pname) { state_.erase(pname); }
     /// Lets queries of \p pname write nothing, as GL does for what it does not know.
     void refuse(GLenum pname) { refused_.insert(pname); }
     /// What glGetString gives; null where nothing is set.

@@ -22,6 +22,15 @@ std::vector<Panel> toolboxAreaPanels();
 /// The Toolbox's points, bullseyes and dashes.
 std::vector<Panel> toolboxMarkPanels();
 
+/// A canvas's strokes: joins, caps, widths, dashes and colours.
+std::vector<Panel> canvasLinePanels();
+
+/// A canvas's points, pictures and areas.
+std::vector<Panel> canvasShapePanels();
+
+/// Scenes of many lines of a canvas's: a map, a plot, a wireframe.
+std::vector<Panel> canvasScenePanels();
+
 /// Textures of one to three dimensions.
 std::vector<Panel> texturePanels();
 

@@ -28,6 +28,7 @@ const std::vector<Group>& groups() {
     static const std::vector<Group> table = {
         {"Drawing", joined({shapePanels(), rasterPanels()})},
         {"Toolbox", joined({toolboxLinePanels(), toolboxAreaPanels(), toolboxMarkPanels()})},
+        {"Canvas", joined({canvasLinePanels(), canvasShapePanels(), canvasScenePanels()})},
         {"Textures", joined({texturePanels(), samplerPanels()})},
         {"Framebuffers", joined({framebufferPanels(), fragmentPanels(), blendingPanels()})},
     };

@@ -11,18 +11,18 @@
 namespace vellis::test {
 
 /// A GL context without a window, and the library's Context for it.
-class Canvas {
+class Surface {
 public:
     /// Makes both; they are current and in use.
     /// \param sharing  Whose objects it shares, or null.
     /// \param error    Why the result is null.
-    static std::unique_ptr<Canvas> open(const Canvas* sharing, std::string& error);
+    static std::unique_ptr<Surface> open(const Surface* sharing, std::string& error);
 
     /// Disposes of the Context.
-    ~Canvas();
+    ~Surface();
 
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
+    Surface(const Surface&) = delete;
+    Surface& operator=(const Surface&) = delete;
 
     /// Makes the GL context current and uses the Context.
     bool use() { return gl->makeCurrent() && context->use(); }
@@ -37,7 +37,7 @@ public:
     std::shared_ptr<Context> context;
 
 private:
-    Canvas() = default;
+    Surface() = default;
 };
 
 /// Whether the platform of the tests tells which GL context is current.
@@ -49,15 +49,15 @@ bool tellsWhatIsCurrent();
     if (!vellis::test::tellsWhatIsCurrent())                                                       \
     GTEST_SKIP() << "the platform does not tell which GL context is current"
 
-/// A test that opens canvases. Where it gets none that has all that the library asks for, it is
+/// A test that opens surfaces. Where it gets none that has all that the library asks for, it is
 /// skipped.
-class CanvasTest : public testing::Test {
+class SurfaceTest : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
 
     /// Opens one more; skips the test where there can be none. Ask goesOn() then.
-    std::unique_ptr<Canvas> open(const Canvas* sharing = nullptr);
+    std::unique_ptr<Surface> open(const Surface* sharing = nullptr);
 
     static bool goesOn() { return !HasFatalFailure() && !IsSkipped(); }
 

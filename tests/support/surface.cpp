@@ -1,4 +1,4 @@
-#include "support/canvas.hpp"
+#include "support/surface.hpp"
 
 #include <offscreen/requirement.hpp>
 
@@ -8,24 +8,24 @@
 
 namespace vellis::test {
 
-std::unique_ptr<Canvas> Canvas::open(const Canvas* sharing, std::string& error) {
+std::unique_ptr<Surface> Surface::open(const Surface* sharing, std::string& error) {
     offscreen::Settings settings = renderSettings(sceneSize, sceneSize);
     settings.sharing = sharing != nullptr ? sharing->gl.get() : nullptr;
-    std::unique_ptr<Canvas> canvas(new Canvas);
-    canvas->gl = offscreen::Context::open(settings, error);
-    if (canvas->gl == nullptr)
+    std::unique_ptr<Surface> surface(new Surface);
+    surface->gl = offscreen::Context::open(settings, error);
+    if (surface->gl == nullptr)
         return nullptr;
-    const Context::Lookup lookup = canvas->gl->ownLookup();
-    canvas->context =
+    const Context::Lookup lookup = surface->gl->ownLookup();
+    surface->context =
         sharing != nullptr ? Context::make(*sharing->context, lookup) : Context::make(lookup);
-    if (canvas->context == nullptr)
+    if (surface->context == nullptr)
         error = "there is no Context for a GL context";
     else
         error = offscreen::missingRequirement();
-    return error.empty() ? std::move(canvas) : nullptr;
+    return error.empty() ? std::move(surface) : nullptr;
 }
 
-Canvas::~Canvas() {
+Surface::~Surface() {
     if (context == nullptr || gl == nullptr)
         return;
     if (gl->makeCurrent())
@@ -33,12 +33,12 @@ Canvas::~Canvas() {
     gl->release();
 }
 
-void Canvas::leave() {
+void Surface::leave() {
     gl->release();
     Context::useProcess();
 }
 
-std::shared_ptr<Context> Canvas::makeAnother() const {
+std::shared_ptr<Context> Surface::makeAnother() const {
     return gl->makeCurrent() ? Context::make(gl->ownLookup()) : nullptr;
 }
 
@@ -46,21 +46,21 @@ bool tellsWhatIsCurrent() {
     return renderSettings(1, 1).platform != offscreen::Platform::OsMesa;
 }
 
-void CanvasTest::SetUp() {
+void SurfaceTest::SetUp() {
     if (const auto hidden = extensionToHide())
         skip("each Context loads " + name(*hidden) + " anew");
 }
 
-void CanvasTest::TearDown() {
+void SurfaceTest::TearDown() {
     Context::useProcess();
 }
 
-std::unique_ptr<Canvas> CanvasTest::open(const Canvas* sharing) {
+std::unique_ptr<Surface> SurfaceTest::open(const Surface* sharing) {
     std::string error;
-    auto canvas = Canvas::open(sharing, error);
-    if (canvas == nullptr)
+    auto surface = Surface::open(sharing, error);
+    if (surface == nullptr)
         skip(error);
-    return canvas;
+    return surface;
 }
 
 } // namespace vellis::test

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <glm/vec2.hpp>
+
+#include <vellis/canvas.hpp>
+
+#include "signal.hpp"
+
+namespace plot {
+
+/// A rectangle of the framebuffer in pixels, from its lower left corner.
+struct Area {
+    glm::vec2 low;
+    glm::vec2 high;
+
+    glm::vec2 size() const { return high - low; }
+};
+
+/// Where the part that is shown is drawn, in a framebuffer of that size.
+Area detailArea(const glm::uvec2& size);
+
+/// Draws a signal: a part of it, and above that all of it.
+class Plot {
+public:
+    explicit Plot(const Signal& signal);
+
+    /// Clears the framebuffer that is bound and draws.
+    /// \param size   The framebuffer's, in pixels.
+    /// \param shown  The part.
+    void draw(const glm::uvec2& size, const Range& shown) const;
+
+private:
+    std::shared_ptr<vellis::Picture> record(const std::vector<glm::dvec2>& samples) const;
+    void drawGrid(const Area& area, const Range& shown) const;
+    void drawAxes(const Area& area, const Range& shown) const;
+    void drawSignal(const Area& area, const Range& shown) const;
+    void drawOverview(const Area& area, const Range& shown) const;
+    void placeIn(const Area& area, const Range& shown) const;
+    void placeInPixels() const;
+
+    std::shared_ptr<vellis::Canvas> canvas_;
+    std::shared_ptr<vellis::Picture> curve_;    ///< all samples, in GL's memory
+    std::shared_ptr<vellis::Picture> overview_; ///< fewer of them
+    Range all_;
+    glm::dvec2 highest_;
+};
+
+} // namespace plot
