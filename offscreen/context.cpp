@@ -51,6 +51,13 @@ bool platformFromEnvironment(Platform& platform, std::string& error) {
 }
 
 std::unique_ptr<Context> Context::open(const Settings& settings, std::string& error) {
+    const bool isEgl = settings.platform == Platform::Egl ||
+                       settings.platform == Platform::EglSurfaceless ||
+                       settings.platform == Platform::EglDevice;
+    if (settings.coreVersion > 0 && !isEgl) {
+        error = "A core profile is made through EGL alone.";
+        return nullptr;
+    }
     for (const PlatformRow& row : platforms) {
         if (row.platform == settings.platform)
             return row.open(settings, error);

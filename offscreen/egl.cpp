@@ -170,8 +170,18 @@ public:
         surface_ = egl_.eglCreatePbufferSurface(display_, config, size);
         if (surface_ == EGL_NO_SURFACE)
             return "eglCreatePbufferSurface: " + egl_.latestError();
-        context_ = egl_.eglCreateContext(
-            display_, config, sharing != nullptr ? sharing->context_ : EGL_NO_CONTEXT, nullptr);
+        const EGLint core[] = {EGL_CONTEXT_MAJOR_VERSION,
+                               settings.coreVersion / 10,
+                               EGL_CONTEXT_MINOR_VERSION,
+                               settings.coreVersion % 10,
+                               EGL_CONTEXT_OPENGL_PROFILE_MASK,
+                               EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
+                               EGL_CONTEXT_OPENGL_FORWARD_COMPATIBLE,
+                               EGL_TRUE,
+                               EGL_NONE};
+        context_ = egl_.eglCreateContext(display_, config,
+                                         sharing != nullptr ? sharing->context_ : EGL_NO_CONTEXT,
+                                         settings.coreVersion > 0 ? core : nullptr);
         if (context_ == EGL_NO_CONTEXT)
             return "eglCreateContext: " + egl_.latestError();
         return makeCurrent() ? "" : "eglMakeCurrent: " + egl_.latestError();

@@ -35,6 +35,9 @@ struct Settings {
     /// Whose objects the new context shares: one of the same platform, on the same display, which
     /// is current on no other thread; or null.
     const Context* sharing = nullptr;
+    /// 32 for a context of OpenGL 3.2 of the core profile that is forward-compatible, and so on; 0
+    /// for one of the compatibility kind. EGL alone makes others than that.
+    int coreVersion = 0;
 };
 
 /// Reads a platform from the environment variable `OFFSCREEN_PLATFORM` (`egl`, `egl-surfaceless`,
