@@ -29,7 +29,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds leastTime(2);
-constexpr int fewestTurns = 7;
+constexpr int fewestTurns = 5;
 constexpr int mostTurns = 101;
 
 void print(const char* workload, unsigned int size, const char* side, double value) {

@@ -17,7 +17,11 @@ public:
         return low + (high - low) * static_cast<float>(engine_() - std::minstd_rand::min()) /
                          static_cast<float>(std::minstd_rand::max());
     }
-    glm::vec2 place() { return {between(0.f, edge), between(0.f, edge)}; }
+    /// A place at least that far from the edges of the picture.
+    glm::vec2 place(float margin = 0.f) {
+        const float x = between(margin, edge - margin);
+        return {x, between(margin, edge - margin)};
+    }
 
     static constexpr float edge = static_cast<float>(pictureSize);
 
@@ -70,10 +74,11 @@ std::vector<glm::vec2> walk(unsigned int numPoints) {
 }
 
 std::vector<glm::vec2> scattered(unsigned int numPoints) {
+    constexpr float margin = 8.f;
     Numbers numbers;
     std::vector<glm::vec2> points(numPoints);
     for (glm::vec2& point : points)
-        point = numbers.place();
+        point = numbers.place(margin);
     return points;
 }
 

@@ -24,7 +24,8 @@ std::vector<glm::vec2> shortLines(unsigned int numLines);
 /// A walk in steps of 5 to 10 pixels, which turns at the edges of the picture.
 std::vector<glm::vec2> walk(unsigned int numPoints);
 
-/// Points all over the picture.
+/// Points all over the picture, none so near its edges that it would be cut there: GL leaves out
+/// its own points as a whole where their centres are outside.
 std::vector<glm::vec2> scattered(unsigned int numPoints);
 
 } // namespace vellis::bench

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <vector>
 
 #include <glm/gtc/matrix_transform.hpp>
@@ -25,6 +26,7 @@ const glm::vec4 white(1.0f);
 
 constexpr float curveWidth = 1.5f;
 constexpr float tickLength = 6.0f;
+constexpr std::size_t overviewStep = 250; ///< samples, less than a pixel on any screen
 
 /// An area's corner in the middle of a pixel, where a line of one pixel is sharp.
 Area snapped(const glm::vec2& low, const glm::vec2& high) {
@@ -81,9 +83,14 @@ Plot::Plot(const Signal& signal)
       highest_(signal.samples[signal.highest]) {
     // The picture keeps differences from the origin, which are small.
     canvas_->setOrigin({(all_.low.x + all_.high.x) / 2.0, 0.0, 0.0});
+    curve_ = record(signal.samples);
+    overview_ = record(signal.thinned(overviewStep));
+}
+
+std::shared_ptr<vellis::Picture> Plot::record(const std::vector<glm::dvec2>& samples) const {
     canvas_->beginPicture(glm::mat4(1.0f));
-    canvas_->drawLineStrip(Stroke(teal, curveWidth), signal.samples);
-    curve_ = canvas_->endPicture();
+    canvas_->drawLineStrip(Stroke(teal, curveWidth), samples);
+    return canvas_->endPicture();
 }
 
 void Plot::draw(const glm::uvec2& size, const Range& shown) const {
@@ -143,7 +150,7 @@ void Plot::drawOverview(const Area& area, const Range& shown) const {
     const double half = std::max(shown.size().x / 2.0, least);
     canvas_->drawRect(sand, glm::dvec2(middle - half, all_.low.y),
                       glm::dvec2(middle + half, all_.high.y));
-    canvas_->drawPicture(curve_);
+    canvas_->drawPicture(overview_);
     placeInPixels();
     const glm::vec2 low = area.low;
     const glm::vec2 high = area.high;

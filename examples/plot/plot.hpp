@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include <glm/vec2.hpp>
 
@@ -32,6 +33,7 @@ public:
     void draw(const glm::uvec2& size, const Range& shown) const;
 
 private:
+    std::shared_ptr<vellis::Picture> record(const std::vector<glm::dvec2>& samples) const;
     void drawGrid(const Area& area, const Range& shown) const;
     void drawAxes(const Area& area, const Range& shown) const;
     void drawSignal(const Area& area, const Range& shown) const;
@@ -40,7 +42,8 @@ private:
     void placeInPixels() const;
 
     std::shared_ptr<vellis::Canvas> canvas_;
-    std::shared_ptr<vellis::Picture> curve_; ///< all samples, in GL's memory
+    std::shared_ptr<vellis::Picture> curve_;    ///< all samples, in GL's memory
+    std::shared_ptr<vellis::Picture> overview_; ///< fewer of them
     Range all_;
     glm::dvec2 highest_;
 };

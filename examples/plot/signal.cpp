@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 namespace plot {
@@ -41,6 +42,18 @@ Range Signal::range() const {
     const auto [lowest, top] = std::minmax_element(samples.begin(), samples.end(), isLower);
     const double room = 0.08 * (top->y - lowest->y);
     return {{samples.front().x, lowest->y - room}, {samples.back().x, top->y + room}};
+}
+
+std::vector<glm::dvec2> Signal::thinned(std::size_t step) const {
+    std::vector<glm::dvec2> result;
+    for (std::size_t i = 0; i < samples.size(); i += step) {
+        const auto first = samples.begin() + static_cast<std::ptrdiff_t>(i);
+        const auto last = first + static_cast<std::ptrdiff_t>(std::min(step, samples.size() - i));
+        const auto [lowest, top] = std::minmax_element(first, last, isLower);
+        result.push_back(*std::min(lowest, top));
+        result.push_back(*std::max(lowest, top));
+    }
+    return result;
 }
 
 Signal makeSignal() {

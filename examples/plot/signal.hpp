@@ -26,6 +26,10 @@ struct Signal {
 
     /// All of it, with some room above and below.
     Range range() const;
+
+    /// The lowest and the highest of each so many samples: where those are narrower than a pixel, a
+    /// line through these looks like one through all.
+    std::vector<glm::dvec2> thinned(std::size_t step) const;
 };
 
 /// A million samples, one for each millisecond; the same ones on any system.

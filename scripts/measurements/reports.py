@@ -2,6 +2,8 @@
 
 Usage: reports.py times LIMITS             reports of Google Benchmark, one run after the other
        reports.py workloads LIMITS         prints the filter of Google Benchmark for those with a limit
+       reports.py canvas LIMITS            lines: workload size side value; the sides of a turn together
+       reports.py canvas_curves FOLDER     the same: leaves FOLDER/side, the time of a point for each size
        reports.py curves FOLDER            a report: leaves FOLDER/operation-side, a line for each size
        reports.py peers                    a report with several libraries
        reports.py instructions LIMITS      lines: workload size library runs allocations instructions
@@ -119,6 +121,58 @@ def workloads(_verdicts, _text, path):
     say(f"^({'|'.join(workload for workload, _ in read_limits(path))})/")
 
 
+def read_sides(text):
+    """By workload and size, the values of each side, in turns."""
+    measured = {}
+    for line in text.splitlines():
+        workload, size, side, value = line.split()
+        measured.setdefault((workload, int(size)), {}).setdefault(side, []).append(float(value))
+    if not measured:
+        raise Missing("nothing was measured.")
+    return measured
+
+
+def read_side_limits(path):
+    """The limits of sides beside another one or alone: by workload, size, side and the other one."""
+    limits = {}
+    for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
+        if fields := line.split("#")[0].split():
+            workload, size, side, other, limit = fields
+            limits[workload, int(size), side, other] = float(limit)
+    return limits
+
+
+def canvas(verdicts, text, path):
+    measured, limits = read_sides(text), read_side_limits(path)
+    say(f"{'workload':20} {'size':>8} {'side':14} {'value':>12} {'beside':8} {'ratio':>8}  of all turns")
+    for (workload, size), sides in measured.items():
+        first = next(iter(sides))
+        for side, values in sides.items():
+            others = [other for *key, other in limits if key == [workload, size, side]]
+            for other in others or ([first] if side != first else ["-"]):
+                if other not in sides and other != "-":
+                    continue
+                beside = sides.get(other, [1.0] * len(values))
+                ratios = [value / base for value, base in zip(values, beside)]
+                ratio = round(statistics.median(ratios), 3)
+                limit = limits.pop((workload, size, side, other), None)
+                verdict = verdicts.of([ratio], [limit]) if limit is not None else ""
+                numbers = "" if other == "-" else f"{ratio:8.3f}  {min(ratios):.3f} to {max(ratios):.3f}"
+                say(f"{workload:20} {size:8} {side:14} {statistics.median(values):12.1f} {other:8} "
+                    f"{numbers:27} {verdict}")
+    for workload, size, side, other in limits:
+        print(f"{path} has a limit for {workload} {size}, {side} beside {other}, which was not measured",
+              file=sys.stderr)
+        verdicts.above += 1
+
+
+def canvas_curves(_verdicts, text, folder):
+    for (_, size), sides in read_sides(text).items():
+        for side, values in sides.items():
+            with open(pathlib.Path(folder) / side, "a", encoding="ascii") as curve:
+                curve.write(f"{size} {statistics.median(values) / size}\n")
+
+
 def curves(_verdicts, text, folder):
     for side in ("raw", "vellis"):
         for operation, runs in grouped((run.workload.split("/")[1], run)
@@ -189,7 +243,7 @@ def startup(verdicts, text, limit):
 
 def main(kind="", *arguments):
     kinds = {report.__name__: report
-             for report in (times, workloads, curves, peers, instructions, headers, startup)}
+             for report in (times, workloads, canvas, canvas_curves, curves, peers, instructions, headers, startup)}
     if kind not in kinds:
         sys.exit(__doc__)
     verdicts = Verdicts()

@@ -142,7 +142,7 @@ TEST_F(WindowProgram, CountsThePanelsInItsTitle) {
 }
 
 TEST_F(WindowProgram, StartsWithThePanelThatIsNamed) {
-    const gallery::Panel& panel = gallery::groups()[2].panels[1];
+    const gallery::Panel& panel = gallery::groups()[3].panels[1];
     start({panel.name});
     EXPECT_THAT(title(), HasSubstr(" - Textures ("));
     expectPanel(panel, 3);

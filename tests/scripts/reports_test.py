@@ -61,12 +61,32 @@ class Reports(unittest.TestCase):
 
     def test_nothing_measured_fails(self):
         for kind in (["times", self.limits()], ["peers"], ["startup", "1"], ["headers", "1", "1"],
-                     ["instructions", self.limits()]):
+                     ["instructions", self.limits()], ["canvas", self.limits()]):
             self.assertNotEqual(self.report("", *kind)[0], 0, kind)
 
     def test_filter_names_the_workloads_with_limits(self):
         _, lines = self.report("", "workloads", self.limits("draw/handles 1 1", "program/link 1 1"))
         self.assertEqual(lines, [["^(draw/handles|program/link)/"]])
+
+    def test_canvas_holds_ratios_of_sides_and_numbers_alone(self):
+        turns = "".join(f"strip/thin 10 {side} {value}\n" for values in ((10, 30, 20), (20, 50, 20), (10, 31, 10))
+                        for side, value in zip(("raw", "vellis", "other"), values))
+        text = turns + "memory 2 bytes 20\n"
+        limits = self.limits("strip/thin 10 vellis raw 3 # why", "strip/thin 10 vellis other 2.5", "memory 2 bytes - 20")
+        status, lines = self.report(text, "canvas", limits)
+        self.assertEqual([line[2:] for line in lines[1:]], [
+            "raw 10.0 -".split(), "vellis 31.0 raw 3.000 2.500 to 3.100 within 3".split(),
+            "vellis 31.0 other 2.500 1.500 to 3.100 within 2.5".split(), "other 20.0 raw 1.000 1.000 to 2.000".split(),
+            "bytes 20.0 - within 20".split()])
+        self.assertEqual(status, 0)
+        for limit in ("strip/thin 10 vellis raw 2.99", "memory 2 bytes - 19", "strip/thin 10 vellis absent 9",
+                      "strip/thin 11 vellis raw 3"):
+            self.assertEqual(self.report(text, "canvas", self.limits(limit))[0], 1, limit)
+
+    def test_canvas_curves_are_files_with_the_time_of_a_point(self):
+        self.report("strip/growth 10 raw 50\nstrip/growth 10 raw 70\nstrip/growth 10 raw 60\nstrip/growth 20 raw 60\n",
+                    "canvas_curves", str(self.folder))
+        self.assertEqual((self.folder / "raw").read_text(encoding="ascii"), "10 6.0\n20 3.0\n")
 
     def test_curves_are_files_with_a_line_for_each_size(self):
         text = benchmarks(("registry/programs/1", 10, 20, 2), ("registry/programs/8", 11, 21, 2))

@@ -40,7 +40,7 @@ constexpr std::size_t sizeOf(PointType type) {
                                       : sizeof(glm::dvec3);
 }
 
-enum class ColorType : unsigned char { None, One, Vec4, U8Vec4 };
+enum class ColorType : unsigned char { One, Vec4, U8Vec4 };
 template <class C>
 struct ColorTypeOf {};
 template <>

@@ -72,32 +72,6 @@ constexpr unsigned int numFaults = 24;
 
 } // namespace
 
-void modelState(RecordedGl& gl) {
-    const auto switchTo = [&gl](GLint value) {
-        return [&gl, value](GLenum capability) { gl.setState(capability, {value}); };
-    };
-    gl.answer(glad_glEnable, switchTo(1));
-    gl.answer(glad_glDisable, switchTo(0));
-    gl.answer(glad_glPixelStorei, [&gl](GLenum pname, GLint value) {
-        const bool isAlignment = pname == GL_PACK_ALIGNMENT || pname == GL_UNPACK_ALIGNMENT;
-        if (isAlignment ? value == 1 || value == 2 || value == 4 || value == 8 : value >= 0)
-            gl.setState(pname, {value});
-    });
-    gl.answer(glad_glBlendFuncSeparate, [&gl](GLenum sourceRgb, GLenum destinationRgb,
-                                              GLenum sourceAlpha, GLenum destinationAlpha) {
-        gl.setState(GL_BLEND_SRC_RGB, {sourceRgb});
-        gl.setState(GL_BLEND_DST_RGB, {destinationRgb});
-        gl.setState(GL_BLEND_SRC_ALPHA, {sourceAlpha});
-        gl.setState(GL_BLEND_DST_ALPHA, {destinationAlpha});
-    });
-    const auto setEquations = [&gl](GLenum rgb, GLenum alpha) {
-        gl.setState(GL_BLEND_EQUATION_RGB, {rgb});
-        gl.setState(GL_BLEND_EQUATION_ALPHA, {alpha});
-    };
-    gl.answer(glad_glBlendEquationSeparate, setEquations);
-    gl.answer(glad_glBlendEquation, [=](GLenum mode) { setEquations(mode, mode); });
-}
-
 void resetState() {
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
@@ -105,6 +79,13 @@ void resetState() {
         glPixelStorei(pixelStore, 0);
     glBlendFuncSeparate(GL_ONE, GL_ZERO, GL_ONE, GL_ZERO);
     glBlendEquation(GL_FUNC_ADD);
+    glViewport(0, 0, 64, 64);
+    glScissor(0, 0, 64, 64);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glDepthMask(GL_TRUE);
+    glClearColor(0.f, 0.f, 0.f, 0.f);
+    glLineWidth(1.f);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     for (const int capability : {GL_BLEND, GL_DEPTH_TEST, GL_STENCIL_TEST, GL_SCISSOR_TEST,
                                  GL_CULL_FACE, GL_LINE_SMOOTH, GL_POLYGON_SMOOTH, GL_POINT_SPRITE,
                                  GL_VERTEX_PROGRAM_POINT_SIZE, GL_COLOR_LOGIC_OP, GL_MULTISAMPLE})

@@ -5,11 +5,9 @@
 #include "faults/failing_allocations.hpp"
 #include "fuzz/machine/bytes.hpp"
 #include "support/recorded_gl.hpp"
+#include "support/state_model.hpp"
 
 namespace vellis::test {
-
-/// Lets a fake GL keep the state that operations put back; the rest is always 0.
-void modelState(RecordedGl& gl);
 
 /// Gives the context that is current the state of a new one.
 void resetState();
