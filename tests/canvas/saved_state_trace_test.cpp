@@ -40,6 +40,7 @@ const State states[] = {
     {"LineSmooth", GL_LINE_SMOOTH, {1}},
     {"AlphaTest", GL_ALPHA_TEST, {1}},
     {"Multisample", GL_MULTISAMPLE, {1}},
+    {"PolygonOffset", GL_POLYGON_OFFSET_FILL, {1}},
     {"PolygonModes", GL_POLYGON_MODE, {GL_LINE, GL_LINE}},
     {"PolygonModeOfTheFront", GL_POLYGON_MODE, {GL_POINT, GL_FILL}},
     {"PolygonModeOfTheBack", GL_POLYGON_MODE, {GL_FILL, GL_LINE}},
