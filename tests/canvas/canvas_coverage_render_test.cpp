@@ -15,6 +15,7 @@
 #include <vellis/buffers/vertex_attribute_buffer.hpp>
 #include <vellis/gl.hpp>
 
+#include "canvas/vertex_arrays.hpp"
 #include "support/render_test.hpp"
 #include "support/stroke_drawing.hpp"
 #include "support/stroke_limits.hpp"
@@ -159,7 +160,7 @@ void drawInALargeViewport(vellis::Canvas& canvas, const std::vector<Stroke>& str
 }
 
 /// How many records go to GL at once.
-constexpr std::size_t uploadSize = 4096;
+constexpr std::size_t uploadSize = canvas::mostCopied(canvas::Kind::Strip);
 
 /// How many records of a stroke stand before the end of the first upload: another number for each.
 std::size_t numBefore(const Stroke& stroke, std::size_t index) {
