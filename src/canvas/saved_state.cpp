@@ -28,6 +28,15 @@ bool boolean(unsigned int name) {
     return result != GL_FALSE;
 }
 
+/// The program in use; 0 for one that has been deleted, which ends when another is used.
+int lastingProgram() {
+    const int program = integer(GL_CURRENT_PROGRAM);
+    int isDeleted = GL_FALSE;
+    if (program != 0)
+        glGetProgramiv(gl(program), GL_DELETE_STATUS, &isDeleted);
+    return isDeleted == GL_FALSE ? program : 0;
+}
+
 /// Which contexts have a switch.
 enum class Where : unsigned char { All, FixedFunctions, Restart };
 
@@ -62,7 +71,7 @@ constexpr unsigned int equationNames[] = {GL_BLEND_EQUATION_RGB, GL_BLEND_EQUATI
 SavedState::SavedState(const Capabilities& capabilities) : capabilities_(capabilities) {
     static_assert(sizeof switches / sizeof *switches == numSwitches);
     glGetIntegerv(GL_VIEWPORT, viewport_);
-    program_ = integer(GL_CURRENT_PROGRAM);
+    program_ = lastingProgram();
     arrayBuffer_ = integer(GL_ARRAY_BUFFER_BINDING);
     if (capabilities.hasVertexArrays)
         vertexArray_ = integer(GL_VERTEX_ARRAY_BINDING);

@@ -218,6 +218,15 @@ TEST_F(SavedStateTrace, BindingsAreAsTheyWere) {
     }
 }
 
+TEST_F(SavedStateTrace, ProgramThatWasDeletedIsNotPutBack) {
+    glUseProgram(program);
+    gl.setState(GL_DELETE_STATUS, {1});
+    EXPECT_EQ(callsOf([&] { canvas->drawTriangles(white, corner); }).back(), "glUseProgram(0)");
+    glUseProgram(program);
+    gl.setState(GL_DELETE_STATUS, {0});
+    EXPECT_EQ(callsOf([&] { canvas->drawTriangles(white, corner); }).back(), "glUseProgram(901)");
+}
+
 TEST_F(SavedStateTrace, RestartIsOffWhileABatchDrawsWhereGlHasIt) {
     const auto draw = [&] { canvas->drawTriangles(white, corner); };
     gl.setState(GL_PRIMITIVE_RESTART, {1});

@@ -260,14 +260,15 @@ void drawBatch(World& world, Bytes& bytes) {
 } // namespace
 
 std::vector<Operation> canvasOperations() {
-    // All that they change is put back.
+    // All that they change is put back, but for a program that was deleted while it was in use.
+    const Promise promise = {{GL_CURRENT_PROGRAM}, {}};
     return {
-        {"Canvas: make", makeCanvas, {}},     {"Canvas: release", releaseCanvas, {}},
-        {"Canvas: begin", beginBatch, {}},    {"Canvas: end or flush", endBatch, {}},
-        {"Canvas: settings", setUp, {}},      {"Canvas: strokes", drawStrokes, {}},
-        {"Canvas: areas", drawAreas, {}},     {"Canvas: points", drawMarks, {}},
-        {"Canvas: buffers", drawBuffers, {}}, {"Canvas: pictures", usePictures, {}},
-        {"Canvas: a batch", drawBatch, {}},
+        {"Canvas: make", makeCanvas, promise},     {"Canvas: release", releaseCanvas, promise},
+        {"Canvas: begin", beginBatch, promise},    {"Canvas: end or flush", endBatch, promise},
+        {"Canvas: settings", setUp, promise},      {"Canvas: strokes", drawStrokes, promise},
+        {"Canvas: areas", drawAreas, promise},     {"Canvas: points", drawMarks, promise},
+        {"Canvas: buffers", drawBuffers, promise}, {"Canvas: pictures", usePictures, promise},
+        {"Canvas: a batch", drawBatch, promise},
     };
 }
 
