@@ -4,6 +4,7 @@
 #include <vellis/canvas/canvas.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
@@ -245,6 +246,39 @@ TEST_P(CanvasCoverageRender, TranslucentStrokesThatCrossThemselvesArePaintedOnce
 INSTANTIATE_TEST_SUITE_P(Ways, CanvasCoverageRender, testing::ValuesIn(ways),
                          [](const auto& way) { return std::string(way.param.name); });
 
+/// How far a stroke is from its geometry.
+StrokeErrors errorsOf(vellis::Canvas& canvas, const Stroke& stroke) {
+    clearScene();
+    drawPlainly(canvas, {stroke});
+    return strokeErrors(sceneCoverage({stroke}), canvasOpacity(stroke.opacity), readScene());
+}
+
+TEST_F(CanvasCoverageRender, NoPixelOfASegmentIsFarOff) {
+    const auto canvas = vellis::Canvas::make();
+    for (const StrokeScene& scene : strokeScenes())
+        for (const Stroke& stroke : scene.strokes)
+            if (stroke.points.size() == 2) {
+                EXPECT_TRUE(isWithin(errorsOf(*canvas, stroke), {1.2, 0, 0, 9})) << scene.name;
+            }
+}
+
+TEST_F(CanvasCoverageRender, MitersBeyondTheLimitAreBevels) {
+    const auto canvas = vellis::Canvas::make();
+    for (const double limit : {1.5, 4.0, 10.0}) {
+        const double atLimit = 2 * std::acos(1 / limit);
+        for (const double beyond : {-0.1, -0.02, 0.02, 0.1}) {
+            const double angle = 0.3 + atLimit + beyond;
+            const glm::dvec2 corner(140, 100);
+            Stroke stroke{{corner - 90.0 * glm::dvec2(std::cos(0.3), std::sin(0.3)), corner,
+                           corner + 90.0 * glm::dvec2(std::cos(angle), std::sin(angle))},
+                          11};
+            stroke.miterLimit = limit;
+            EXPECT_TRUE(isWithin(errorsOf(*canvas, stroke), {0.5, 0.2, 0}))
+                << limit << " " << beyond;
+        }
+    }
+}
+
 /// Draws strokes of a seed each, and sums their errors.
 StrokeErrors randomErrors(double opacity) {
     const auto canvas = vellis::Canvas::make();
@@ -252,11 +286,7 @@ StrokeErrors randomErrors(double opacity) {
     for (unsigned int seed = 0; seed != 150; ++seed) {
         Stroke stroke = randomStroke(seed);
         stroke.opacity = opacity;
-        clearScene();
-        drawPlainly(*canvas, {stroke});
-        const StrokeErrors errors =
-            strokeErrors(sceneCoverage({stroke}), canvasOpacity(opacity), readScene());
-        sum += errors;
+        sum += errorsOf(*canvas, stroke);
     }
     return sum;
 }

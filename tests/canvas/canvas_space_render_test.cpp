@@ -11,6 +11,7 @@
 #include <glm/ext/matrix_clip_space.hpp>
 #include <glm/ext/matrix_double4x4.hpp>
 #include <glm/ext/vector_double4.hpp>
+#include <glm/geometric.hpp>
 #include <glm/mat4x4.hpp>
 #include <glm/vec3.hpp>
 #include <gtest/gtest.h>
@@ -59,7 +60,13 @@ std::optional<std::pair<glm::dvec4, glm::dvec4>> clipped(const glm::dvec4& a, co
     return std::pair(inFront(a) < 0 ? cut : a, inFront(b) < 0 ? cut : b);
 }
 
-/// What is visible of a line: a stroke for each of its parts.
+/// Moves an end of a stroke as far as a square cap reaches.
+void extend(glm::dvec2& end, const glm::dvec2& next, double width) {
+    end += glm::normalize(end - next) * (width / 2);
+}
+
+/// What is visible of a line: a stroke for each of its parts, with caps where the line ends and
+/// none where it is cut.
 std::vector<Stroke> visibleParts(const Line& line, const Stroke& style) {
     std::vector<Stroke> parts;
     bool goesOn = false;
@@ -68,12 +75,17 @@ std::vector<Stroke> visibleParts(const Line& line, const Stroke& style) {
         const auto piece = clipped(toClip(line[i]), end);
         if (piece && !goesOn) {
             parts.push_back(style);
+            parts.back().cap = StrokeCap::Butt;
             parts.back().points = {toPixel(piece->first)};
         }
         if (piece)
             parts.back().points.push_back(toPixel(piece->second));
         goesOn = piece && inFront(end) >= 0;
     }
+    if (style.cap == StrokeCap::Square && inFront(toClip(line.front())) >= 0)
+        extend(parts.front().points[0], parts.front().points[1], style.width);
+    if (style.cap == StrokeCap::Square && goesOn)
+        extend(parts.back().points.back(), *(parts.back().points.end() - 2), style.width);
     return parts;
 }
 
@@ -93,11 +105,12 @@ Line randomLine(std::mt19937& random, int count) {
     return line;
 }
 
-/// Without caps: what is cut has none.
+/// With any join, and square caps or none.
 Stroke randomStyle(std::mt19937& random) {
     Stroke style;
     style.width = between(random, 1, 15);
     style.join = static_cast<StrokeJoin>(random() % 3);
+    style.cap = random() % 2 == 0 ? StrokeCap::Butt : StrokeCap::Square;
     return style;
 }
 

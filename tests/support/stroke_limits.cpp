@@ -25,12 +25,13 @@ const Coverage& truthOf(const StrokeScene& scene) {
 }
 
 testing::AssertionResult isWithin(const StrokeErrors& errors, const StrokeLimits& limits) {
-    const bool result = errors.mean() <= limits.mean &&
-                        errors.percentBeyond16() <= limits.beyond16 &&
-                        errors.percentBeyond64() <= limits.beyond64;
+    const bool result =
+        errors.mean() <= limits.mean && errors.percentBeyond16() <= limits.beyond16 &&
+        errors.percentBeyond64() <= limits.beyond64 && errors.largest <= limits.largest;
     return (result ? testing::AssertionSuccess() : testing::AssertionFailure())
            << "of " << errors.touched << " pixels: mean error " << errors.mean() << ", beyond 16 "
-           << errors.percentBeyond16() << " %, beyond 64 " << errors.percentBeyond64() << " %";
+           << errors.percentBeyond16() << " %, beyond 64 " << errors.percentBeyond64()
+           << " %, the largest " << errors.largest;
 }
 
 testing::AssertionResult shows(const StrokeScene& scene, const offscreen::Image& image,

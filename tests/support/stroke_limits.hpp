@@ -19,6 +19,7 @@ struct StrokeLimits {
     double mean = 0.75;
     double beyond16 = 0.5;
     double beyond64 = 0.1;
+    double largest = 255; ///< of all errors, in 255ths
 };
 
 /// The coverage of a scene, sampled when it is first asked for.

@@ -235,6 +235,8 @@ private:
 
     glm::dvec2 pointAt(double distance) const {
         const std::size_t segment = segmentAt(distance);
+        if (distance >= ends_[segment]) // exactly, so that it is the first point of a closed line
+            return points_[segment + 1];
         const double begin = segment == 0 ? 0 : ends_[segment - 1];
         return points_[segment] + (distance - begin) * directionOf(segment);
     }
@@ -349,6 +351,7 @@ StrokeErrors& StrokeErrors::operator+=(const StrokeErrors& other) {
     sum += other.sum;
     beyond16 += other.beyond16;
     beyond64 += other.beyond64;
+    largest = std::max(largest, other.largest);
     return *this;
 }
 
@@ -361,6 +364,7 @@ StrokeErrors strokeErrors(const Coverage& truth, double opacity, const offscreen
         errors.sum += error;
         errors.beyond16 += error > 16;
         errors.beyond64 += error > 64;
+        errors.largest = std::max(errors.largest, error);
     }
     return errors;
 }

@@ -45,6 +45,7 @@ struct StrokeErrors {
     double sum = 0;          ///< of the absolute errors, in 255ths
     std::size_t beyond16 = 0;
     std::size_t beyond64 = 0;
+    double largest = 0; ///< of the absolute errors
 
     double mean() const;            ///< in 255ths
     double percentBeyond16() const; ///< of the touched pixels

@@ -1,5 +1,6 @@
 #include "support/stroke_reference.hpp"
 
+#include <cmath>
 #include <numeric>
 
 #include <gtest/gtest.h>
@@ -102,6 +103,23 @@ TEST(StrokeReference, JoinsTheFirstDashOfAClosedLineToTheLast) {
     EXPECT_NEAR(areaOf(stroke), 4 * 10 * 4, 0.1);
 }
 
+TEST(StrokeReference, JoinsTheFirstDashToTheLastAtAnyAngle) {
+    for (int i = 0; i != 20; ++i) {
+        const double angle = 0.1 + 0.07 * i;
+        const glm::dvec2 along(20 * std::cos(angle), 20 * std::sin(angle));
+        const glm::dvec2 across(-along.y, along.x);
+        const glm::dvec2 first(32, 20);
+        Stroke stroke{{first, first + along, first + along + across, first + across},
+                      4,
+                      StrokeJoin::Miter,
+                      StrokeCap::Butt,
+                      true};
+        stroke.dashes = {10, 10};
+        stroke.dashOffset = 5;
+        EXPECT_NEAR(areaOf(stroke), 4 * 10 * 4, 0.2) << angle;
+    }
+}
+
 TEST(StrokeReference, LeavesRepeatedPointsOut) {
     Stroke stroke = corner(StrokeJoin::Bevel);
     stroke.points.insert(stroke.points.begin() + 1, 2, stroke.points[1]);
@@ -120,6 +138,7 @@ TEST(StrokeReference, CountsErrors) {
     EXPECT_EQ(errors.beyond64, 1U);
     EXPECT_NEAR(errors.mean(), (255 + 2.5) / 2, 0.01);
     EXPECT_EQ(errors.percentBeyond16(), 50);
+    EXPECT_EQ(errors.largest, 255);
 }
 
 TEST(StrokeReference, RandomStrokesFollowFromTheSeed) {
