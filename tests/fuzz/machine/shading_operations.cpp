@@ -150,8 +150,9 @@ void drawShape(World& world, Bytes& bytes, const Values&... values) {
         const unsigned int first = bytes.number();
         const unsigned int count = bytes.number();
         if (indices != nullptr && bytes.flag()) {
-            if (!world.isOnDriver || hasIndices(*indices, first, count))
-                place.object->draw(*drawable, *indices, first, count, values...);
+            if (world.isOnDriver && !hasIndices(*indices, first, count))
+                return;
+            place.object->draw(*drawable, *indices, first, count, values...);
         } else {
             place.object->draw(*drawable, first, count, values...);
         }
