@@ -59,7 +59,7 @@ ${scale:-set yrange [0:]}
 set format x '%.0f'
 set xlabel '$axis'
 set ylabel '$unit'
-set offsets graph 0, 0, 0.05, 0
+set offsets graph 0, graph 0, graph 0.05, graph 0
 set key above
 set grid
 plot $curves
