@@ -450,6 +450,21 @@ TEST_F(CanvasTrace, BeginEndsTheBatchBefore) {
     EXPECT_GL_CALLS(gl);
 }
 
+TEST_F(CanvasTrace, LinesThatGoTogetherAreBlendedWhereOneIsTranslucent) {
+    const std::vector<glm::vec2> line(2, glm::vec2(0.5f));
+    const auto opaque = [&] { canvas->drawLines(Stroke::aliased(white), line); };
+    const auto translucent = [&] {
+        canvas->drawLines(Stroke::aliased(glm::vec4(1.f, 1.f, 1.f, 0.5f)), line);
+    };
+    const auto drawn = [&](auto... calls) {
+        return only(callsOf([&] { (calls(), ...); }), {"glEnable(GL_BLEND)", "glDrawElements"});
+    };
+    EXPECT_EQ(drawn(opaque, opaque), Lines({test::linesDrawn(0, 4)}));
+    const Lines blended = {"glEnable(GL_BLEND)", test::linesDrawn(0, 4)};
+    EXPECT_EQ(drawn(opaque, translucent), blended);
+    EXPECT_EQ(drawn(translucent, opaque), blended);
+}
+
 TEST_F(CanvasTrace, WhatWaitsAtTheEndOfTheCanvasIsNotDrawn) {
     canvas->begin(glm::mat4(1.f));
     canvas->drawTriangles(white, corner);
