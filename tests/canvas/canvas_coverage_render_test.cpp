@@ -279,6 +279,17 @@ TEST_F(CanvasCoverageRender, MitersBeyondTheLimitAreBevels) {
     }
 }
 
+TEST_F(CanvasCoverageRender, DashesThroughTheBeginningOfALoopHaveAJoinThere) {
+    const auto canvas = vellis::Canvas::make();
+    Stroke stroke{
+        {{50, 60}, {150, 60}, {150, 120}, {50, 120}}, 10, StrokeJoin::Miter, StrokeCap::Butt, true};
+    stroke.dashes = {20, 20}; // eight times around
+    for (const double offset : {10.0, 30.0}) {
+        stroke.dashOffset = offset;
+        EXPECT_TRUE(isWithin(errorsOf(*canvas, stroke))) << offset;
+    }
+}
+
 /// Draws strokes of a seed each, and sums their errors.
 StrokeErrors randomErrors(double opacity) {
     const auto canvas = vellis::Canvas::make();
