@@ -20,9 +20,20 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     get_target_property(small_sources vellis SOURCES)
     list(FILTER small_sources INCLUDE REGEX "\\.cpp$")
     list(REMOVE_ITEM small_sources ${fast_sources})
-    set_property(SOURCE ${small_sources} APPEND PROPERTY
+    set(smallest -Os)
+    check_cxx_compiler_flag(-Oz VELLIS_HAS_OZ) # gcc 12, clang
+    if(VELLIS_HAS_OZ)
+        set(smallest -Oz)
+    endif()
+    # The canvas writes a record for each point: not at any price.
+    set(canvas_sources ${small_sources})
+    list(FILTER canvas_sources INCLUDE REGEX "^src/canvas/")
+    list(FILTER small_sources EXCLUDE REGEX "^src/canvas/")
+    set_property(SOURCE ${canvas_sources} APPEND PROPERTY
         COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:-Os>)
-    target_compile_options(vellis_loader PRIVATE $<$<NOT:$<CONFIG:Debug>>:-Os>)
+    set_property(SOURCE ${small_sources} APPEND PROPERTY
+        COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:${smallest}>)
+    target_compile_options(vellis_loader PRIVATE $<$<NOT:$<CONFIG:Debug>>:${smallest}>)
 endif()
 
 # The sources of the canvas are many, and called by each other alone: compiled together, they take 8 kB less.

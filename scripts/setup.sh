@@ -23,6 +23,7 @@ peer_packages=(
     qt6-base-dev qt6-base-private-dev libqt6opengl6-dev
     libglobjects-dev
     libsfml-dev
+    libimgui-dev
 )
 
 # What the first of these lists gives, for systems of another kind.

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Measures how cost grows: with the uniforms of a program, with registered objects, with the points of
-# a call. Draws the curves of docs/performance.md from what was measured. Installs what is missing.
+# a call and of a canvas. Draws the curves of docs/performance.md from what was measured. Installs what is missing.
 #
 # Usage: scripts/measurements/growth.sh [folder for the plots, by default docs/images]
 set -euo pipefail
@@ -16,7 +16,7 @@ plots="${1:-$repository/docs/images}"
 install_dependencies
 install_packages libbenchmark-dev
 command -v gnuplot >/dev/null || install_packages gnuplot-nox
-build_preset bench --target vellis_benchmarks
+build_preset bench --target vellis_benchmarks --target vellis_canvas_benchmarks
 
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
@@ -32,8 +32,18 @@ measure() {
         python3 "$repository/scripts/measurements/reports.py" curves "$work"
 }
 
+# Measures a strip of the canvas on the driver, as scripts/measurements/canvas.sh does. Leaves a file for each
+# side, with a line for each size: the size, and the nanoseconds of a point.
+measure_canvas() {
+    say "Measuring strips of the canvas (driver)"
+    MALLOC_TRIM_THRESHOLD_=1000000000 MALLOC_MMAP_THRESHOLD_=1000000000 \
+        "$repository/build/bench/benchmarks/canvas/vellis_canvas_benchmarks" growth |
+        python3 "$repository/scripts/measurements/reports.py" canvas_curves "$work"
+}
+
 # Draws curves into plots/NAME.svg: axis, unit of the times and how many nanoseconds it has, then a file
-# and a title for each curve.
+# and a title for each curve. The times have a logarithmic scale where $scale says so.
+scale=""
 plot() {
     local name="$1" axis="$2" unit="$3" nanoseconds="$4" curves=""
     shift 4
@@ -45,11 +55,11 @@ plot() {
 set terminal svg size 640,360 font 'sans-serif,13' background 'white'
 set output '$plots/$name.svg'
 set logscale x
-set yrange [0:]
+${scale:-set yrange [0:]}
 set format x '%.0f'
 set xlabel '$axis'
 set ylabel '$unit'
-set offsets graph 0, 0, 0.05, 0
+set offsets graph 0, graph 0, graph 0.05, graph 0
 set key above
 set grid
 plot $curves
@@ -71,3 +81,6 @@ plot growth-points 'points of the call' nanoseconds 1 \
 measure driver '^program/link/'
 plot growth-link 'active uniforms of the program' microseconds 1000.0 \
     link-vellis 'Program::make, on the driver' link-raw 'the same GL by hand'
+measure_canvas
+scale="set logscale y" plot growth-canvas 'points of the strip' 'nanoseconds for a point' 1 \
+    vellis 'own data' picture 'kept picture' raw 'GL_LINE_STRIP from a buffer'

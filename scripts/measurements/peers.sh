@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Compares the library with Qt's OpenGL classes, globjects and SFML: instructions and allocations on a GL
-# that does nothing, times on a driver, headers and libraries. Installs what is missing.
+# Compares the library with Qt's OpenGL classes, globjects, SFML and Dear ImGui: instructions and allocations
+# on a GL that does nothing, times on a driver, headers and libraries. Installs what is missing.
 #
 # Usage: scripts/measurements/peers.sh
 set -euo pipefail
@@ -16,7 +16,7 @@ programs="$repository/build/peers/benchmarks/peers"
 status=0
 
 say "Versions"
-for package in libqt6opengl6-dev libglobjects-dev libglbinding-dev libsfml-dev; do
+for package in libqt6opengl6-dev libglobjects-dev libglbinding-dev libsfml-dev libimgui-dev; do
     dpkg-query --show "$package"
 done
 
@@ -31,7 +31,7 @@ print_times() {
 say "Times, on the driver"
 "$programs/vellis_peer_benchmarks" driver --benchmark_format=json 2>/dev/null | print_times
 
-say "Times of a scope of state, in SFML's own context"
+say "Times of a scope of state and of lines, in SFML's own context"
 display="$(mktemp)"
 Xvfb -displayfd 3 -noreset 3>"$display" 2>/dev/null &
 server=$!
@@ -42,6 +42,9 @@ until [[ -s "$display" ]]; do
 done
 DISPLAY=":$(<"$display")" "$programs/vellis_sfml_benchmarks" --benchmark_format=json 2>/dev/null |
     print_times
+
+say "Times of lines, beside Dear ImGui's"
+"$repository/scripts/measurements/canvas.sh" || status=1
 
 "$repository/scripts/measurements/footprint.sh" --peers || status=1
 exit "$status"

@@ -49,6 +49,7 @@ std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned i
         const char* line;
     };
     constexpr VariantName names[] = {{dashed, "#define DASHED\n"},
+                                     {alone, "#define ALONE\n"},
                                      {gradient, "#define GRADIENT\n"},
                                      {uniformStyle, "#define UNIFORM_STYLE\n"}};
     std::string result;

@@ -28,7 +28,10 @@ enum Variant : unsigned int {
     dashed = 1,       ///< strokes
     gradient = 2,     ///< strokes with a colour for each point
     uniformStyle = 4, ///< one colour and size for all, from uniforms
+    alone = 8,        ///< strokes of one piece, solid, of one colour, with straight ends
 };
+
+constexpr unsigned int numVariants = 16;
 
 /// The uniforms, in the order of their names in programs.cpp.
 enum class UniformName : unsigned char {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace vellis::canvas {
 namespace {
@@ -185,8 +186,8 @@ bool Recorder::addsToLast() const {
            drawing_.looks[last.look].isSameAs(look_);
 }
 
-void Recorder::openCommand() {
-    if (addsToLast()) {
+void Recorder::openCommand(bool isWhole) {
+    if (isWhole && addsToLast()) {
         drawing_.commands.back().isOpaque &= isOpaque_;
     } else {
         // Without memory for the second, the first is one that no command has.
@@ -206,6 +207,9 @@ void Recorder::openCommand() {
 }
 
 void Recorder::makeRoom(std::size_t numBytes, std::size_t numRepeated) {
+    const bool isWhole = std::exchange(isWhole_, false); // until there is the memory
+    if (!isWhole && !drawing_.commands.empty())
+        drawing_.commands.back().endsOverlap = true;
     const std::size_t numBefore = arena_->used;
     if (arena_->bytes.size() - numBefore < numBytes + Record::slack) {
         if (command_ != none && look_.paintsOnce) {
@@ -217,15 +221,17 @@ void Recorder::makeRoom(std::size_t numBytes, std::size_t numRepeated) {
     }
     if (arena_->used == numBefore && command_ != none) {
         drawing_.commands[command_].endsOverlap = true; // there was more memory
-        return;
+    } else {
+        openCommand(isWhole);
+        if (arena_->used < numBefore) { // those before were drawn
+            const std::size_t repeated = numRepeated * numBytes;
+            std::memmove(arena_->bytes.data(), arena_->bytes.data() + numBefore - repeated,
+                         repeated);
+            arena_->used = repeated;
+            arena_->count = drawing_.commands[command_].count = numRepeated;
+        }
     }
-    openCommand();
-    if (arena_->used < numBefore) { // those before were drawn
-        const std::size_t repeated = numRepeated * numBytes;
-        std::memmove(arena_->bytes.data(), arena_->bytes.data() + numBefore - repeated, repeated);
-        arena_->used = repeated;
-        arena_->count = drawing_.commands[command_].count = numRepeated;
-    }
+    isWhole_ = true;
 }
 
 void Recorder::putCorner(const glm::vec3& point, Color color, std::size_t numRepeated) {
@@ -374,7 +380,7 @@ void Recorder::bufferPoints(Kind kind, const BufferPoints& points,
         look_.paintsOnce = setting.paintsOnce && points.shape != Shape::Lines &&
                            points.color.a < 255 && points.count > 2;
     }
-    openCommand();
+    openCommand(true);
 }
 
 void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,

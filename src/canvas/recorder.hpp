@@ -117,7 +117,10 @@ private:
 
     /// Has the records from now on be of a kind, and be drawn without a style.
     void begin(Kind kind, unsigned int dimensions, const glm::mat4& matrix);
-    void openCommand();
+    /// \param isWhole  Whether the call before did not run out of memory, so that this one may add
+    /// to
+    ///                 its command.
+    void openCommand(bool isWhole);
     bool addsToLast() const;
     void makeRoom(std::size_t numBytes, std::size_t numRepeated);
 
@@ -167,6 +170,7 @@ private:
     std::size_t copies_ = 1;
     std::uint32_t command_ = none;
     bool isOpaque_ = false;        ///< whether the records need no blending
+    bool isWhole_ = true;          ///< whether the call before did not run out of memory
     bool isWithinOverlap_ = false; ///< whether a command of the current overlap has been drawn
 };
 

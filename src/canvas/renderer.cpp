@@ -250,7 +250,7 @@ void Renderer::drawPieces(unsigned int dimensions, const BufferPoints& points, s
 // --- Programs ---
 
 CanvasProgram& Renderer::program(ProgramFamily family, unsigned int variants) {
-    auto& program = programs_[static_cast<std::size_t>(family) * 8 + variants];
+    auto& program = programs_[static_cast<std::size_t>(family) * numVariants + variants];
     if (!program)
         program.emplace(family, variants, capabilities_);
     return *program;
@@ -263,6 +263,10 @@ CanvasProgram& Renderer::programOf(Kind kind, const Look& look) {
     if (kind == Kind::Discs)
         return program(ProgramFamily::Disc, variants);
     const Style& style = look.style;
+    const bool isAlone =
+        kind == Kind::Segments || (look.isFromBuffer && look.points.shape == Shape::Lines);
+    if (isAlone && !style.isDashed && !style.isGradient && style.cap != Stroke::Cap::Round)
+        return program(ProgramFamily::Stroke, variants | alone);
     return program(ProgramFamily::Stroke,
                    variants | (style.isDashed ? dashed : 0u) | (style.isGradient ? gradient : 0u));
 }

@@ -71,7 +71,7 @@ private:
     VertexArrays arrays_;
     OverlapMask mask_;
     std::array<BufferName, numArenas> streamed_;
-    std::array<std::optional<CanvasProgram>, 4 * 8> programs_;
+    std::array<std::optional<CanvasProgram>, 4 * numVariants> programs_;
     std::uint64_t numDrawings_ = 0;
     PixelBox box_ = {}; ///< of the overlap that is being drawn
     bool isMasked_ = false;

@@ -18,22 +18,35 @@ unsigned int gl(int value) {
     return static_cast<unsigned int>(value);
 }
 
+bool isOn(unsigned int capability) {
+    return glIsEnabled(capability) != GL_FALSE;
+}
+
 bool boolean(unsigned int name) {
     unsigned char result = GL_FALSE;
     glGetBooleanv(name, &result);
     return result != GL_FALSE;
 }
 
+/// The program in use; 0 for one that has been deleted, which ends when another is used.
+int lastingProgram() {
+    const int program = integer(GL_CURRENT_PROGRAM);
+    int isDeleted = GL_FALSE;
+    if (program != 0)
+        glGetProgramiv(gl(program), GL_DELETE_STATUS, &isDeleted);
+    return isDeleted == GL_FALSE ? program : 0;
+}
+
 /// Which contexts have a switch.
 enum class Where : unsigned char { All, FixedFunctions, Restart };
 
-struct Switch {
+struct OffSwitch {
     unsigned int capability;
     Where where;
 };
 
 /// What is off while a batch draws.
-constexpr Switch switches[] = {
+constexpr OffSwitch switches[] = {
     {GL_CULL_FACE, Where::All},
     {GL_COLOR_LOGIC_OP, Where::All},
     {GL_SAMPLE_ALPHA_TO_COVERAGE, Where::All},
@@ -58,7 +71,7 @@ constexpr unsigned int equationNames[] = {GL_BLEND_EQUATION_RGB, GL_BLEND_EQUATI
 SavedState::SavedState(const Capabilities& capabilities) : capabilities_(capabilities) {
     static_assert(sizeof switches / sizeof *switches == numSwitches);
     glGetIntegerv(GL_VIEWPORT, viewport_);
-    program_ = integer(GL_CURRENT_PROGRAM);
+    program_ = lastingProgram();
     arrayBuffer_ = integer(GL_ARRAY_BUFFER_BINDING);
     if (capabilities.hasVertexArrays)
         vertexArray_ = integer(GL_VERTEX_ARRAY_BINDING);
@@ -71,14 +84,15 @@ SavedState::SavedState(const Capabilities& capabilities) : capabilities_(capabil
     polygonModes_[1] = 0;
     glGetIntegerv(GL_POLYGON_MODE, polygonModes_);
     glGetFloatv(GL_LINE_WIDTH, &lineWidth_);
-    blends_ = glIsEnabled(GL_BLEND) != GL_FALSE;
-    testsDepth_ = glIsEnabled(GL_DEPTH_TEST) != GL_FALSE;
+    blends_ = isOn(GL_BLEND);
+    testsDepth_ = isOn(GL_DEPTH_TEST);
     writesDepth_ = testsDepth_ && boolean(GL_DEPTH_WRITEMASK);
-    isMultisampled_ = integer(GL_SAMPLE_BUFFERS) > 0 && glIsEnabled(GL_MULTISAMPLE) != GL_FALSE;
+    const bool isMultisampled = integer(GL_SAMPLE_BUFFERS) > 0;
+    multisample_ = {GL_MULTISAMPLE, isMultisampled && isOn(GL_MULTISAMPLE), false};
+    offset_ = {GL_POLYGON_OFFSET_FILL, isOn(GL_POLYGON_OFFSET_FILL), false};
 
     for (std::size_t i = 0; i < numSwitches; ++i) {
-        isOn_[i] = isThere(switches[i].where, capabilities) &&
-                   glIsEnabled(switches[i].capability) != GL_FALSE;
+        isOn_[i] = isThere(switches[i].where, capabilities) && isOn(switches[i].capability);
         if (isOn_[i])
             glDisable(switches[i].capability);
     }
@@ -92,7 +106,8 @@ SavedState::SavedState(const Capabilities& capabilities) : capabilities_(capabil
 
 SavedState::~SavedState() {
     setDepthMask(true);
-    setMultisample(true);
+    multisample_.set(true);
+    offset_.set(true);
     setBlend(blends_);
     glBlendFuncSeparate(gl(factors_[0]), gl(factors_[1]), gl(factors_[2]), gl(factors_[3]));
     glBlendEquationSeparate(gl(equations_[0]), gl(equations_[1]));
@@ -123,7 +138,8 @@ void SavedState::setBlending() {
 
 void SavedState::prepareFor(Kind kind, bool isOpaque) {
     setBlend(!isOpaque);
-    setMultisample(kind == Kind::Triangles);
+    multisample_.set(kind == Kind::Triangles);
+    offset_.set(kind == Kind::Triangles);
     setDepthMask(kind == Kind::Triangles || kind == Kind::Lines);
 }
 
@@ -134,11 +150,11 @@ void SavedState::setDepthMask(bool on) {
     isDepthMaskOff_ = !on;
 }
 
-void SavedState::setMultisample(bool on) {
-    if (!isMultisampled_ || isMultisampleOff_ == !on)
+void SavedState::Switch::set(bool on) {
+    if (!wasOn || isOff == !on)
         return;
-    state::switchCapability(GL_MULTISAMPLE, on);
-    isMultisampleOff_ = !on;
+    state::switchCapability(capability, on);
+    isOff = !on;
 }
 
 void SavedState::setBlend(bool on) {

@@ -20,7 +20,7 @@ public:
     SavedState& operator=(const SavedState&) = delete;
 
     /// Sets what a kind draws with: what is antialiased writes no depth, only triangles are
-    /// multisampled, and what is opaque is not blended.
+    /// multisampled and have an offset of polygons, and what is opaque is not blended.
     void prepareFor(Kind kind, bool isOpaque);
 
     /// Whether there is anything to draw to.
@@ -38,8 +38,16 @@ private:
     void readVertexArrays();
     void restoreVertexArrays() const;
     void setDepthMask(bool on);
-    void setMultisample(bool on);
     void setBlend(bool on);
+
+    /// A switch of the caller's that is off for some kinds.
+    struct Switch {
+        unsigned int capability;
+        bool wasOn;
+        bool isOff;
+
+        void set(bool on);
+    };
 
     /// A vertex array of the caller's, where it has no object of its own.
     struct Array {
@@ -60,10 +68,10 @@ private:
     bool blends_ = false;
     bool testsDepth_ = false;
     bool writesDepth_ = false;
-    bool isMultisampled_ = false;
     bool isOn_[numSwitches] = {};
     bool isDepthMaskOff_ = false;
-    bool isMultisampleOff_ = false;
+    Switch multisample_ = {};
+    Switch offset_ = {};
     bool isBlendOn_ = false;
     Array arrays_[8] = {};
 };

@@ -12,6 +12,9 @@ namespace vellis::canvas {
 //   inset    where the quad begins behind the end, on one side. At a joint its edge is the line
 //            that halves the angle, where that cuts off nothing but what the neighbour covers.
 //
+// ALONE is a segment without neighbours, whose ends are straight: its coverage is that across times
+// that along, and the shaders are those that are left where nothing is joined.
+//
 // 0.71 is half a pixel's diagonal, and a little.
 const char strokeVertexSource[] = R"(
 uniform mat4 matrix;
@@ -35,7 +38,12 @@ uniform mat4 dashMatrix;
 uniform vec2 dashScale;
 OUT vec2 dash;
 #endif
-OUT vec4 place, ends, frame, paint;
+#ifdef ALONE
+OUT vec2 frame;
+#else
+OUT vec4 ends, frame;
+#endif
+OUT vec4 place, paint;
 
 vec4 inFront(vec4 a, vec4 b) {
   float s = a.z + a.w;
@@ -85,6 +93,12 @@ void main() {
   bool cut1 = a.z + a.w < 0., cut2 = b.z + b.w < 0.;
   gl_Position = vec4(2, 2, 2, 1);
   if (h == 0. || p1 == p2 || len == 0. || cut1 && cut2) return;
+#ifdef ALONE
+  vec2 past = cap == 1. ? h * vec2(!cut1, !cut2) : vec2(0);
+  frame = way / len;
+  float in1 = -.71 - past.x, in2 = -.71 - past.y;
+#else
+  vec2 past = vec2(0);
   vec4 o = inFront(matrix * vec4(p0, 1), a), i = inFront(matrix * vec4(p3, 1), b);
   vec2 before = start - o.xy / o.w * scale, after = i.xy / i.w * scale - start - way;
   ends = vec4(turn(before, way, cut1, p0 == p1, h), turn(way, after, cut2, p2 == p3, h));
@@ -95,8 +109,9 @@ void main() {
     in1 *= len / (in1 + in2);
     in2 = len - in1;
   }
+#endif
   vec2 d = frame.xy, at = vec2(corner.x < .5 ? in1 - .05 : len - in2 + .05, corner.y * (h + .71));
-  place = vec4(at.x, len - at.x, at.y, h);
+  place = vec4(at.x + past.x, len - at.x + past.y, at.y, h);
   vec2 z = vec2(s.z / s.w, e.z / e.w);
   gl_Position = vec4((start + d * at.x + vec2(-d.y, d.x) * at.y) / scale,
                      max(mix(z.x, z.y, clamp(at.x / len, -1., 2.)), -1.), 1);
@@ -140,7 +155,12 @@ IN vec2 dash;
 #ifdef GRADIENT
 IN vec4 nextPaint;
 #endif
-IN vec4 place, ends, frame, paint;
+#ifdef ALONE
+IN vec2 frame;
+#else
+IN vec4 ends, frame;
+#endif
+IN vec4 place, paint;
 
 vec3 ramp(vec2 n) {
   n = abs(n);
@@ -155,6 +175,11 @@ float cover(float e, vec3 r) {
 }
 
 void main() {
+#ifdef ALONE
+  vec3 r = ramp(frame);
+  OUT0 = paint;
+  OUT0.a *= (cover(place.w - place.z, r) + cover(place.w + place.z, r) - 1.) * cover(min(place.x, place.y), r);
+#else
   vec2 X = -place.xy, C = ends.xz, S = ends.yw, room = frame.zw, d = frame.xy, n = vec2(-d.y, d.x);
   float y = place.z, h = place.w;
   vec2 U = X * C + y * S, V = X * (C * C - S * S) + 2. * y * S * C;
@@ -163,11 +188,11 @@ void main() {
   float len = place.x + place.y, inside = clamp(place.x, 0., len), period = dashPeriod / dash.y;
   vec4 D = dashes[1] / dash.y, L = dash.x + inside - dashes[0] / dash.y + .5 * period;
   L = inside + .5 * period - L + period * floor(L / period) - D;
-  vec4 R = L + D + D, none = 1e9 * step(.01, max(L, 0.) - min(R, len));
+  vec4 R = L + D + D, none = 1e9 * (step(.01, max(L, 0.) - min(R, len)) + step(len - .01, L) * step(len + .01, R) + step(L, vec4(-.01)) * step(R, vec4(.01)));
   if (!joined.x) L = max(L, 0.);
   if (!joined.y) R = min(R, len);
-  vec4 W = max(L - mix(vec4(joined.x ? inside : place.x), vec4(place.x), step(0., L)),
-               mix(vec4(joined.y ? inside : place.x), vec4(place.x), step(R, vec4(len))) - R) + none;
+  vec4 W = max(L - mix(vec4(joined.x ? inside : place.x), vec4(place.x), step(-.01, L)),
+               mix(vec4(joined.y ? inside : place.x), vec4(place.x), step(R, vec4(len + .01))) - R) + none;
   vec3 near = vec3(W.x, L.x, R.x);
   if (W.y < near.x) near = vec3(W.y, L.y, R.y);
   if (W.z < near.x) near = vec3(W.z, L.z, R.z);
@@ -243,6 +268,7 @@ void main() {
   OUT0 = mix(paint, nextPaint, clamp(place.x / (place.x + place.y), 0., 1.));
 #endif
   OUT0.a *= A;
+#endif
 }
 )";
 

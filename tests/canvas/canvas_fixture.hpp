@@ -138,6 +138,7 @@ inline const Lines batchBegins = {
     "glIsEnabled(GL_BLEND)",
     "glIsEnabled(GL_DEPTH_TEST)",
     "glGetIntegerv(GL_SAMPLE_BUFFERS, out)",
+    "glIsEnabled(GL_POLYGON_OFFSET_FILL)",
     "glIsEnabled(GL_CULL_FACE)",
     "glIsEnabled(GL_COLOR_LOGIC_OP)",
     "glIsEnabled(GL_SAMPLE_ALPHA_TO_COVERAGE)",

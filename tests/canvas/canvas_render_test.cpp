@@ -190,6 +190,44 @@ TEST_F(CanvasRender, HalfTransparentStrokesOfAnyLengthPaintEachPixelOnce) {
     EXPECT_NEAR(brightest, 128, 1);
 }
 
+// --- Dashes ---
+
+TEST_F(CanvasRender, DashesThatEndAtAJointAreDrawnOnce) {
+    struct Row {
+        const char* name;
+        Stroke::Cap cap;
+        Stroke::Dash dash;
+        std::vector<glm::vec2> points;
+        float area; ///< in pixels
+        float tolerance;
+    };
+    const float pi = 3.14159265f;
+    const std::vector<glm::vec2> straight = {{10, 40}, {64, 40}, {118, 40}};
+    const std::vector<glm::vec2> corner = {{64, 10}, {64, 64}, {118, 64}};
+    // Both pieces draw a dot where they meet, and so its edge twice.
+    const Row rows[] = {
+        {"a dot on a straight line", Stroke::Cap::Round, {0.f, 108.f}, straight, 16.f * pi, 4.f},
+        {"a dot at a corner", Stroke::Cap::Round, {0.f, 108.f}, corner, 16.f * pi, 5.f},
+        {"a dash behind a point",
+         Stroke::Cap::Round,
+         {3.f, 105.f},
+         straight,
+         24.f + 16.f * pi,
+         1.f},
+        {"a dash behind a corner", Stroke::Cap::Butt, {3.f, 105.f}, corner, 24.f, 1.f},
+    };
+    for (const Row& row : rows) {
+        Stroke stroke = Stroke(red, 8.f).dashed({row.dash}, 54.f);
+        stroke.cap = row.cap;
+        const Bytes picture =
+            draw([&](Canvas& canvas) { canvas.drawLineStrip(stroke, row.points); });
+        float area = 0.f;
+        for (std::size_t i = 0; i < picture.size(); i += 4)
+            area += static_cast<float>(picture[i]) / 255.f;
+        EXPECT_NEAR(area, row.area, row.tolerance) << row.name;
+    }
+}
+
 // --- Places ---
 
 TEST_F(CanvasRender, PointTypesAndFormsDrawTheSame) {

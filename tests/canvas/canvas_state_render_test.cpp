@@ -126,6 +126,7 @@ Values allState() {
         {"LOGIC_OP_MODE", GL_LOGIC_OP_MODE, 1},
         {"ALPHA_TEST", GL_ALPHA_TEST, 1},
         {"MULTISAMPLE", GL_MULTISAMPLE, 1},
+        {"POLYGON_OFFSET_FILL", GL_POLYGON_OFFSET_FILL, 1},
         {"SAMPLE_ALPHA_TO_COVERAGE", GL_SAMPLE_ALPHA_TO_COVERAGE, 1},
         {"POINT_SPRITE", GL_POINT_SPRITE, 1},
     };
@@ -267,6 +268,12 @@ const Setting settings[] = {
          glDisable(GL_POLYGON_SMOOTH);
          glLineWidth(1.f);
      }},
+    {"an offset of polygons",
+     [] {
+         glEnable(GL_POLYGON_OFFSET_FILL);
+         glPolygonOffset(0.f, 4e6f);
+     },
+     [] { glDisable(GL_POLYGON_OFFSET_FILL); }},
     {"alpha to coverage", [] { glEnable(GL_SAMPLE_ALPHA_TO_COVERAGE); },
      [] { glDisable(GL_SAMPLE_ALPHA_TO_COVERAGE); }},
     {"primitive restart",
@@ -404,6 +411,21 @@ TEST_F(CanvasStateRender, TestsTheDepthOfTheCaller) {
         const auto drawn = pictureOf(work);
         EXPECT_EQ(numTouched(drawn) > 0, std::string(work.name) != "nothing") << work.name;
     }
+}
+
+TEST_F(CanvasStateRender, OffsetsOfPolygonsMoveAreasAlone) {
+    glEnable(GL_DEPTH_TEST);
+    glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(0.f, 1e9f); // behind all there is
+    for (const Work& work : works) {
+        const std::string name = work.name;
+        const bool isArea = name == "areas";
+        const bool isNothing = name == "nothing";
+        glClearDepth(0.75);
+        EXPECT_EQ(numTouched(pictureOf(work)) > 0, !isArea && !isNothing) << name;
+    }
+    glClearDepth(1.);
+    glDisable(GL_POLYGON_OFFSET_FILL);
 }
 
 TEST_F(CanvasStateRender, WritesNoDepthWhereItIsAntialiased) {

@@ -71,6 +71,37 @@ TEST_F(PictureTrace, IsDrawnWithInstancesFromItsBuffers) {
     EXPECT_EQ(pointers.back(), "glVertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, 20, 100)");
 }
 
+TEST_F(PictureTrace, ShapesOfOneKindStandBehindEachOtherAlsoWithoutInstances) {
+    GLAD_GL_ARB_draw_instanced = 0;
+    const auto picture = record([&] {
+        canvas->drawTriangles(white, corner);
+        canvas->drawPoints(white, 4.f, corner);
+        canvas->drawTriangles(white, corner);
+        canvas->drawPoints(white, 4.f, corner);
+    });
+    EXPECT_EQ(only(callsOf([&] { canvas->drawPicture(picture); }),
+                   {"glVertexAttribPointer(0, 2, GL_FLOAT", "glVertexAttribPointer(1,"}),
+              Lines({"glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 12, 0)",
+                     "glVertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, 16, 0)",
+                     "glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 12, 36)",
+                     "glVertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, 16, 144)"}));
+}
+
+TEST_F(PictureTrace, AllButTheCornersAdvanceOnceForEachInstance) {
+    const auto picture = record([&] { canvas->drawPoints(white, 4.f, corner); });
+    Lines expected = {"glVertexAttribDivisorARB(0, 0)"};
+    for (int i = 1; i < 8; ++i)
+        expected.push_back("glVertexAttribDivisorARB(" + std::to_string(i) + ", 1)");
+    EXPECT_EQ(only(callsOf([&] { canvas->drawPicture(picture); }), {"glVertexAttribDivisor"}),
+              expected);
+    EXPECT_EQ(only(callsOf([&] { canvas->drawPicture(picture); }),
+                   {"glEnableVertexAttribArray", "glDisableVertexAttribArray"}),
+              Lines({"glEnableVertexAttribArray(0)", "glEnableVertexAttribArray(1)",
+                     "glDisableVertexAttribArray(2)", "glDisableVertexAttribArray(3)",
+                     "glDisableVertexAttribArray(4)", "glEnableVertexAttribArray(5)",
+                     "glEnableVertexAttribArray(6)", "glDisableVertexAttribArray(7)"}));
+}
+
 TEST_F(PictureTrace, StrokesPointTheirAttributesToFourRecordsInARow) {
     const auto picture = record([&] { canvas->drawLineStrip({white, 4.f}, corner3D); });
     EXPECT_EQ(only(callsOf([&] { canvas->drawPicture(picture); }), {"glVertexAttribPointer"}),

@@ -67,6 +67,12 @@ TEST_F(ProgramsTrace, VariantsSayWhatTheyDo) {
                   },
                   GL_VERTEX_SHADER),
               before + "#define DASHED\n");
+    EXPECT_EQ(firstLines(
+                  [&] {
+                      canvas->drawLines({white, 4.f}, corner);
+                  },
+                  GL_VERTEX_SHADER),
+              before + "#define ALONE\n");
     auto buffer = VertexAttributeBuffer<glm::vec2>::make(corner.data(), 3, BufferUsage::Static,
                                                          BufferAccess::Draw);
     EXPECT_EQ(firstLines(
@@ -81,7 +87,6 @@ TEST_F(ProgramsTrace, EachIsMadeOnce) {
     const auto drawAll = [&] {
         canvas->drawLineStrip({white, 4.f}, corner);
         canvas->drawLineLoop({white, 6.f}, corner3D);
-        canvas->drawLines({white, 6.f}, corner3D);
         canvas->drawPoints(white, 6.f, corner3D);
         canvas->drawPoints(white, 6.f, corner);
         canvas->drawTriangles(white, corner);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -423,6 +424,75 @@ TEST(RecorderRoomTrace, TriangleThatDoesNotFitStandsAgainAsAWhole) {
     std::memcpy(corners, drawing.arenas[0].bytes.data(), sizeof corners);
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(corners[i].position[0], float(4 + i));
+}
+
+// --- Without memory ---
+
+/// Room that grows record by record, and has none after a number of them.
+class ScarceRoom final : public Room {
+public:
+    explicit ScarceRoom(Drawing& drawing) : drawing_(drawing) {}
+
+    void make(std::size_t arena, std::size_t numBytes) override {
+        if (numLeft == 0)
+            throw std::bad_alloc();
+        --numLeft;
+        drawing_.arenas[arena].bytes.resize(drawing_.arenas[arena].used + numBytes);
+    }
+    glm::vec2 viewportSize() override { return {200.f, 100.f}; }
+
+    std::size_t numLeft = 1000;
+
+private:
+    Drawing& drawing_;
+};
+
+/// Makes a call that runs out of memory between two that do not.
+/// \return how many records the commands have, one after the other.
+template <class Call>
+std::vector<std::size_t> countsAroundFailure(Call call) {
+    Drawing drawing;
+    ScarceRoom room(drawing);
+    Recorder recorder(drawing, room, true);
+    call(recorder);
+    room.numLeft = 2;
+    EXPECT_THROW(call(recorder), std::bad_alloc);
+    room.numLeft = 1000;
+    call(recorder);
+    std::vector<std::size_t> counts;
+    std::size_t first = 0;
+    for (const Command& command : drawing.commands) {
+        EXPECT_EQ(command.first, first);
+        EXPECT_TRUE(command.endsOverlap);
+        EXPECT_FALSE(command.continuesOverlap);
+        counts.push_back(command.count);
+        first += command.count;
+    }
+    return counts;
+}
+
+TEST(RecorderMemoryTrace, CallDoesNotAddToOneThatRanOutOfMemory) {
+    std::vector<glm::vec2> points;
+    for (int i = 0; i < 99; ++i)
+        points.emplace_back(float(i), 0.f);
+    const auto expectWhole = [](const std::vector<std::size_t>& counts, std::size_t whole,
+                                std::size_t numCommands) {
+        ASSERT_EQ(counts.size(), numCommands);
+        EXPECT_EQ(counts.back(), whole);
+        EXPECT_LT(counts[numCommands - 2], 2 * whole);
+    };
+    expectWhole(countsAroundFailure([&](Recorder& recorder) {
+                    recorder.area(Shape::Triangles, white, points, Setting());
+                }),
+                99, 2);
+    expectWhole(countsAroundFailure([&](Recorder& recorder) {
+                    recorder.stroke(Shape::LineStrip, {white, 2.f}, points, nullptr, Setting());
+                }),
+                101, 2);
+    expectWhole(countsAroundFailure([&](Recorder& recorder) {
+                    recorder.stroke(Shape::LineStrip, {half, 2.f}, points, nullptr, Setting());
+                }),
+                101, 3);
 }
 
 } // namespace

@@ -40,6 +40,7 @@ const State states[] = {
     {"LineSmooth", GL_LINE_SMOOTH, {1}},
     {"AlphaTest", GL_ALPHA_TEST, {1}},
     {"Multisample", GL_MULTISAMPLE, {1}},
+    {"PolygonOffset", GL_POLYGON_OFFSET_FILL, {1}},
     {"PolygonModes", GL_POLYGON_MODE, {GL_LINE, GL_LINE}},
     {"PolygonModeOfTheFront", GL_POLYGON_MODE, {GL_POINT, GL_FILL}},
     {"PolygonModeOfTheBack", GL_POLYGON_MODE, {GL_FILL, GL_LINE}},
@@ -215,6 +216,15 @@ TEST_F(SavedStateTrace, BindingsAreAsTheyWere) {
         EXPECT_EQ(nameOf(GL_TEXTURE_BINDING_2D), lastTexture);
         gl.forget();
     }
+}
+
+TEST_F(SavedStateTrace, ProgramThatWasDeletedIsNotPutBack) {
+    glUseProgram(program);
+    gl.setState(GL_DELETE_STATUS, {1});
+    EXPECT_EQ(callsOf([&] { canvas->drawTriangles(white, corner); }).back(), "glUseProgram(0)");
+    glUseProgram(program);
+    gl.setState(GL_DELETE_STATUS, {0});
+    EXPECT_EQ(callsOf([&] { canvas->drawTriangles(white, corner); }).back(), "glUseProgram(901)");
 }
 
 TEST_F(SavedStateTrace, RestartIsOffWhileABatchDrawsWhereGlHasIt) {

@@ -28,9 +28,16 @@ using vellis::test::Use;
 
 /// The families that have a heading in the pages.
 const std::vector<std::string> families = {
-    "Engine",       "Buffers",     "Shading",
-    "Drawing",      "The Toolbox", "Textures and renderbuffers",
-    "Framebuffers", "State",       "Diagnostics",
+    "Engine",
+    "Buffers",
+    "Shading",
+    "Drawing",
+    "The Toolbox",
+    "The Canvas",
+    "Textures and renderbuffers",
+    "Framebuffers",
+    "State",
+    "Diagnostics",
 };
 
 /// Uses every operation once: some keep objects until the library is shut down.

@@ -22,6 +22,8 @@ class Driver : public test::Surroundings {
 public:
     Driver() : programs_(ProgramManager::instance()), buffer_(Toolbox::getVertexBuffer()) {}
 
+    void begin(test::World& world, test::Bytes&) override { world.isOnDriver = true; }
+
     std::string end(const std::set<std::string>&) override {
         for (int i = 0; i < test::mostGenerations; ++i) {
             ProgramManager::instance() = programs_;

@@ -161,8 +161,23 @@ std::size_t Bindings::unit(ObjectKind kind) const {
     return kind == ObjectKind::Texture ? (activeTexture_ - GL_TEXTURE0) % numUnits : 0;
 }
 
+void Bindings::changeVertexArray(GLuint before, GLuint name) {
+    if (before == name)
+        return;
+    const GLuint indexBuffer = bound(ObjectKind::Buffer, GL_ELEMENT_ARRAY_BUFFER);
+    if (indexBuffer != 0)
+        indexBuffers_[before] = indexBuffer;
+    else
+        indexBuffers_.erase(before);
+    const auto found = indexBuffers_.find(name);
+    bind(ObjectKind::Buffer, GL_ELEMENT_ARRAY_BUFFER,
+         found != indexBuffers_.end() ? found->second : 0);
+}
+
 void Bindings::bind(ObjectKind kind, GLenum target, GLuint name) {
     static_assert(numPoints == numBindingPoints);
+    if (kind == ObjectKind::VertexArray)
+        changeVertexArray(bound(kind, target), name);
     forEachPoint(kind, [&](std::size_t i) {
         if (bindingPoints[i].target == target || target == GL_FRAMEBUFFER)
             names_[unit(kind)][i] = name;
@@ -170,6 +185,11 @@ void Bindings::bind(ObjectKind kind, GLenum target, GLuint name) {
 }
 
 void Bindings::unbind(ObjectKind kind, GLuint name) {
+    if (kind == ObjectKind::VertexArray) {
+        if (bound(kind, 0) == name)
+            bind(kind, 0, 0);
+        indexBuffers_.erase(name);
+    }
     forEachPoint(kind, [&](std::size_t i) {
         for (auto& names : names_) {
             if (names[i] == name)

@@ -109,6 +109,9 @@ public:
     const GLuint* query(GLenum pname) const;
 
 private:
+    /// Puts aside what belongs to the vertex array that was bound, and takes what belongs to this.
+    void changeVertexArray(GLuint before, GLuint name);
+
     static constexpr std::size_t numPoints = 19;
     static constexpr std::size_t numUnits = 32;
 
@@ -116,6 +119,7 @@ private:
     std::size_t unit(ObjectKind kind) const;
 
     std::array<std::array<GLuint, numPoints>, numUnits> names_{};
+    std::map<GLuint, GLuint> indexBuffers_; ///< of vertex arrays that are not bound
     GLuint activeTexture_ = GL_TEXTURE0;
 };
 
@@ -189,6 +193,11 @@ public:
     }
     void setState(GLenum pname, std::initializer_list<double> values) { state_[pname] = values; }
     void setState(GLenum pname, std::vector<double> values) { state_[pname] = std::move(values); }
+    /// The values that setState() has given; none where it has not.
+    std::vector<double> state(GLenum pname) const {
+        const auto found = state_.find(pname);
+        return found != state_.end() ? found->second : std::vector<double>();
+    }
     /// Lets queries of \p pname give what the model knows again.
     void unsetState(GLenum pname) { state_.erase(pname); }
     /// Lets queries of \p pname write nothing, as GL does for what it does not know.

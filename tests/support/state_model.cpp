@@ -44,13 +44,13 @@ void modelValues(RecordedGl& gl, void(GLAD_API_PTR*& entryPoint)(Parameters...))
 
 void modelPolygonMode(RecordedGl& gl) {
     gl.answer(glad_glPolygonMode, [&gl](GLenum face, GLenum mode) {
-        GLdouble modes[2] = {};
-        glGetDoublev(GL_POLYGON_MODE, modes);
+        std::vector<double> modes = gl.state(GL_POLYGON_MODE);
+        modes.resize(2, GL_FILL);
         if (face != GL_BACK)
             modes[0] = mode;
         if (face != GL_FRONT)
             modes[1] = mode;
-        gl.setState(GL_POLYGON_MODE, {modes[0], modes[1]});
+        gl.setState(GL_POLYGON_MODE, modes);
     });
 }
 
@@ -68,6 +68,7 @@ void setInitialState(RecordedGl& gl, int width, int height) {
     gl.setState(GL_BLEND_DST_ALPHA, {GL_ZERO});
     gl.setState(GL_BLEND_EQUATION_RGB, {GL_FUNC_ADD});
     gl.setState(GL_BLEND_EQUATION_ALPHA, {GL_FUNC_ADD});
+    gl.setState(GL_CONTEXT_PROFILE_MASK, {GL_CONTEXT_COMPATIBILITY_PROFILE_BIT});
     gl.setState(GL_MAX_TEXTURE_SIZE, {4096});
     gl.setState(GL_MAX_TEXTURE_IMAGE_UNITS, {16});
 }

@@ -74,8 +74,8 @@ enum class Shape : unsigned char {
 /// framebuffers, blending (switch, factors and equations), viewport, scissor, clear colour, colour
 /// and depth mask. While it draws, culling, the logical operation, the alpha test, alpha to
 /// coverage, polygon and line smoothing, polygon modes other than fill, and primitive restart are
-/// off, and strokes and points that are antialiased write no depth. Neither the widths of GL's
-/// lines nor multisampling change a stroke.
+/// off; strokes and points that are antialiased write no depth, and have no offset of polygons.
+/// Neither the widths of GL's lines nor multisampling change a stroke.
 ///
 /// **Half-transparent strokes** paint each pixel once, also where they cross themselves, if they
 /// have one colour and there is no depth test; otherwise where their pieces meet. setOverlap()

@@ -26,5 +26,6 @@ std::vector<Operation> drawingOperations();
 std::vector<Operation> textureOperations();
 std::vector<Operation> framebufferOperations();
 std::vector<Operation> stateOperations();
+std::vector<Operation> canvasOperations();
 
 } // namespace vellis::test

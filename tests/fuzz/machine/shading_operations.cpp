@@ -128,6 +128,18 @@ void unbind(World& world, Bytes& bytes) {
     });
 }
 
+/// Whether GL has the indices of a draw: a buffer's store is not there where memory for it ran out.
+/// Drivers may end the process then.
+bool hasIndices(const IndexBuffer<unsigned short>& indices, unsigned int first,
+                unsigned int count) {
+    const GLuint before = observedName(GL_ELEMENT_ARRAY_BUFFER_BINDING);
+    GLint numBytes = 0;
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices.id());
+    glGetBufferParameteriv(GL_ELEMENT_ARRAY_BUFFER, GL_BUFFER_SIZE, &numBytes);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, before);
+    return (first + count) * sizeof(unsigned short) <= static_cast<std::size_t>(numBytes);
+}
+
 template <class... Values>
 void drawShape(World& world, Bytes& bytes, const Values&... values) {
     onProgram(world, bytes, [&](Place& place) {
@@ -138,6 +150,8 @@ void drawShape(World& world, Bytes& bytes, const Values&... values) {
         const unsigned int first = bytes.number();
         const unsigned int count = bytes.number();
         if (indices != nullptr && bytes.flag()) {
+            if (world.isOnDriver && !hasIndices(*indices, first, count))
+                return;
             place.object->draw(*drawable, *indices, first, count, values...);
         } else {
             place.object->draw(*drawable, first, count, values...);

@@ -98,8 +98,9 @@ void fill(World& world) {
 const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = [] {
         std::vector<Operation> table;
-        for (const auto part : {bufferOperations, shadingOperations, drawingOperations,
-                                textureOperations, framebufferOperations, stateOperations}) {
+        for (const auto part :
+             {bufferOperations, shadingOperations, drawingOperations, textureOperations,
+              framebufferOperations, stateOperations, canvasOperations}) {
             const std::vector<Operation> rows = part();
             table.insert(table.end(), rows.begin(), rows.end());
         }

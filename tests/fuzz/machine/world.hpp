@@ -67,6 +67,8 @@ struct World {
     std::array<std::shared_ptr<MultiSampleRenderbuffer<Texel>>, 1> samples;
     std::array<std::shared_ptr<MultiSampleRenderbuffer<depth24_stencil8>>, 1> depthSamples;
     std::array<Target, 2> framebuffers;
+    std::array<std::shared_ptr<Picture>, 2> keptPictures;
+    std::array<std::shared_ptr<Canvas>, 2> canvases;
     Meddlers<Buffers> meddlingBuffers;
     Meddlers<Programs> meddlingPrograms;
 
@@ -87,6 +89,9 @@ struct World {
     /// Whether objects that own a name may be copied. On a driver the second deletion of a name
     /// would hit whoever has it by then.
     bool canCopyOwners = false;
+
+    /// Whether GL is a driver.
+    bool isOnDriver = false;
 
     /// What was found wrong first; empty where nothing was.
     std::string problem;
