@@ -262,6 +262,25 @@ TEST_F(CanvasCoverageRender, NoPixelOfASegmentIsFarOff) {
             }
 }
 
+TEST_F(CanvasCoverageRender, LinesOfOnePieceAreTheirGeometry) {
+    const auto canvas = vellis::Canvas::make();
+    StrokeErrors solid;
+    StrokeErrors dashed;
+    for (unsigned int seed = 0; seed != 60; ++seed) {
+        Stroke stroke = randomStroke(seed);
+        stroke.points.resize(2);
+        stroke.closed = false;
+        clearScene();
+        canvas->begin(strokeSceneMatrix());
+        canvas->drawLines(canvasStroke(stroke), floatPoints(stroke));
+        canvas->end();
+        (stroke.dashes.empty() ? solid : dashed) +=
+            strokeErrors(sceneCoverage({stroke}), 1, readScene());
+    }
+    EXPECT_TRUE(isWithin(solid, {0.5, 0, 0, 12}));
+    EXPECT_TRUE(isWithin(dashed));
+}
+
 TEST_F(CanvasCoverageRender, MitersBeyondTheLimitAreBevels) {
     const auto canvas = vellis::Canvas::make();
     for (const double limit : {1.5, 4.0, 10.0}) {
