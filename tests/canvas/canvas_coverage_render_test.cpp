@@ -262,6 +262,25 @@ TEST_F(CanvasCoverageRender, NoPixelOfASegmentIsFarOff) {
             }
 }
 
+TEST_F(CanvasCoverageRender, LinesOfOnePieceAreTheirGeometry) {
+    const auto canvas = vellis::Canvas::make();
+    StrokeErrors solid;
+    StrokeErrors dashed;
+    for (unsigned int seed = 0; seed != 60; ++seed) {
+        Stroke stroke = randomStroke(seed);
+        stroke.points.resize(2);
+        stroke.closed = false;
+        clearScene();
+        canvas->begin(strokeSceneMatrix());
+        canvas->drawLines(canvasStroke(stroke), floatPoints(stroke));
+        canvas->end();
+        (stroke.dashes.empty() ? solid : dashed) +=
+            strokeErrors(sceneCoverage({stroke}), 1, readScene());
+    }
+    EXPECT_TRUE(isWithin(solid, {0.5, 0, 0, 12}));
+    EXPECT_TRUE(isWithin(dashed));
+}
+
 TEST_F(CanvasCoverageRender, MitersBeyondTheLimitAreBevels) {
     const auto canvas = vellis::Canvas::make();
     for (const double limit : {1.5, 4.0, 10.0}) {
@@ -276,6 +295,17 @@ TEST_F(CanvasCoverageRender, MitersBeyondTheLimitAreBevels) {
             EXPECT_TRUE(isWithin(errorsOf(*canvas, stroke), {0.5, 0.2, 0}))
                 << limit << " " << beyond;
         }
+    }
+}
+
+TEST_F(CanvasCoverageRender, DashesThroughTheBeginningOfALoopHaveAJoinThere) {
+    const auto canvas = vellis::Canvas::make();
+    Stroke stroke{
+        {{50, 60}, {150, 60}, {150, 120}, {50, 120}}, 10, StrokeJoin::Miter, StrokeCap::Butt, true};
+    stroke.dashes = {20, 20}; // eight times around
+    for (const double offset : {10.0, 30.0}) {
+        stroke.dashOffset = offset;
+        EXPECT_TRUE(isWithin(errorsOf(*canvas, stroke))) << offset;
     }
 }
 

@@ -94,13 +94,13 @@ double between(std::mt19937& random, double low, double high) {
     return low + (high - low) * (static_cast<double>(random()) / 4294967296.0);
 }
 
-/// Points on both sides of the near plane, and of the eye.
+/// Points on both sides of the near plane, and of the eye, so close to its axis that cuts are seen.
 Line randomLine(std::mt19937& random, int count) {
     Line line;
     for (int i = 0; i != count; ++i) {
-        const double x = between(random, -4, 4);
-        const double y = between(random, -4, 4);
-        line.emplace_back(x, y, between(random, -12, 3));
+        const double x = between(random, -1.2, 1.2);
+        const double y = between(random, -1.2, 1.2);
+        line.emplace_back(x, y, between(random, -5, 2));
     }
     return line;
 }
