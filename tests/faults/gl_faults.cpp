@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <vellis/vellis.hpp>
 
+#include "operations/operations.hpp"
 #include "support/stderr_capture.hpp"
 
 namespace vellis::test {
@@ -176,9 +177,9 @@ bool extensionStringsFail = false;
 
 void failToGetExtensions(FakeGl& gl, bool fail) {
     extensionStringsFail = fail;
-    gl.answer(glad_glGetStringi, [](GLenum, GLuint) {
+    gl.answer(glad_glGetStringi, [](GLenum, GLuint index) {
         return reinterpret_cast<const GLubyte*>(extensionStringsFail ? nullptr
-                                                                     : "GL_EXT_gpu_shader4");
+                                                                     : loadedExtensions[index]);
     });
 }
 

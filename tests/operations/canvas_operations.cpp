@@ -141,15 +141,20 @@ void drawBatch(Canvas& canvas, const Buffers& buffers, Draw draw) {
 /// What a GL context lacks, for the life of an object.
 class Lacking {
 public:
-    explicit Lacking(bool vertexArrays) {
+    enum class What { Gl31, InstancedArrays, VertexArrays };
+
+    explicit Lacking(What what) {
         GLAD_GL_VERSION_3_1 = 0;
         GLAD_GL_VERSION_3_2 = 0;
-        if (vertexArrays)
+        if (what == What::InstancedArrays)
+            GLAD_GL_ARB_instanced_arrays = 0;
+        if (what == What::VertexArrays)
             FakeGl::remove(glad_glGenVertexArrays);
     }
     ~Lacking() {
         GLAD_GL_VERSION_3_1 = version31_;
         GLAD_GL_VERSION_3_2 = version32_;
+        GLAD_GL_ARB_instanced_arrays = instancedArrays_;
         glad_glGenVertexArrays = genVertexArrays_;
     }
     Lacking(const Lacking&) = delete;
@@ -158,6 +163,7 @@ public:
 private:
     int version31_ = GLAD_GL_VERSION_3_1;
     int version32_ = GLAD_GL_VERSION_3_2;
+    int instancedArrays_ = GLAD_GL_ARB_instanced_arrays;
     PFNGLGENVERTEXARRAYSPROC genVertexArrays_ = glad_glGenVertexArrays;
 };
 
@@ -170,8 +176,8 @@ void drawEverything(Canvas& canvas, const Buffers& buffers) {
     canvas.end();
 }
 
-void drawOnBareContext(const Buffers& buffers, bool lacksVertexArrays) {
-    const Lacking lacking(lacksVertexArrays);
+void drawOnBareContext(const Buffers& buffers, Lacking::What what) {
+    const Lacking lacking(what);
     drawEverything(*Canvas::make(), buffers);
 }
 
@@ -276,8 +282,12 @@ void useCanvas(UseRecorder& use) {
     });
     canvas->end();
     use("destruction", [&] { canvas.reset(); });
-    use("end (without instanced arrays of GL 3.1)", [&] { drawOnBareContext(buffers, false); });
-    use("end (without vertex array objects)", [&] { drawOnBareContext(buffers, true); });
+    using What = Lacking::What;
+    use("end (without GL 3.1)", [&] { drawOnBareContext(buffers, What::Gl31); });
+    use("end (without instanced arrays)",
+        [&] { drawOnBareContext(buffers, What::InstancedArrays); });
+    use("end (without vertex array objects)",
+        [&] { drawOnBareContext(buffers, What::VertexArrays); });
 }
 
 void useNewCanvases(UseRecorder& use) {

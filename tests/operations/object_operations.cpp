@@ -1,5 +1,6 @@
 /// The operations of the engine, of buffers, and of shading.
 
+#include <iterator>
 #include <memory>
 
 #include <glm/matrix.hpp>
@@ -215,13 +216,13 @@ void useEngine(UseRecorder& use) {
     use.begin("Engine");
     use.of("engine");
     // engine::init loads in the same way, through the lookup of the platform. The second load
-    // leaves everything that other operations call, also what the extension alone brings.
+    // leaves everything that other operations call, also what extensions alone bring.
     use.gl.setString(GL_VERSION, "2.1");
     use("init", [] { gladLoadGLLoader(FakeGl::lookUp); });
     use.gl.setString(GL_VERSION, "3.2");
-    use.gl.setState(GL_NUM_EXTENSIONS, {1});
-    use.gl.answer(glad_glGetStringi, [](GLenum, GLuint) {
-        return reinterpret_cast<const GLubyte*>("GL_EXT_gpu_shader4");
+    use.gl.setState(GL_NUM_EXTENSIONS, {static_cast<double>(std::size(loadedExtensions))});
+    use.gl.answer(glad_glGetStringi, [](GLenum, GLuint index) {
+        return reinterpret_cast<const GLubyte*>(loadedExtensions[index]);
     });
     use("init", [] { gladLoadGLLoader(FakeGl::lookUp); });
     useContexts(use);

@@ -77,6 +77,10 @@ private:
     std::string scope_;
 };
 
+/// The extensions of the context that operations work in: those that bring what they call.
+inline constexpr const char* loadedExtensions[] = {"GL_EXT_gpu_shader4", "GL_ARB_instanced_arrays",
+                                                   "GL_ARB_draw_instanced"};
+
 void useEngine(UseRecorder& use);
 void useBuffers(UseRecorder& use);
 void useShading(UseRecorder& use);
