@@ -504,7 +504,7 @@ TEST_F(CanvasRender, AMillionCallsDraw) {
     const Bytes drawn = draw([&](Canvas& canvas) {
         for (int i = 0; i < 1000000; ++i) {
             const float x = static_cast<float>(i % 128);
-            canvas.drawLines(Stroke::aliased(red), {{x, 0.f}, {x + 1.f, 128.f}});
+            canvas.drawLines(Stroke::aliased(red), {{x, 64.5f}, {x + 2.f, 64.5f}});
         }
     });
     EXPECT_EQ(at(drawn, 64, 64)[0], 255);
