@@ -158,7 +158,8 @@ public:
     /// \param colors  A colour for each point, blended along the pieces, in place of the stroke's.
     /// \param buffer  The caller's points: `count` from `first` on, or as many as there are. The
     ///                stroke is solid, and a point that repeats the one before ends the line there
-    ///                and begins another. An empty pointer draws nothing.
+    ///                and begins another, unless GL has no instanced arrays: then the buffer is
+    ///                read back. An empty pointer draws nothing.
     /// @{
 
     /// Draws a line for each two points.

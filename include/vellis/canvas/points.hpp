@@ -76,9 +76,9 @@ struct Points {
         return result;
     }
 
-    const void* data;
-    std::size_t count;
-    detail::PointType type;
+    const void* data;       ///< the first
+    std::size_t count;      ///< how many
+    detail::PointType type; ///< what they are
 };
 
 /// The colours of a call of Canvas: one for all points, or one for each: those of a container of
@@ -107,10 +107,10 @@ struct Colors {
     Colors(const Container& container) // NOLINT: a container is colours
         : Colors(container.data(), container.size()) {}
 
-    const void* data;
-    std::size_t count;
-    glm::vec4 one;
-    detail::ColorType type;
+    const void* data;       ///< the first; null for one colour
+    std::size_t count;      ///< how many
+    glm::vec4 one;          ///< the one for all
+    detail::ColorType type; ///< what they are
 };
 
 /// The sizes of points of a call of Canvas: one for all, or one for each, in a container of
@@ -131,9 +131,9 @@ struct Sizes {
           count(container.size()),
           one(0.f) {}
 
-    const float* data; ///< null for one size
-    std::size_t count;
-    float one;
+    const float* data; ///< the first; null for one size
+    std::size_t count; ///< how many
+    float one;         ///< the one for all
 };
 
 } // namespace vellis

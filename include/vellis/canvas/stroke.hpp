@@ -35,11 +35,11 @@ struct Stroke {
 
     /// A dash and the gap behind it.
     struct Dash {
-        float length;
-        float gap;
+        float length; ///< in pixels; 0 is a dot where the caps are round
+        float gap;    ///< in pixels
     };
 
-    static constexpr unsigned int mostDashes = 4;
+    static constexpr unsigned int mostDashes = 4; ///< of a pattern
 
     /// A solid stroke of that colour (red, green, blue and alpha from 0 to 1) and width.
     Stroke(const glm::vec4& strokeColor, float strokeWidth = 1.f) // NOLINT: a colour is a stroke
@@ -68,15 +68,15 @@ struct Stroke {
         return result;
     }
 
-    glm::vec4 color;
-    float width;             ///< in pixels; below 1 the line fades
-    float miterLimit = 10.f; ///< how many times the width a miter may be long
-    float dashOffset = 0.f;  ///< where in the pattern a line begins
-    Join join = Join::Miter;
-    Cap cap = Cap::Butt;
-    bool isAntialiased = true; ///< see aliased()
-    unsigned char numDashes = 0;
-    std::array<Dash, mostDashes> dashes{};
+    glm::vec4 color;                       ///< red, green, blue and alpha, from 0 to 1
+    float width;                           ///< in pixels; below 1 the line fades
+    float miterLimit = 10.f;               ///< how many times the width a miter may be long
+    float dashOffset = 0.f;                ///< where in the pattern a line begins, in pixels
+    Join join = Join::Miter;               ///< at corners
+    Cap cap = Cap::Butt;                   ///< at ends
+    bool isAntialiased = true;             ///< see aliased()
+    unsigned char numDashes = 0;           ///< how many of `dashes` there are; 0 for a solid line
+    std::array<Dash, mostDashes> dashes{}; ///< the pattern
 };
 
 } // namespace vellis
