@@ -17,7 +17,7 @@ attempts=1
 
 pattern=.
 if [[ $# -eq 1 && "$1" == --limited ]]; then
-    attempts=8 # something else may have had the processors
+    attempts=12 # something else may have had the processors
     pattern="$("${reports[@]}" workloads "$limits")"
 elif [[ $# -gt 0 ]]; then
     fail "usage: times.sh [--limited]"
