@@ -33,7 +33,7 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
         COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:-Os>)
     set_property(SOURCE ${small_sources} APPEND PROPERTY
         COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:${smallest}>)
-    target_compile_options(vellis_loader PRIVATE $<$<NOT:$<CONFIG:Debug>>:${smallest}>)
+    target_compile_options(vellis_loader PRIVATE $<$<NOT:$<CONFIG:Debug>>:-Os>)
 endif()
 
 # The sources of the canvas are many, and called by each other alone: compiled together, they take 8 kB less.
