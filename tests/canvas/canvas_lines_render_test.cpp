@@ -12,8 +12,8 @@
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
 
+#include "canvas/scene_fixture.hpp"
 #include "support/pixels.hpp"
-#include "support/render_test.hpp"
 #include "support/stroke_drawing.hpp"
 #include "support/stroke_limits.hpp"
 #include "support/stroke_scenes.hpp"
@@ -24,28 +24,14 @@ namespace {
 constexpr double pi = 3.14159265358979323846;
 const glm::vec4 white(1);
 
-class CanvasLinesRender : public RenderTest {
+class CanvasLinesRender : public CanvasSceneTest {
 protected:
-    void SetUp() override {
-        RenderTest::SetUp();
-        if (!goesOn())
-            return;
-        canvas = vellis::Canvas::make();
-        clearScene();
-    }
-    void TearDown() override {
-        canvas.reset();
-        RenderTest::TearDown();
-    }
-
     void drawScene(const StrokeScene& scene) const {
         canvas->begin(strokeSceneMatrix());
         for (const Stroke& stroke : scene.strokes)
             drawThrough(*canvas, stroke, floatPoints(stroke));
         canvas->end();
     }
-
-    std::shared_ptr<vellis::Canvas> canvas;
 };
 
 /// Points at multiples of an eighth, which stay exact under the scenes' matrix.

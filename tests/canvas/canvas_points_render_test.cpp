@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <vellis/buffers/vertex_attribute_buffer.hpp>
 
-#include "support/render_test.hpp"
+#include "canvas/scene_fixture.hpp"
 #include "support/stroke_drawing.hpp"
 #include "support/stroke_limits.hpp"
 
@@ -48,20 +48,8 @@ std::vector<glm::dvec2> centers() {
     return result;
 }
 
-class CanvasPointsRender : public RenderTest {
+class CanvasPointsRender : public CanvasSceneTest {
 protected:
-    void SetUp() override {
-        RenderTest::SetUp();
-        if (!goesOn())
-            return;
-        canvas = vellis::Canvas::make();
-        clearScene();
-    }
-    void TearDown() override {
-        canvas.reset();
-        RenderTest::TearDown();
-    }
-
     void draw(const std::vector<glm::dvec2>& points, double diameter) const {
         clearScene();
         canvas->begin(strokeSceneMatrix());
@@ -88,8 +76,6 @@ protected:
             sum += image.pixels[i] / 255.0;
         return sum;
     }
-
-    std::shared_ptr<vellis::Canvas> canvas;
 };
 
 TEST_F(CanvasPointsRender, PointsAreDiscs) {

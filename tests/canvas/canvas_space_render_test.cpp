@@ -18,7 +18,7 @@
 #include <vellis/buffers/vertex_attribute_buffer.hpp>
 #include <vellis/gl.hpp>
 
-#include "support/render_test.hpp"
+#include "canvas/scene_fixture.hpp"
 #include "support/stroke_drawing.hpp"
 #include "support/stroke_limits.hpp"
 #include "support/stroke_scenes.hpp"
@@ -114,20 +114,8 @@ Stroke randomStyle(std::mt19937& random) {
     return style;
 }
 
-class CanvasSpaceRender : public RenderTest {
+class CanvasSpaceRender : public CanvasSceneTest {
 protected:
-    void SetUp() override {
-        RenderTest::SetUp();
-        if (!goesOn())
-            return;
-        canvas = vellis::Canvas::make();
-        clearScene();
-    }
-    void TearDown() override {
-        canvas.reset();
-        RenderTest::TearDown();
-    }
-
     /// Draws random lines, each in a picture of its own, and sums up how far they are from what is
     /// visible of them.
     template <class Draw>
@@ -175,8 +163,6 @@ protected:
         glReadPixels(x, y, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, &depth);
         return depth;
     }
-
-    std::shared_ptr<vellis::Canvas> canvas;
 };
 
 TEST_F(CanvasSpaceRender, LinesAreCutAtTheNearPlane) {
