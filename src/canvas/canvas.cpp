@@ -119,7 +119,7 @@ void Canvas::drawQuad(const Colors& fillColors, const Stroke& outline, const Poi
     constexpr std::size_t numCorners = 4;
     for (std::size_t i = 0; i + numCorners <= points.count; i += numCorners) {
         const Points corners = points.part(i, numCorners);
-        drawQuad(fillColors, corners);
+        drawQuad(fillColors.part(i), corners);
         drawLineLoop(outline, corners);
     }
 }

@@ -154,6 +154,22 @@ TEST_F(CanvasRender, DrawsNothingOutsideOfABatch) {
     EXPECT_TRUE(isEmpty(offscreen::readPixels(side, side).pixels));
 }
 
+TEST_F(CanvasRender, OutlinedQuadsHaveTheColorsOfTheirOwnPoints) {
+    const std::vector<glm::vec2> corners = {{10, 10}, {50, 10},  {50, 50},   {10, 50},
+                                            {70, 70}, {110, 70}, {110, 110}, {70, 110}};
+    std::vector<glm::vec4> colors(4, red);
+    colors.resize(8, green);
+    const Bytes each =
+        draw([&](Canvas& canvas) { canvas.drawQuad(colors, Stroke(halfBlue, 3.f), corners); });
+    EXPECT_EQ(at(each, 30, 30)[0], 255);
+    EXPECT_EQ(at(each, 90, 90)[0], 0);
+    EXPECT_EQ(at(each, 90, 90)[1], 255);
+    colors.resize(5); // the last one stands for those that are missing
+    EXPECT_EQ(
+        draw([&](Canvas& canvas) { canvas.drawQuad(colors, Stroke(halfBlue, 3.f), corners); }),
+        each);
+}
+
 // --- Half-transparent strokes ---
 
 TEST_F(CanvasRender, HalfTransparentStrokesPaintEachPixelOnce) {

@@ -41,6 +41,10 @@ constexpr std::size_t sizeOf(PointType type) {
 }
 
 enum class ColorType : unsigned char { One, Vec4, U8Vec4 };
+constexpr std::size_t sizeOf(ColorType type) {
+    return type == ColorType::Vec4 ? sizeof(glm::vec4) : sizeof(glm::vec<4, unsigned char>);
+}
+
 template <class C>
 struct ColorTypeOf {};
 template <>
@@ -106,6 +110,17 @@ struct Colors {
               detail::ColorType colorType = detail::ColorTypeOf<C>::value>
     Colors(const Container& container) // NOLINT: a container is colours
         : Colors(container.data(), container.size()) {}
+
+    /// Those from \p first on; of fewer the last one, and one for all as it is.
+    Colors part(std::size_t first) const {
+        Colors result = *this;
+        if (type == detail::ColorType::One || count == 0)
+            return result;
+        const std::size_t skipped = first < count ? first : count - 1;
+        result.data = static_cast<const char*>(data) + skipped * detail::sizeOf(type);
+        result.count = count - skipped;
+        return result;
+    }
 
     const void* data;       ///< the first; null for one colour
     std::size_t count;      ///< how many
