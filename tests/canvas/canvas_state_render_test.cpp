@@ -406,7 +406,9 @@ TEST_F(CanvasStateRender, FollowsTheViewport) {
                     numDifferent += std::abs(moved[to + i] - whole[from + i]) > 1 ? 1u : 0u;
             }
         }
-        EXPECT_LE(numDifferent, work.hasGlsOwn ? 240u : 0u) << work.name;
+        // Without the mask, one pixel on the line between two pieces may be either's.
+        const bool hasMask = glGenFramebuffers != nullptr;
+        EXPECT_LE(numDifferent, work.hasGlsOwn ? 240u : hasMask ? 0u : 3u) << work.name;
     }
 }
 
