@@ -16,6 +16,11 @@ set(VELLIS_GLAD_EXTENSIONS
     GL_ARB_map_buffer_range
     GL_ARB_instanced_arrays
     GL_ARB_draw_instanced
+    GL_ARB_sampler_objects
+    GL_ARB_separate_shader_objects
+    GL_ARB_clip_control
+    GL_ARB_debug_output
+    GL_KHR_debug
     GL_ARB_texture_float
     GL_ARB_texture_rg
     GL_EXT_gpu_shader4)
@@ -52,6 +57,16 @@ function(vellis_run_glad python out)
     endif()
 endfunction()
 
+# Runs a script of this folder that changes what glad has generated.
+function(vellis_run_script python script)
+    execute_process(
+        COMMAND "${python}" "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/${script}" ${ARGN}
+        RESULT_VARIABLE failed ERROR_VARIABLE errors)
+    if(failed)
+        message(FATAL_ERROR "The OpenGL loader cannot be changed:\n${errors}")
+    endif()
+endfunction()
+
 function(vellis_generate_loader python out)
     set(fresh "${out}/fresh")
     file(REMOVE_RECURSE "${fresh}")
@@ -59,13 +74,8 @@ function(vellis_generate_loader python out)
     # structure, and changes the pointers once it is filled.
     vellis_run_glad("${python}" "${fresh}/global")
     vellis_run_glad("${python}" "${fresh}/context" --mx)
-    execute_process(
-        COMMAND "${python}" "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/pack_loader.py"
-                "${fresh}/context/src/gl.c"
-        RESULT_VARIABLE failed ERROR_VARIABLE errors)
-    if(failed)
-        message(FATAL_ERROR "The loader cannot be packed:\n${errors}")
-    endif()
+    vellis_run_script("${python}" trim_loader.py "${fresh}/global" "${fresh}/context")
+    vellis_run_script("${python}" pack_loader.py "${fresh}/context/src/gl.c")
 
     # glad's headers move into vellis's own include folder, so that an application's glad is never
     # mistaken for ours.
