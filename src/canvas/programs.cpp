@@ -39,8 +39,8 @@ constexpr AttributeName attributeNames[] = {
 
 /// In the order of UniformName.
 constexpr const char* uniformNames[numUniforms] = {
-    "matrix",     "viewport",  "join",      "cap",        "miterLimit", "dashes", "dashPeriod",
-    "dashMatrix", "dashScale", "halfWidth", "styleColor", "mask",       "frame",  "box"};
+    "matrix",    "viewport",  "miterLimit", "dashes", "dashPeriod", "dashMatrix",
+    "dashScale", "halfWidth", "styleColor", "mask",   "frame",      "box"};
 
 /// The lines in front of a source.
 std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned int variants) {
@@ -54,11 +54,13 @@ std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned i
                                      {uniformStyle, "#define UNIFORM_STYLE\n"}};
     std::string result;
     if (capabilities.hasGlsl150) {
-        result = "#version 150\n#define OUT out\n#define IN in\n#define TEXTURE texture\n";
+        result = "#version 150\n#define OUT out\n#define IN in\n#define FLAT flat\n"
+                 "#define TEXTURE texture\n";
         if (!isVertex)
             result += "out vec4 OUT0;\n";
     } else {
-        result = "#version 120\n#define OUT varying\n#define TEXTURE texture2D\n";
+        result = "#version 120\n#define OUT varying\n#define FLAT\n"
+                 "#define TEXTURE texture2D\n";
         result += isVertex ? "#define IN attribute\n"
                            : "#define IN varying\n"
                              "#define OUT0 gl_FragColor\n";
@@ -67,13 +69,22 @@ std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned i
         if ((variants & name.variant) != 0)
             result += name.line;
     }
+    const auto define = [&](const char* name, unsigned int value) {
+        result += name;
+        result += static_cast<char>('0' + (value & 3));
+        result += ".\n";
+    };
+    define("#define join ", variants >> 4);
+    define("#define cap ", variants >> 6);
     return result;
 }
 
 } // namespace
 
 CanvasProgram::CanvasProgram(ProgramFamily family, unsigned int variants,
-                             const Capabilities& capabilities) {
+                             const Capabilities& capabilities)
+    : family_(family),
+      variants_(variants) {
     const Sources& source = sources[static_cast<std::size_t>(family)];
     const auto vertex = VertexShader::make(preamble(capabilities, true, variants) + source.vertex);
     const auto fragment =

@@ -31,14 +31,15 @@ enum Variant : unsigned int {
     alone = 8,        ///< strokes of one piece, solid, of one colour, with straight ends
 };
 
-constexpr unsigned int numVariants = 16;
+/// A variant whose strokes have these joins and caps.
+constexpr unsigned int withEnds(unsigned int variant, Stroke::Join join, Stroke::Cap cap) {
+    return variant | static_cast<unsigned int>(join) << 4 | static_cast<unsigned int>(cap) << 6;
+}
 
 /// The uniforms, in the order of their names in programs.cpp.
 enum class UniformName : unsigned char {
     Matrix,
     Viewport,
-    Join,
-    Cap,
     MiterLimit,
     Dashes,
     DashPeriod,
@@ -50,12 +51,17 @@ enum class UniformName : unsigned char {
     Frame,
     Box,
 };
-constexpr std::size_t numUniforms = 14;
+constexpr std::size_t numUniforms = 12;
 
 /// A linked program, and what its uniforms were set to last.
 class CanvasProgram {
 public:
     CanvasProgram(ProgramFamily family, unsigned int variants, const Capabilities& capabilities);
+
+    /// Whether it is that variant of that family.
+    bool is(ProgramFamily family, unsigned int variants) const {
+        return family == family_ && variants == variants_;
+    }
 
     /// The GL name; 0 where it did not link.
     unsigned int name() const { return isLinked_ ? program_.name() : 0; }
@@ -69,6 +75,8 @@ public:
     std::uint32_t look = none;
 
 private:
+    ProgramFamily family_;
+    unsigned int variants_;
     ProgramName program_;
     bool isLinked_ = false;
     std::array<int, numUniforms> locations_{};

@@ -250,10 +250,12 @@ void Renderer::drawPieces(unsigned int dimensions, const BufferPoints& points, s
 // --- Programs ---
 
 CanvasProgram& Renderer::program(ProgramFamily family, unsigned int variants) {
-    auto& program = programs_[static_cast<std::size_t>(family) * numVariants + variants];
-    if (!program)
-        program.emplace(family, variants, capabilities_);
-    return *program;
+    for (CanvasProgram& program : programs_) {
+        if (program.is(family, variants))
+            return program;
+    }
+    programs_.emplace_back(family, variants, capabilities_);
+    return programs_.back();
 }
 
 CanvasProgram& Renderer::programOf(Kind kind, const Look& look) {
@@ -263,12 +265,14 @@ CanvasProgram& Renderer::programOf(Kind kind, const Look& look) {
     if (kind == Kind::Discs)
         return program(ProgramFamily::Disc, variants);
     const Style& style = look.style;
+    const auto ofStrokes = [&](unsigned int more) -> CanvasProgram& {
+        return program(ProgramFamily::Stroke, withEnds(variants | more, style.join, style.cap));
+    };
     const bool isAlone =
         kind == Kind::Segments || (look.isFromBuffer && look.points.shape == Shape::Lines);
     if (isAlone && !style.isDashed && !style.isGradient && style.cap != Stroke::Cap::Round)
-        return program(ProgramFamily::Stroke, variants | alone);
-    return program(ProgramFamily::Stroke,
-                   variants | (style.isDashed ? dashed : 0u) | (style.isGradient ? gradient : 0u));
+        return ofStrokes(alone);
+    return ofStrokes((style.isDashed ? dashed : 0u) | (style.isGradient ? gradient : 0u));
 }
 
 glm::mat4 Renderer::matrixOf(const Source& source, const Look& look) {
@@ -302,8 +306,6 @@ void Renderer::setUniforms(CanvasProgram& program, const Source& source, const C
     }
     const Style& style = look.style;
     if (command.kind == Kind::Strip || command.kind == Kind::Segments) {
-        set(UniformName::Join, static_cast<float>(style.join));
-        set(UniformName::Cap, static_cast<float>(style.cap));
         set(UniformName::MiterLimit, style.miterLimit);
     }
     if (style.isDashed) {

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
+#include <vector>
 
 #include <glm/mat4x4.hpp>
 
@@ -71,7 +71,7 @@ private:
     VertexArrays arrays_;
     OverlapMask mask_;
     std::array<BufferName, numArenas> streamed_;
-    std::array<std::optional<CanvasProgram>, 4 * numVariants> programs_;
+    std::vector<CanvasProgram> programs_; ///< those that were needed so far
     std::uint64_t numDrawings_ = 0;
     PixelBox box_ = {}; ///< of the overlap that is being drawn
     bool isMasked_ = false;

@@ -19,7 +19,7 @@ namespace vellis::canvas {
 const char strokeVertexSource[] = R"(
 uniform mat4 matrix;
 uniform vec4 viewport;
-uniform float join, cap, miterLimit;
+uniform float miterLimit;
 IN vec2 corner;
 IN vec3 p0, p1, p2, p3;
 #ifdef UNIFORM_STYLE
@@ -31,7 +31,7 @@ IN vec4 color;
 #endif
 #ifdef GRADIENT
 IN vec4 nextColor;
-OUT vec4 nextPaint;
+FLAT OUT vec4 nextPaint;
 #endif
 #ifdef DASHED
 uniform mat4 dashMatrix;
@@ -39,11 +39,12 @@ uniform vec2 dashScale;
 OUT vec2 dash;
 #endif
 #ifdef ALONE
-OUT vec2 frame;
+FLAT OUT vec2 frame;
 #else
-OUT vec4 ends, frame;
+FLAT OUT vec4 ends, frame;
 #endif
-OUT vec4 place, paint;
+FLAT OUT vec4 paint;
+OUT vec4 place;
 
 vec4 inFront(vec4 a, vec4 b) {
   float s = a.z + a.w;
@@ -146,21 +147,22 @@ void main() {
 // and ends, W is the distance from it. Near has the least W, with its L and R. A joint is solid
 // where a dash goes through it; elsewhere there is no join.
 const char strokeFragmentSource[] = R"(
-uniform float join, cap, miterLimit;
+uniform float miterLimit;
 #ifdef DASHED
 uniform vec4 dashes[2];
 uniform float dashPeriod;
 IN vec2 dash;
 #endif
 #ifdef GRADIENT
-IN vec4 nextPaint;
+FLAT IN vec4 nextPaint;
 #endif
 #ifdef ALONE
-IN vec2 frame;
+FLAT IN vec2 frame;
 #else
-IN vec4 ends, frame;
+FLAT IN vec4 ends, frame;
 #endif
-IN vec4 place, paint;
+FLAT IN vec4 paint;
+IN vec4 place;
 
 vec3 ramp(vec2 n) {
   n = abs(n);
