@@ -54,12 +54,12 @@ std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned i
                                      {uniformStyle, "#define UNIFORM_STYLE\n"}};
     std::string result;
     if (capabilities.hasGlsl150) {
-        result = "#version 150\n#define OUT out\n#define IN in\n#define FLAT flat\n"
+        result = "#version 150\n#define OUT out\n#define IN in\n#define FLAT flat\n#define LINEAR noperspective\n"
                  "#define TEXTURE texture\n";
         if (!isVertex)
             result += "out vec4 OUT0;\n";
     } else {
-        result = "#version 120\n#define OUT varying\n#define FLAT\n"
+        result = "#version 120\n#define OUT varying\n#define FLAT\n#define LINEAR\n"
                  "#define TEXTURE texture2D\n";
         result += isVertex ? "#define IN attribute\n"
                            : "#define IN varying\n"

@@ -36,7 +36,7 @@ FLAT OUT vec4 nextPaint;
 #ifdef DASHED
 uniform mat4 dashMatrix;
 uniform vec2 dashScale;
-OUT vec2 dash;
+FLAT OUT vec2 dash;
 #endif
 #ifdef ALONE
 FLAT OUT vec2 frame;
@@ -44,7 +44,7 @@ FLAT OUT vec2 frame;
 FLAT OUT vec4 ends, frame;
 #endif
 FLAT OUT vec4 paint;
-OUT vec4 place;
+LINEAR OUT vec4 place;
 
 vec4 inFront(vec4 a, vec4 b) {
   float s = a.z + a.w;
@@ -151,7 +151,7 @@ uniform float miterLimit;
 #ifdef DASHED
 uniform vec4 dashes[2];
 uniform float dashPeriod;
-IN vec2 dash;
+FLAT IN vec2 dash;
 #endif
 #ifdef GRADIENT
 FLAT IN vec4 nextPaint;
@@ -162,7 +162,7 @@ FLAT IN vec2 frame;
 FLAT IN vec4 ends, frame;
 #endif
 FLAT IN vec4 paint;
-IN vec4 place;
+LINEAR IN vec4 place;
 
 vec3 ramp(vec2 n) {
   n = abs(n);
