@@ -184,7 +184,7 @@ void main() {
 #else
   vec2 X = -place.xy, C = ends.xz, S = ends.yw, room = frame.zw, d = frame.xy, n = vec2(-d.y, d.x);
   float y = place.z, h = place.w;
-  vec2 U = X * C + y * S, V = X * (C * C - S * S) + 2. * y * S * C;
+  vec2 U = X * C + y * S, V = 2. * C * U - X;
   bvec2 joined = greaterThan(C, vec2(-.5));
 #ifdef DASHED
   float len = place.x + place.y, inside = clamp(place.x, 0., len), period = dashPeriod / dash.y;
