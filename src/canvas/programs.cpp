@@ -42,6 +42,14 @@ constexpr const char* uniformNames[numUniforms] = {
     "matrix",    "viewport",  "miterLimit", "dashes", "dashPeriod", "dashMatrix",
     "dashScale", "halfWidth", "styleColor", "mask",   "frame",      "box"};
 
+/// The lines that say which joins and caps strokes have.
+std::string endsOf(unsigned int variants) {
+    const auto digit = [&](unsigned int shift) {
+        return static_cast<char>('0' + ((variants >> shift) & 3u));
+    };
+    return std::string("#define join ") + digit(4) + ".\n#define cap " + digit(6) + ".\n";
+}
+
 /// The lines in front of a source.
 std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned int variants) {
     struct VariantName {
@@ -54,13 +62,13 @@ std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned i
                                      {uniformStyle, "#define UNIFORM_STYLE\n"}};
     std::string result;
     if (capabilities.hasGlsl150) {
-        result = "#version 150\n#define OUT out\n#define IN in\n#define FLAT flat\n#define LINEAR noperspective\n"
-                 "#define TEXTURE texture\n";
+        result = "#version 150\n#define OUT out\n#define IN in\n#define TEXTURE texture\n"
+                 "#define FLAT flat\n#define LINEAR noperspective\n";
         if (!isVertex)
             result += "out vec4 OUT0;\n";
     } else {
-        result = "#version 120\n#define OUT varying\n#define FLAT\n#define LINEAR\n"
-                 "#define TEXTURE texture2D\n";
+        result = "#version 120\n#define OUT varying\n#define TEXTURE texture2D\n"
+                 "#define FLAT\n#define LINEAR\n";
         result += isVertex ? "#define IN attribute\n"
                            : "#define IN varying\n"
                              "#define OUT0 gl_FragColor\n";
@@ -69,13 +77,6 @@ std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned i
         if ((variants & name.variant) != 0)
             result += name.line;
     }
-    const auto define = [&](const char* name, unsigned int value) {
-        result += name;
-        result += static_cast<char>('0' + (value & 3));
-        result += ".\n";
-    };
-    define("#define join ", variants >> 4);
-    define("#define cap ", variants >> 6);
     return result;
 }
 
@@ -86,9 +87,11 @@ CanvasProgram::CanvasProgram(ProgramFamily family, unsigned int variants,
     : family_(family),
       variants_(variants) {
     const Sources& source = sources[static_cast<std::size_t>(family)];
-    const auto vertex = VertexShader::make(preamble(capabilities, true, variants) + source.vertex);
+    const std::string ends = family == ProgramFamily::Stroke ? endsOf(variants) : "";
+    const auto vertex =
+        VertexShader::make(preamble(capabilities, true, variants) + ends + source.vertex);
     const auto fragment =
-        FragmentShader::make(preamble(capabilities, false, variants) + source.fragment);
+        FragmentShader::make(preamble(capabilities, false, variants) + ends + source.fragment);
     program_ = ProgramName(glCreateProgram());
     const unsigned int program = program_.name();
     glAttachShader(program, vertex->id());

@@ -5,8 +5,15 @@
 /// the stroke covers.
 ///
 /// The texts begin without `#version` and compile as GLSL 1.20 and 1.50. Before them stand the
-/// version, `IN` and `OUT` (attribute and varying, or in and out), in the fragment stage `OUT0`
-/// and, where it is no built-in name, its declaration, and the variant:
+/// version, `IN` and `OUT` (attribute and varying, or in and out), `FLAT` and `LINEAR` (flat and
+/// noperspective, or nothing), in the fragment stage `OUT0` and, where it is no built-in name, its
+/// declaration, the ends and the variant. The ends, known when a program is made, cost a pixel
+/// nothing where they are not its own:
+///
+/// - `join`: 0. for miter, 1. for round, 2. for bevel
+/// - `cap`: 0. for butt, 1. for square, 2. for round
+///
+/// The variants:
 ///
 /// - nothing: half width and colour come with each record.
 /// - `UNIFORM_STYLE`: they are the uniforms `halfWidth` and `styleColor`; the attributes
@@ -28,8 +35,6 @@
 /// |---|---|---|
 /// | `mat4 matrix` | vertex | from points to clip coordinates |
 /// | `vec4 viewport` | vertex | as in glViewport; only the size counts |
-/// | `float join` | both | 0 for miter, 1 for round, 2 for bevel |
-/// | `float cap` | both | 0 for butt, 1 for square, 2 for round |
 /// | `float miterLimit` | both | the largest length of a miter by the width, else it is a bevel |
 /// | `float halfWidth`, `vec4 styleColor` | vertex | with `UNIFORM_STYLE` |
 /// | `mat4 dashMatrix` | vertex | the matrix when the phases were computed |

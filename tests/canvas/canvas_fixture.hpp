@@ -47,8 +47,6 @@ protected:
         modelState(gl, 200, 100);
         gl.setActiveUniforms({{"matrix", GL_FLOAT_MAT4, 1, 10},
                               {"viewport", GL_FLOAT_VEC4, 1, 11},
-                              {"join", GL_FLOAT, 1, 12},
-                              {"cap", GL_FLOAT, 1, 13},
                               {"miterLimit", GL_FLOAT, 1, 14},
                               {"dashes", GL_FLOAT_VEC4, 2, 15},
                               {"dashPeriod", GL_FLOAT, 1, 17},

@@ -125,8 +125,7 @@ std::ostream& operator<<(std::ostream& stream, const Family& family) {
 }
 
 const glm::vec4 orange(1.f, 0.5f, 0.f, 1.f);
-const Lines mitered = {viewportSet, "glUniform1f(12, 0)", "glUniform1f(13, 0)",
-                       "glUniform1f(14, 10)"};
+const Lines mitered = {viewportSet, "glUniform1f(14, 10)"};
 
 Lines withDashes() {
     return test::join({mitered,
@@ -173,7 +172,7 @@ const Family families[] = {
      },
      160,
      192,
-     {viewportSet, "glUniform1f(12, 0)", "glUniform1f(13, 0)", "glUniform1f(14, 0)"},
+     {viewportSet, "glUniform1f(14, 0)"},
      true,
      test::quadsDrawn(0, 1)},
     {"LineStrip",

@@ -32,7 +32,9 @@ protected:
     }
 };
 
-const std::string old = "#version 120\n#define OUT varying\n#define TEXTURE texture2D\n";
+const std::string old = "#version 120\n#define OUT varying\n#define TEXTURE texture2D\n"
+                        "#define FLAT\n#define LINEAR\n";
+const std::string mitered = "#define join 0.\n#define cap 0.\n";
 
 TEST_F(ProgramsTrace, SourcesAreGlsl120OrFromGl32On150) {
     const auto draw = [&] { canvas->drawTriangles(white, corner); };
@@ -43,7 +45,8 @@ TEST_F(ProgramsTrace, SourcesAreGlsl120OrFromGl32On150) {
     GLAD_GL_VERSION_3_0 = GLAD_GL_VERSION_3_1 = GLAD_GL_VERSION_3_2 = 1;
     canvas = Canvas::make();
     EXPECT_EQ(firstLines(draw, GL_VERTEX_SHADER),
-              "#version 150\n#define OUT out\n#define IN in\n#define TEXTURE texture\n");
+              "#version 150\n#define OUT out\n#define IN in\n#define TEXTURE texture\n"
+              "#define FLAT flat\n#define LINEAR noperspective\n");
 }
 
 TEST_F(ProgramsTrace, VariantsSayWhatTheyDo) {
@@ -54,25 +57,25 @@ TEST_F(ProgramsTrace, VariantsSayWhatTheyDo) {
                       canvas->drawLineStrip({white, 4.f}, corner);
                   },
                   GL_VERTEX_SHADER),
-              before);
+              before + mitered);
     EXPECT_EQ(firstLines(
                   [&] {
                       canvas->drawLineStrip({white, 4.f}, corner, colors);
                   },
                   GL_VERTEX_SHADER),
-              before + "#define GRADIENT\n");
+              before + "#define GRADIENT\n" + mitered);
     EXPECT_EQ(firstLines(
                   [&] {
                       canvas->drawDashLineStrip({white, 4.f}, 1.f, 1.f, corner);
                   },
                   GL_VERTEX_SHADER),
-              before + "#define DASHED\n");
+              before + "#define DASHED\n" + mitered);
     EXPECT_EQ(firstLines(
                   [&] {
                       canvas->drawLines({white, 4.f}, corner);
                   },
                   GL_VERTEX_SHADER),
-              before + "#define ALONE\n");
+              before + "#define ALONE\n" + mitered);
     auto buffer = VertexAttributeBuffer<glm::vec2>::make(corner.data(), 3, BufferUsage::Static,
                                                          BufferAccess::Draw);
     EXPECT_EQ(firstLines(
@@ -80,7 +83,7 @@ TEST_F(ProgramsTrace, VariantsSayWhatTheyDo) {
                       canvas->drawLineStrip({white, 4.f}, 0, 3, buffer);
                   },
                   GL_VERTEX_SHADER),
-              before + "#define UNIFORM_STYLE\n");
+              before + "#define UNIFORM_STYLE\n" + mitered);
 }
 
 TEST_F(ProgramsTrace, EachIsMadeOnce) {
@@ -110,10 +113,25 @@ TEST_F(ProgramsTrace, OneThatDoesNotLinkDrawsNothingAndIsNotTriedAgain) {
     EXPECT_EQ(only(callsOf(drawAll), {"glDraw", "glCreate", "glLink"}), Lines());
 }
 
+TEST_F(ProgramsTrace, JoinsAndCapsHaveProgramsOfTheirOwn) {
+    for (const auto join : {Stroke::Join::Miter, Stroke::Join::Round, Stroke::Join::Bevel}) {
+        for (const auto cap : {Stroke::Cap::Butt, Stroke::Cap::Square, Stroke::Cap::Round}) {
+            Stroke stroke(white, 4.f);
+            stroke.join = join;
+            stroke.cap = cap;
+            const auto draw = [&] { canvas->drawLineStrip(stroke, corner); };
+            EXPECT_EQ(firstLines(draw, GL_FRAGMENT_SHADER),
+                      old + "#define IN varying\n#define OUT0 gl_FragColor\n#define join " +
+                          std::to_string(static_cast<int>(join)) + ".\n#define cap " +
+                          std::to_string(static_cast<int>(cap)) + ".\n");
+            EXPECT_EQ(only(callsOf(draw), {"glCreateProgram"}), Lines());
+        }
+    }
+}
+
 TEST_F(ProgramsTrace, UniformsAreSetAnewWhereTheyChange) {
     Stroke bevel(white, 4.f);
     bevel.join = Stroke::Join::Bevel;
-    bevel.cap = Stroke::Cap::Round;
     bevel.miterLimit = 3.f;
     const Lines calls = callsOf([&] {
         canvas->drawLineStrip({white, 4.f}, corner);
@@ -122,9 +140,8 @@ TEST_F(ProgramsTrace, UniformsAreSetAnewWhereTheyChange) {
         canvas->drawLineStrip(bevel, corner3D);
     });
     EXPECT_EQ(only(calls, {"glUniform1f", "glDraw"}),
-              Lines({"glUniform1f(12, 0)", "glUniform1f(13, 0)", "glUniform1f(14, 10)",
-                     test::quadsDrawn(0, 7), "glUniform1f(12, 2)", "glUniform1f(13, 2)",
-                     "glUniform1f(14, 3)", test::quadsDrawn(10, 2), test::quadsDrawn(0, 2)}));
+              Lines({"glUniform1f(14, 10)", test::quadsDrawn(0, 7), "glUniform1f(14, 3)",
+                     test::quadsDrawn(10, 2), test::quadsDrawn(0, 2)}));
 }
 
 } // namespace
