@@ -22,6 +22,7 @@ FLOORS = [
     {"framebuffer"},
     {"canvas"},
     {"engine"},
+    {"text"},
     {"all"},
 ]
 

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include <glm/vec2.hpp>
+
+#include <vellis/text/export.hpp>
+#include <vellis/text/font.hpp>
+
+namespace vellis::text {
+
+/// Which point of a text is at its position.
+///
+/// A text's box goes from the origin of its lines to the end of the longest one, and from the
+/// ascent above the first base line to the descent below the last: it does not depend on which
+/// letters there are. At the left anchors lines begin below each other, at the right ones they end
+/// so, and at the middle ones their middles are below each other.
+enum class Anchor : unsigned char {
+    TopLeft,
+    Top,
+    TopRight,
+    Left,
+    Center,
+    Right,
+    BottomLeft,
+    Bottom,
+    BottomRight,
+};
+
+/// A glyph of a text, as seen from the text's position.
+struct PlacedGlyph {
+    std::uint32_t index; ///< in the font
+    glm::vec2 origin;    ///< in pixels, up being +y
+};
+
+/// Where the glyphs of a text are: those of the first line first, each from left to right.
+///
+/// Without a turn, each is on whole pixels, the nearest ones to its exact position.
+///
+/// \param anchor  One that does not exist is TopLeft.
+/// \param angle   Turns the text about its position, counter-clockwise, in radians; not to whole
+///                pixels, unless it is 0. One that is not finite places no glyph.
+/// \param placed  Is cleared first; its memory is used again.
+VELLIS_TEXT_EXPORT void place(Font& font, std::string_view text, Anchor anchor, float angle,
+                              std::vector<PlacedGlyph>& placed);
+
+/// The same in a vector of its own.
+inline std::vector<PlacedGlyph> place(Font& font, std::string_view text,
+                                      Anchor anchor = Anchor::TopLeft, float angle = 0.f) {
+    std::vector<PlacedGlyph> placed;
+    place(font, text, anchor, angle, placed);
+    return placed;
+}
+
+} // namespace vellis::text

@@ -1,0 +1,74 @@
+#include <vellis/text/layout.hpp>
+
+#include <cmath>
+#include <iterator>
+#include <memory>
+
+#include "text/turn.hpp"
+
+namespace vellis::text {
+namespace {
+
+/// How much of a text's box is left of its position and above it, in halves.
+struct Halves {
+    int left;
+    int above;
+};
+
+constexpr Halves anchors[] = {
+    {0, 0}, {1, 0}, {2, 0}, // TopLeft, Top, TopRight
+    {0, 1}, {1, 1}, {2, 1}, // Left, Center, Right
+    {0, 2}, {1, 2}, {2, 2}, // BottomLeft, Bottom, BottomRight
+};
+
+Halves halvesOf(Anchor anchor) {
+    const auto index = static_cast<unsigned int>(anchor);
+    return index < std::size(anchors) ? anchors[index] : anchors[0];
+}
+
+/// Half of \p value times \p halves, towards the lower number.
+Fixed part(Fixed value, int halves) {
+    const Fixed product = value * halves;
+    return (product - (product < 0 && product % 2 != 0 ? 1 : 0)) / 2;
+}
+
+/// The nearest whole number of pixels; the higher one of two.
+Fixed wholePixels(Fixed value) {
+    const Fixed raised = value + fixedPixel / 2;
+    const Fixed rest = ((raised % fixedPixel) + fixedPixel) % fixedPixel;
+    return (raised - rest) / fixedPixel;
+}
+
+/// Where a position is once it is turned about the text's own; on whole pixels without a turn.
+glm::vec2 placeOf(Fixed x, Fixed y, const Turn& turn) {
+    if (!turn.isTurned())
+        return {static_cast<float>(wholePixels(x)), static_cast<float>(wholePixels(y))};
+    return turn(pixelsOf(x), pixelsOf(y));
+}
+
+} // namespace
+
+void place(Font& font, std::string_view text, Anchor anchor, float angle,
+           std::vector<PlacedGlyph>& placed) {
+    placed.clear();
+    if (!std::isfinite(angle))
+        return;
+    const std::shared_ptr<const ShapedText> shape = font.shape(text);
+    const FontMetrics& metrics = font.metrics();
+    const Halves halves = halvesOf(anchor);
+    const Turn turn(angle);
+    const auto numSteps = static_cast<Fixed>(shape->lines.size() - 1);
+    const Fixed height = metrics.ascent + metrics.descent + metrics.lineHeight * numSteps;
+    Fixed baseLine = part(height, halves.above) - metrics.ascent;
+    placed.reserve(shape->glyphs.size());
+    for (const ShapedLine& line : shape->lines) {
+        const Fixed left = -part(line.advance, halves.left);
+        for (std::size_t i = 0; i < line.numGlyphs; ++i) {
+            const ShapedGlyph& glyph = shape->glyphs[line.firstGlyph + i];
+            placed.push_back({glyph.index, placeOf(left + glyph.x, baseLine + glyph.y, turn)});
+        }
+        baseLine -= metrics.lineHeight;
+    }
+}
+
+} // namespace vellis::text
