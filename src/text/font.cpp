@@ -30,10 +30,9 @@ std::shared_ptr<Font> refuse(const char* name, const char* reason) {
 
 /// A size in 64ths of a pixel, where a font can have it.
 std::optional<FT_F26Dot6> fixedSize(float pixels) {
-    const float size = std::round(pixels * static_cast<float>(fixedPixel));
-    if (!(size >= 1.f && pixels <= Font::largestSize))
+    if (!(pixels >= Font::smallestSize && pixels <= Font::largestSize))
         return std::nullopt;
-    return static_cast<FT_F26Dot6>(size);
+    return static_cast<FT_F26Dot6>(std::lround(pixels * static_cast<float>(fixedPixel)));
 }
 
 /// All bytes of a file that is not too large.

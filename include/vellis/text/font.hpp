@@ -59,6 +59,9 @@ struct GlyphBitmap {
 /// share nothing.
 class VELLIS_TEXT_EXPORT Font {
 public:
+    /// In pixels: smaller ones are refused.
+    static constexpr float smallestSize = 0.5f;
+
     /// In pixels: larger ones are refused.
     static constexpr float largestSize = 4096.f;
 
@@ -66,7 +69,7 @@ public:
     static constexpr unsigned int largestGlyph = 8192;
 
     /// In bytes: what lies beyond is left out of a text.
-    static constexpr std::size_t longestText = std::size_t{1} << 24;
+    static constexpr std::size_t longestText = std::size_t{1} << 20;
 
     /// In bytes: larger font files are refused.
     static constexpr std::size_t largestFile = std::size_t{1} << 28;
@@ -78,7 +81,7 @@ public:
     /// OpenType, collections of these, Type 1. The file is read whole, and not needed afterwards.
     ///
     /// \param path    As std::ifstream takes it.
-    /// \param pixels  The size of the em square, to 1/64 pixel: from there to largestSize.
+    /// \param pixels  The size of the em square, to 1/64 pixel.
     /// \return an empty pointer, with one line on standard error that says why, where the file is
     ///         missing or is no such font, and for any other size.
     /// \throws std::bad_alloc where there is no memory, as all functions that shape or make glyphs.
