@@ -120,7 +120,7 @@ public:
     std::uint64_t id() const;
 
 private:
-    explicit Font(std::unique_ptr<FontParts> parts);
+    VELLIS_TEXT_NO_EXPORT explicit Font(std::unique_ptr<FontParts> parts);
     VELLIS_TEXT_NO_EXPORT static std::shared_ptr<Font> load(std::vector<std::uint8_t> bytes,
                                                             float pixels, const char* name);
 
