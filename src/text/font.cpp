@@ -39,7 +39,7 @@ std::optional<FT_F26Dot6> fixedSize(float pixels) {
 std::optional<std::vector<std::uint8_t>> readFile(const std::string& path) {
     std::vector<std::uint8_t> bytes;
     std::ifstream file(path, std::ios::binary);
-    char block[1 << 14];
+    char block[1 << 16];
     while (file.good() && bytes.size() <= Font::largestFile) {
         file.read(block, sizeof(block));
         bytes.insert(bytes.end(), block, block + file.gcount());

@@ -26,12 +26,6 @@ Halves halvesOf(Anchor anchor) {
     return index < std::size(anchors) ? anchors[index] : anchors[0];
 }
 
-/// Half of \p value times \p halves, towards the lower number.
-Fixed part(Fixed value, int halves) {
-    const Fixed product = value * halves;
-    return (product - (product < 0 && product % 2 != 0 ? 1 : 0)) / 2;
-}
-
 /// The nearest whole number of pixels; the higher one of two.
 Fixed wholePixels(Fixed value) {
     const Fixed raised = value + fixedPixel / 2;
@@ -59,10 +53,10 @@ void place(Font& font, std::string_view text, Anchor anchor, float angle,
     const Turn turn(angle);
     const auto numSteps = static_cast<Fixed>(shape->lines.size() - 1);
     const Fixed height = metrics.ascent + metrics.descent + metrics.lineHeight * numSteps;
-    Fixed baseLine = part(height, halves.above) - metrics.ascent;
+    Fixed baseLine = height * halves.above / 2 - metrics.ascent;
     placed.reserve(shape->glyphs.size());
     for (const ShapedLine& line : shape->lines) {
-        const Fixed left = -part(line.advance, halves.left);
+        const Fixed left = -line.advance * halves.left / 2;
         for (std::size_t i = 0; i < line.numGlyphs; ++i) {
             const ShapedGlyph& glyph = shape->glyphs[line.firstGlyph + i];
             placed.push_back({glyph.index, placeOf(left + glyph.x, baseLine + glyph.y, turn)});

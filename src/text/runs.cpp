@@ -12,12 +12,7 @@ struct Levels {
     bool isRightToLeft;
 };
 
-/// Whether a character at the end of a line has the line's direction: spaces and what has no width.
-bool isBlank(FriBidiCharType type) {
-    return FRIBIDI_IS_EXPLICIT_OR_BN_OR_WS(type) || FRIBIDI_IS_ISOLATE(type);
-}
-
-/// The level of each character, those of what stands at the end of the line included.
+/// The level of each character.
 Levels findLevels(const std::uint32_t* characters, std::size_t count) {
     const auto length = static_cast<FriBidiStrIndex>(count);
     std::vector<FriBidiCharType> types(count);
@@ -33,8 +28,6 @@ Levels findLevels(const std::uint32_t* characters, std::size_t count) {
         return result;
     }
     result.isRightToLeft = FRIBIDI_IS_RTL(base);
-    for (std::size_t i = count; i > 0 && isBlank(types[i - 1]); --i)
-        result.levels[i - 1] = FRIBIDI_DIR_TO_LEVEL(base);
     return result;
 }
 

@@ -38,7 +38,7 @@ std::optional<unsigned int> Skyline::heightAt(std::size_t first, unsigned int wi
 /// Puts a step over those from \p first on.
 void Skyline::raise(std::size_t first, const Step& top) {
     const unsigned int end = top.x + top.width;
-    auto covered = steps_.begin() + static_cast<std::ptrdiff_t>(first);
+    const auto covered = steps_.begin() + static_cast<std::ptrdiff_t>(first);
     auto behind = covered;
     while (behind != steps_.end() && behind->x + behind->width <= end)
         ++behind;
@@ -47,16 +47,6 @@ void Skyline::raise(std::size_t first, const Step& top) {
         behind->x = end;
     }
     steps_.insert(steps_.erase(covered, behind), top);
-    for (std::size_t i = first > 0 ? first - 1 : 0; i + 1 < steps_.size() && i <= first;) {
-        if (steps_[i].y != steps_[i + 1].y) {
-            ++i;
-            continue;
-        }
-        steps_[i].width += steps_[i + 1].width;
-        steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(i + 1));
-        if (first > 0)
-            --first;
-    }
 }
 
 } // namespace vellis::text

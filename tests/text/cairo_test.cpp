@@ -67,7 +67,7 @@ Image drawWithCairo(const PlainFace& face, float pixels, std::string_view text, 
 
     const auto shape = vellis::test::shapePlainly(face, text);
     const double left =
-        width / 2 - std::ceil(static_cast<double>(shape.lines[0].advance) / 2.) / 64.;
+        width / 2 - std::floor(static_cast<double>(shape.lines[0].advance) / 2.) / 64.;
     const double baseLine = (ascent + descent) / 2. - ascent;
     std::vector<cairo_glyph_t> glyphs;
     for (const auto& glyph : shape.glyphs) {
