@@ -114,13 +114,13 @@ TEST(Font, TheLargestSizeRenders) {
 }
 
 TEST(Font, AGlyphBeyondTheLimitIsEmpty) {
-    // One letter for a whole sentence, which is many times as wide as it is high.
-    LOAD_TEST_FONT(font, "NotoNaskhArabic-Regular.ttf", 2000.f);
+    // One letter for a whole sentence, which is many times as wide as it is high; here as wide as
+    // FreeType itself can render.
+    LOAD_TEST_FONT(font, "NotoNaskhArabic-Regular.ttf", 1500.f);
     const std::uint32_t basmala = font->shape("\uFDFD")->glyphs[0].index;
     ASSERT_NE(basmala, 0u);
     const Fixed width = font->measure("\uFDFD").ink.right;
     ASSERT_GT(width, Fixed{Font::largestGlyph} * 64);
-    ASSERT_LT(width, Fixed{32767} * 64); // what FreeType can render
     EXPECT_TRUE(font->render(basmala).coverage.empty());
     LOAD_TEST_FONT(smaller, "NotoNaskhArabic-Regular.ttf", 40.f);
     EXPECT_FALSE(smaller->render(basmala).coverage.empty());
