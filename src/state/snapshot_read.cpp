@@ -146,8 +146,8 @@ void readPiece(const Shape& shape, const Piece& piece, unsigned int index, unsig
         readPointer(index, pname, words);
         break;
     case Query::AttributeFloat:
-        // The first one's is the vertex itself where the fixed function is.
-        if (index != 0 || (shape.has & Compatible) == 0)
+        // The first one's is the vertex itself where the fixed function is, or may be.
+        if (index != 0 || (shape.has & (V32 | Compatible)) == V32)
             readAs<float, 4>(words,
                              [=](float* values) { glGetVertexAttribfv(index, pname, values); });
         break;
