@@ -14,8 +14,8 @@ namespace vellis::state::snapshot {
 
 const Piece pieces[] = {
 #define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups)        \
-    {name,         target,   needs,        Query::query, count,                                    \
-     Print::print, Per::per, Write::write, groups,       initial},
+    {GL_##name,    target,       needs,    Initial::initial, count,                                \
+     Query::query, Print::print, Per::per, Write::write,     groups},
 #include "state/snapshot_pieces.inc"
 #undef VELLIS_PIECE
 };

@@ -41,7 +41,7 @@ enum Groups : unsigned int {
 };
 
 /// How GL is asked.
-enum class Query : std::uint8_t {
+enum class Query : std::uint32_t {
     Integer,
     Float,
     Double,
@@ -58,12 +58,11 @@ enum class Query : std::uint8_t {
 };
 
 /// How values are written as text. Names of objects come last, with their kinds.
-enum class Print : std::uint8_t {
+enum class Print : std::uint32_t {
     Decimal,
     Hexadecimal,
     Float,
     Boolean,
-    BooleanList,
     MaskList,
     Enum,
     ColorBuffer,
@@ -80,7 +79,7 @@ enum class Print : std::uint8_t {
 };
 
 /// What there are several of.
-enum class Per : std::uint8_t {
+enum class Per : std::uint32_t {
     Context,
     Attribute,
     ClientUnit,
@@ -96,7 +95,7 @@ enum class Per : std::uint8_t {
 constexpr unsigned int numPer = 11;
 
 /// How a piece is put back.
-enum class Write : std::uint8_t {
+enum class Write : std::uint32_t {
     Never,        ///< it cannot change
     WithPrevious, ///< by the command of the row above
     Record,       ///< as the State of that name
@@ -121,29 +120,40 @@ enum class Write : std::uint8_t {
     AttributeValue,
 };
 
-/// A piece of state: a row of snapshot_pieces.inc.
+/// What reset() sets the values of a piece to.
+enum class Initial : std::uint32_t {
+    AsItIs, ///< it sets none
+    Zero,
+    One,
+    Four,
+    AllBits,
+    Unit0,
+    CounterClockwise,
+    Fill,
+    LowerLeft,
+    NegativeOneToOne,
+};
+
+/// A piece of state: a row of snapshot_pieces.inc, in little room.
 struct Piece {
     std::uint16_t pname;
     std::uint16_t target;
-    std::uint32_t needs;
-    Query query;
-    std::uint8_t count;
-    Print print;
-    Per per;
-    Write write;
-    std::uint8_t groups;
-    std::uint16_t initial; ///< what reset() sets each value to
+    std::uint32_t needs : 19;
+    Initial initial : 4;
+    std::uint32_t count : 3;
+    Query query : 4;
+    Print print : 5;
+    Per per : 4;
+    Write write : 5;
+    std::uint32_t groups : 5;
 };
-
-/// Instead of initial values.
-constexpr std::uint16_t asItIs = 0xFFFF; ///< is not set
-constexpr std::uint16_t allBits = 0xFFFE;
+static_assert(sizeof(Piece) == 12);
 
 /// All of them.
 extern const Piece pieces[];
 extern const unsigned int numPieces;
 
-/// The name of a piece.
+/// The name of a piece, without its `GL_`.
 const char* nameOf(const Piece& piece);
 
 /// What values are kept in: 32 bits of whatever type.

@@ -186,7 +186,7 @@ const std::map<std::string, std::function<void(const PieceRow&, SpareObjects&)>>
 const std::vector<PieceRow>& pieceRows() {
     static const std::vector<PieceRow> rows = {
 #define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups)        \
-    {#name, name, #needs, #per, #write, target, std::string(#initial) != "asItIs"},
+    {"GL_" #name, GL_##name, #needs, #per, #write, target, std::string(#initial) != "AsItIs"},
 #include "state/snapshot_pieces.inc"
 #undef VELLIS_PIECE
     };

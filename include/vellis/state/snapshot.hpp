@@ -4,6 +4,7 @@
 /// GL state as a whole: taken, compared, put back; and set to what drawing with vellis assumes.
 
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -127,7 +128,7 @@ private:
 
     unsigned int* words_ = nullptr; ///< those of the two that are used; null: restore nothing
     unsigned int few_[96];
-    std::vector<unsigned int> many_;
+    std::unique_ptr<unsigned int[]> many_;
 };
 
 /// Sets what drawing with vellis assumes, for hosts that leave anything behind, each where the
