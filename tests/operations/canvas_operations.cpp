@@ -252,7 +252,8 @@ private:
             glBindBuffer(static_cast<GLenum>(target), 0);
         glActiveTexture(GL_TEXTURE9);
         glBindTexture(GL_TEXTURE_2D, 0);
-        glBindSampler(9, 0);
+        if (glBindSampler != nullptr)
+            glBindSampler(9, 0);
         glActiveTexture(GL_TEXTURE0);
     }
 

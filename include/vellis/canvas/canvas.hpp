@@ -73,12 +73,12 @@ enum class Shape : unsigned char {
 /// at once, behind what waits.
 ///
 /// **GL state.** What a batch changes is put back at its end: the program in use, the vertex array
-/// object and the array buffer, the active texture unit and what is bound to its last one, the
-/// framebuffers, blending (switch, factors and equations), viewport, scissor, clear colour, colour
-/// and depth mask. While it draws, culling, the logical operation, the alpha test, alpha to
-/// coverage, polygon and line smoothing, polygon modes other than fill, and primitive restart are
-/// off; strokes and points that are antialiased write no depth, and have no offset of polygons.
-/// Neither the widths of GL's lines nor multisampling change a stroke.
+/// object and the array buffer, the active texture unit, and the texture and the sampler object of
+/// the last one, the framebuffers, blending (switch, factors and equations), viewport, scissor,
+/// clear colour, colour and depth mask. While it draws, culling, the logical operation, the alpha
+/// test, alpha to coverage, polygon and line smoothing, polygon modes other than fill, and
+/// primitive restart are off; strokes and points that are antialiased write no depth, and have no
+/// offset of polygons. Neither the widths of GL's lines nor multisampling change a stroke.
 ///
 /// **Half-transparent strokes** paint each pixel once, also where they cross themselves, if they
 /// have one colour and there is no depth test; otherwise where their pieces meet. setOverlap()
