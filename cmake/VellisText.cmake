@@ -12,9 +12,11 @@ endif()
 # What its tests are compiled with, too, since the library does not export it.
 set(VELLIS_TEXT_SOURCES
     "${PROJECT_SOURCE_DIR}/src/text/atlas.cpp"
+    "${PROJECT_SOURCE_DIR}/src/text/draw.cpp"
     "${PROJECT_SOURCE_DIR}/src/text/face.cpp"
     "${PROJECT_SOURCE_DIR}/src/text/font.cpp"
     "${PROJECT_SOURCE_DIR}/src/text/glyph_quads.cpp"
+    "${PROJECT_SOURCE_DIR}/src/text/glyph_textures.cpp"
     "${PROJECT_SOURCE_DIR}/src/text/layout.cpp"
     "${PROJECT_SOURCE_DIR}/src/text/runs.cpp"
     "${PROJECT_SOURCE_DIR}/src/text/shaper.cpp"

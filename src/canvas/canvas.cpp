@@ -45,6 +45,10 @@ void Canvas::end() {
     painter_->end();
 }
 
+std::shared_ptr<void>* Canvas::attachment(const void* key) {
+    return painter_->attachment(key);
+}
+
 void Canvas::setTransform(const glm::mat4& transform) {
     painter_->setTransform(transform);
 }

@@ -63,6 +63,10 @@ bool Painter::isHere() const {
     return gl::isHere(gl::Kind::VertexArray, index_) || gl::refuse(gl::Kind::VertexArray) != 0;
 }
 
+std::shared_ptr<void>* Painter::attachment(const void* key) {
+    return recorder() != nullptr && isHere() ? &attachments_[key] : nullptr;
+}
+
 Renderer& Painter::renderer() {
     if (renderer_ == nullptr)
         renderer_ = std::make_unique<Renderer>();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 
 #include <glm/mat4x4.hpp>
@@ -31,6 +32,7 @@ public:
     void beginPicture(const glm::mat4& mvp);
     std::unique_ptr<KeptDrawing> endPicture();
     void draw(const KeptDrawing& kept);
+    std::shared_ptr<void>* attachment(const void* key);
     /// @}
 
     /// Where calls go now, or null where they are left out.
@@ -69,6 +71,7 @@ private:
     std::unique_ptr<KeptDrawing> kept_;
     std::unique_ptr<Recorder> recording_;
     std::unique_ptr<Renderer> renderer_;
+    std::map<const void*, std::shared_ptr<void>> attachments_;
 };
 
 } // namespace vellis::canvas

@@ -141,6 +141,13 @@ public:
 
     /// From now on, in this batch and those that follow; Once at first.
     void setOverlap(Overlap overlap);
+
+    /// What another library keeps with the canvas, such as the glyphs that it draws: an empty
+    /// pointer at first, which that library sets. It ends with the canvas. Makes no GL call.
+    /// \param key  The library's own, such as the address of a variable.
+    /// \return null where the canvas draws nothing now: outside of batches and pictures, and where
+    ///         its Context is not in use.
+    std::shared_ptr<void>* attachment(const void* key);
     /// @}
 
     /// \name Pictures

@@ -1,0 +1,198 @@
+/// Texts on a driver, pixel by pixel.
+
+#include <vellis/text.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+#include <glm/gtc/matrix_transform.hpp>
+#include <gtest/gtest.h>
+
+#include "canvas/scene_fixture.hpp"
+#include "text/test_font.hpp"
+
+namespace vellis::test {
+namespace {
+
+using text::Anchor;
+using text::Font;
+using text::GlyphBitmap;
+
+constexpr const char* name = "DejaVuSans.ttf";
+const glm::vec4 white(1.f);
+
+/// Coverage as it is expected in each pixel, counted from the lower left corner.
+class Expected {
+public:
+    Expected(unsigned int width, unsigned int height)
+        : width_(static_cast<int>(width)),
+          height_(static_cast<int>(height)),
+          coverage_(std::size_t{width} * height) {}
+
+    /// Adds the bitmaps of a text's glyphs, at whole pixels.
+    void add(Font& font, const char* text, int x, int y, Anchor anchor) {
+        for (const text::PlacedGlyph& glyph : place(font, text, anchor)) {
+            const GlyphBitmap bitmap = font.render(glyph.index);
+            const int left = x + static_cast<int>(glyph.origin.x) + bitmap.left;
+            const int top = y + static_cast<int>(glyph.origin.y) + bitmap.top - 1;
+            for (std::size_t i = 0; i < bitmap.coverage.size(); ++i) {
+                const int column = left + static_cast<int>(i % bitmap.width);
+                const int row = top - static_cast<int>(i / bitmap.width);
+                blend(column, row, bitmap.coverage[i]);
+            }
+        }
+    }
+
+    int at(int x, int y) const { return coverage_.at(static_cast<std::size_t>(y * width_ + x)); }
+
+private:
+    void blend(int x, int y, int coverage) {
+        if (x < 0 || y < 0 || x >= width_ || y >= height_)
+            return;
+        std::uint8_t& pixel = coverage_.at(static_cast<std::size_t>(y * width_ + x));
+        pixel = static_cast<std::uint8_t>(pixel + (255 - pixel) * coverage / 255);
+    }
+
+    int width_;
+    int height_;
+    std::vector<std::uint8_t> coverage_;
+};
+
+class DrawRender : public CanvasSceneTest {
+protected:
+    void SetUp() override {
+        CanvasSceneTest::SetUp();
+        if (!goesOn())
+            return;
+        if (findFont(name).empty())
+            GTEST_SKIP() << "there is no " << name;
+        font = Font::load(findFont(name), 15.f);
+    }
+
+    /// What a batch draws on black.
+    template <class Draw>
+    void draw(Draw drawing) {
+        clearScene();
+        canvas->begin(strokeSceneMatrix());
+        drawing();
+        canvas->end();
+        scene = readScene();
+    }
+
+    /// The red part of a pixel, counted from the lower left corner.
+    int at(unsigned int x, unsigned int y) const { return scene.at(x, scene.height - 1 - y)[0]; }
+
+    /// How far the picture is from what is expected at most.
+    int distanceTo(const Expected& expected) const {
+        int farthest = 0;
+        for (unsigned int y = 0; y < scene.height; ++y) {
+            for (unsigned int x = 0; x < scene.width; ++x) {
+                const int step = at(x, y) - expected.at(static_cast<int>(x), static_cast<int>(y));
+                farthest = (std::max)(farthest, std::abs(step));
+            }
+        }
+        return farthest;
+    }
+
+    /// The sum of all coverage.
+    double sum() const {
+        double all = 0.;
+        for (std::size_t i = 0; i < scene.pixels.size(); i += 4)
+            all += scene.pixels[i];
+        return all;
+    }
+
+    std::shared_ptr<Font> font;
+    offscreen::Image scene;
+};
+
+TEST_F(DrawRender, PixelsHaveTheCoverageOfTheGlyphs) {
+    draw([&] {
+        text::draw(canvas, font, {60., 60.}, "Hamburg 42", white, Anchor::Center);
+        text::draw(canvas, font, {3., 100.}, "office\n\u05D0\u05D1 12", white, Anchor::TopLeft);
+    });
+    Expected expected(scene.width, scene.height);
+    expected.add(*font, "Hamburg 42", 60, 60, Anchor::Center);
+    expected.add(*font, "office\n\u05D0\u05D1 12", 3, 100, Anchor::TopLeft);
+    EXPECT_GT(sum(), 10000.);
+    EXPECT_LE(distanceTo(expected), 1);
+}
+
+TEST_F(DrawRender, ThePositionMovesToWholePixels) {
+    draw([&] { text::draw(canvas, font, {60.3, 59.8}, "Hamburg", white, Anchor::Center); });
+    Expected expected(scene.width, scene.height);
+    expected.add(*font, "Hamburg", 60, 60, Anchor::Center);
+    EXPECT_LE(distanceTo(expected), 1);
+}
+
+TEST_F(DrawRender, LargeGlyphsHaveTexturesOfTheirOwn) {
+    font = Font::load(findFont(name), 900.f);
+    ASSERT_NE(font, nullptr);
+    draw([&] { text::draw(canvas, font, {64., 64.}, "W", white, Anchor::Center); });
+    Expected expected(scene.width, scene.height);
+    expected.add(*font, "W", 64, 64, Anchor::Center);
+    EXPECT_LE(distanceTo(expected), 1);
+    EXPECT_GT(sum(), 10000.);
+}
+
+TEST_F(DrawRender, ManyGlyphsTakeSeveralPages) {
+    const auto large = Font::load(findFont(name), 200.f);
+    ASSERT_NE(large, nullptr);
+    draw([&] {
+        canvas->setTransform(glm::scale(glm::mat4(1.f), glm::vec3(0.f)));
+        text::draw(canvas, large, {0., 0.}, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz",
+                   glm::vec4(0.f));
+    });
+    draw([&] { text::draw(canvas, font, {60., 60.}, "Hamburg", white, Anchor::Center); });
+    Expected expected(scene.width, scene.height);
+    expected.add(*font, "Hamburg", 60, 60, Anchor::Center);
+    EXPECT_LE(distanceTo(expected), 1);
+}
+
+TEST_F(DrawRender, AQuarterTurnMovesEachPixel) {
+    draw([&] { text::draw(canvas, font, {60., 60.}, "Hamburg", white, Anchor::Center); });
+    const double straight = sum();
+    const offscreen::Image before = scene;
+    draw([&] {
+        text::draw(canvas, font, {60., 60.}, "Hamburg", white, Anchor::Center, 1.57079633f);
+    });
+    EXPECT_NEAR(sum(), straight, 0.02 * straight);
+    // The text's columns are rows now: the first one, from the left, is the lowest.
+    int lowest = 255;
+    for (unsigned int y = scene.height; y > 0; --y) {
+        for (unsigned int x = 0; x < scene.width; ++x)
+            lowest = at(x, y - 1) > 100 ? static_cast<int>(y - 1) : lowest;
+    }
+    int leftmost = 255;
+    for (unsigned int x = before.width; x > 0; --x) {
+        for (unsigned int y = 0; y < before.height; ++y)
+            leftmost = before.at(x - 1, y)[0] > 100 ? static_cast<int>(x - 1) : leftmost;
+    }
+    EXPECT_NEAR(lowest, leftmost, 1.5);
+}
+
+TEST_F(DrawRender, APictureKeepsATextAcrossNewGlyphs) {
+    canvas->beginPicture(strokeSceneMatrix());
+    text::draw(canvas, font, {60., 60.}, "Hamburg", white, Anchor::Center);
+    const auto picture = canvas->endPicture();
+    draw([&] { text::draw(canvas, font, {10., 10.}, "xyzXYZ", glm::vec4(0.f)); });
+    draw([&] { canvas->drawPicture(picture); });
+    Expected expected(scene.width, scene.height);
+    expected.add(*font, "Hamburg", 60, 60, Anchor::Center);
+    EXPECT_LE(distanceTo(expected), 1);
+}
+
+TEST_F(DrawRender, TheColorsAlphaCounts) {
+    draw([&] {
+        text::draw(canvas, font, {60., 60.}, "H", glm::vec4(1.f, 1.f, 1.f, 0.5f), Anchor::Center);
+    });
+    const double half = sum();
+    draw([&] { text::draw(canvas, font, {60., 60.}, "H", white, Anchor::Center); });
+    EXPECT_NEAR(half, sum() / 2., 0.02 * sum());
+}
+
+} // namespace
+} // namespace vellis::test
