@@ -21,8 +21,9 @@ const std::vector<GlyphQuad>& GlyphQuads::make(Font& font, std::string_view text
     quads_.clear();
     place(font, text, anchor, angle, placed_);
     const Turn turn(angle);
-    // Off the pixels' grid, a glyph's edge fades into the texels around it.
-    const float margin = angle != 0.f ? 1.f : 0.f;
+    // Off the pixels' grid, a glyph's edge fades up to the middle of the empty texels around it:
+    // beyond that, those of other glyphs would show.
+    const float margin = angle != 0.f ? 0.5f : 0.f;
     for (const PlacedGlyph& glyph : placed_) {
         const Entry& entry = entryOf(font, glyph.index);
         const TexelRect& rect = entry.region.rect;

@@ -92,8 +92,8 @@ TEST(GlyphQuads, TurnWithTheirEdgesAndTheTexelsAroundThem) {
     const GlyphQuad turned = quads.make(*font, "R", Anchor::Center, angle)[0];
     const glm::vec2 right(std::cos(angle), std::sin(angle));
     const glm::vec2 up(-std::sin(angle), std::cos(angle));
-    const float width = straight.right.x + 2.f;
-    const float height = straight.up.y + 2.f;
+    const float width = straight.right.x + 1.f;
+    const float height = straight.up.y + 1.f;
     EXPECT_NEAR(turned.right.x, right.x * width, 1e-4f);
     EXPECT_NEAR(turned.right.y, right.y * width, 1e-4f);
     EXPECT_NEAR(turned.up.x, up.x * height, 1e-4f);
