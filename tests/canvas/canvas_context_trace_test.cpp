@@ -118,6 +118,19 @@ TEST_F(CanvasContextTrace, CanvasDrawsNothingElsewhereAndSaysSo) {
     EXPECT_EQ(internal::check_context(), nullptr);
 }
 
+TEST_F(CanvasContextTrace, AttachmentsAreThereInTheCanvassContextAlone) {
+    const char key = 0;
+    canvas->begin(glm::mat4(1.f));
+    EXPECT_NE(canvas->attachment(&key), nullptr);
+    use(second, *sharing);
+    EXPECT_EQ(canvas->attachment(&key), nullptr);
+    use(third, *other);
+    EXPECT_EQ(canvas->attachment(&key), nullptr);
+    use(first, *context);
+    EXPECT_NE(canvas->attachment(&key), nullptr);
+    canvas->end();
+}
+
 TEST_F(CanvasContextTrace, NoOperationOfACanvasCallsGlElsewhere) {
     const auto picture = record(*canvas);
     const auto buffer = VertexAttributeBuffer<glm::vec2>::make(
