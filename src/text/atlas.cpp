@@ -30,7 +30,7 @@ void Atlas::Texture::write(const TexelRect& rect, const std::uint8_t* coverage) 
 
 Atlas::Texture& Atlas::makeTexture(unsigned int width, unsigned int height) {
     textures_.emplace_back(width, height);
-    numBytes_ += std::size_t{width} * height;
+    numTexels_ += std::size_t{width} * height;
     return textures_.back();
 }
 

@@ -75,21 +75,21 @@ public:
     /// Forgets all glyphs and their textures.
     void clear() {
         textures_.clear();
-        numBytes_ = 0;
+        numTexels_ = 0;
     }
 
     std::size_t numTextures() const { return textures_.size(); }
     Texture& texture(std::size_t index) { return textures_[index]; }
 
-    /// The memory of all textures.
-    std::size_t numBytes() const { return numBytes_; }
+    /// Of all textures.
+    std::size_t numTexels() const { return numTexels_; }
 
 private:
     Texture& makeTexture(unsigned int width, unsigned int height);
     AtlasRegion addToPage(unsigned int width, unsigned int height);
 
     unsigned int pageSize_;
-    std::size_t numBytes_ = 0;
+    std::size_t numTexels_ = 0;
     std::vector<Texture> textures_;
 };
 

@@ -1,15 +1,48 @@
 #include "text/glyph_textures.hpp"
 
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+
+#include <vellis/gl.hpp>
 #include <vellis/text/draw.hpp>
+#include <vellis/texture/texture_2d.hpp>
 
 #include "text/upload_state.hpp"
 
 namespace vellis::text {
+namespace {
+
+/// A texel where there are none of one component.
+using Wide = glm::vec<4, unsigned char>;
+
+/// Rows of a texture.
+struct Rows {
+    unsigned int first;
+    unsigned int count;
+};
+
+/// Whether GL has texels of one component.
+bool hasRed() {
+    return GLAD_GL_VERSION_3_0 != 0 || GLAD_GL_ARB_texture_rg != 0;
+}
+
+/// Uploads rows of texels, of all rows where there is no texture yet.
+template <class Texel>
+void send(std::shared_ptr<Texture>& to, const Atlas::Texture& from, const Rows& rows,
+          const Texel* texels) {
+    if (to == nullptr)
+        to = Texture2D<Texel>::make(from.width(), from.height(), texels, Sampler::linear_clamp());
+    else
+        static_cast<Texture2D<Texel>&>(*to).upload(texels, 0, rows.first, from.width(), rows.count);
+}
+
+} // namespace
 
 void GlyphTextures::draw(Canvas& canvas, Font& font, const glm::dvec3& position,
                          std::string_view text, const glm::vec4& color, Anchor anchor,
                          float angle) {
-    if (quads_.atlas().numBytes() > mostTextureBytes) {
+    if (quads_.atlas().numTexels() > mostTextureTexels) {
         quads_.clear();
         textures_.clear(); // the canvas keeps those that it has yet to draw
     }
@@ -46,15 +79,22 @@ void GlyphTextures::upload() {
 
 void GlyphTextures::upload(std::size_t index) {
     Atlas::Texture& from = quads_.atlas().texture(index);
-    std::shared_ptr<Texture>& to = textures_[index];
     const TexelRect dirty = from.dirty();
     if (dirty.isEmpty())
         return;
-    if (to == nullptr) {
-        to = Texture::make(from.width(), from.height(), from.texels(), Sampler::linear_clamp());
-    } else { // whole rows, which have no gaps between them
-        const std::uint8_t* const rows = from.texels() + std::size_t{dirty.y} * from.width();
-        to->upload(rows, 0, dirty.y, from.width(), dirty.height);
+    std::shared_ptr<Texture>& to = textures_[index];
+    // Whole rows, which have no gaps between them.
+    const Rows rows = to == nullptr ? Rows{0, from.height()} : Rows{dirty.y, dirty.height};
+    const std::uint8_t* const first = from.texels() + std::size_t{rows.first} * from.width();
+    if (hasRed()) {
+        send(to, from, rows, first);
+    } else {
+        const std::size_t count = std::size_t{rows.count} * from.width();
+        std::vector<Wide> texels;
+        texels.reserve(count);
+        std::transform(first, first + count, std::back_inserter(texels),
+                       [](std::uint8_t coverage) { return Wide(coverage); });
+        send(to, from, rows, texels.data());
     }
     from.setClean();
 }

@@ -10,7 +10,7 @@
 
 #include <vellis/canvas/canvas.hpp>
 #include <vellis/canvas/image.hpp>
-#include <vellis/texture/texture_2d.hpp>
+#include <vellis/texture/texture.hpp>
 
 #include "text/glyph_quads.hpp"
 
@@ -24,8 +24,6 @@ public:
               const glm::vec4& color, Anchor anchor, float angle);
 
 private:
-    using Texture = Texture2D<unsigned char>;
-
     void upload();
     void upload(std::size_t index);
 

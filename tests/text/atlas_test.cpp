@@ -43,7 +43,7 @@ std::size_t numCovered(Atlas& atlas) {
 TEST(Atlas, IsEmptyAtFirst) {
     Atlas atlas;
     EXPECT_EQ(atlas.numTextures(), 0u);
-    EXPECT_EQ(atlas.numBytes(), 0u);
+    EXPECT_EQ(atlas.numTexels(), 0u);
 }
 
 TEST(Atlas, KeepsTheRowsOfAGlyph) {
@@ -60,7 +60,7 @@ TEST(Atlas, KeepsTheRowsOfAGlyph) {
                       1 + x + 3 * y);
     }
     EXPECT_EQ(numCovered(atlas), 6u);
-    EXPECT_EQ(atlas.numBytes(), 32u * 32u);
+    EXPECT_EQ(atlas.numTexels(), 32u * 32u);
 }
 
 TEST(Atlas, GlyphsShareAPageWhileThereIsRoom) {
@@ -144,7 +144,7 @@ TEST(Atlas, ForgetsAllItHas) {
     atlas.add(glyphOf(4, 4));
     atlas.clear();
     EXPECT_EQ(atlas.numTextures(), 0u);
-    EXPECT_EQ(atlas.numBytes(), 0u);
+    EXPECT_EQ(atlas.numTexels(), 0u);
     EXPECT_EQ(atlas.add(glyphOf(4, 4)).texture, 0u);
     EXPECT_EQ(numCovered(atlas), 16u);
 }

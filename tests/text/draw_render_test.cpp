@@ -10,6 +10,7 @@
 
 #include <glm/gtc/matrix_transform.hpp>
 #include <gtest/gtest.h>
+#include <vellis/gl.hpp>
 
 #include "canvas/scene_fixture.hpp"
 #include "text/test_font.hpp"
@@ -118,6 +119,22 @@ TEST_F(DrawRender, PixelsHaveTheCoverageOfTheGlyphs) {
     expected.add(*font, "Hamburg 42", 60, 60, Anchor::Center);
     expected.add(*font, "office\n\u05D0\u05D1 12", 3, 100, Anchor::TopLeft);
     EXPECT_GT(sum(), 10000.);
+    EXPECT_LE(distanceTo(expected), 1);
+}
+
+TEST_F(DrawRender, TexelsOfFourComponentsShowTheSame) {
+    const int hasRed = GLAD_GL_ARB_texture_rg;
+    const int isVersion3 = GLAD_GL_VERSION_3_0;
+    draw([&] {
+        GLAD_GL_ARB_texture_rg = GLAD_GL_VERSION_3_0 = 0;
+        text::draw(canvas, font, {60., 60.}, "Ham", white, Anchor::Center);
+        text::draw(canvas, font, {60., 90.}, "burg", white, Anchor::Center);
+        GLAD_GL_ARB_texture_rg = hasRed;
+        GLAD_GL_VERSION_3_0 = isVersion3;
+    });
+    Expected expected(scene.width, scene.height);
+    expected.add(*font, "Ham", 60, 60, Anchor::Center);
+    expected.add(*font, "burg", 60, 90, Anchor::Center);
     EXPECT_LE(distanceTo(expected), 1);
 }
 

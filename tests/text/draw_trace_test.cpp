@@ -54,6 +54,20 @@ TEST_F(DrawTrace, NewGlyphsAreUploadedAndThoseThatAreKnownAreNot) {
     EXPECT_EQ(later[0].rfind("glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 1, 1024, ", 0), 0u) << later[0];
 }
 
+TEST_F(DrawTrace, WithoutTexelsOfOneComponentThoseOfFourAreUploaded) {
+    const int hasRed = GLAD_GL_ARB_texture_rg;
+    GLAD_GL_ARB_texture_rg = 0;
+    const Lines first = uploadsOf("abc");
+    const Lines later = uploadsOf("abcW");
+    GLAD_GL_ARB_texture_rg = hasRed;
+    ASSERT_EQ(first.size(), 1u);
+    EXPECT_EQ(first[0].rfind("glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, 1024, 1024, 0, GL_RGBA", 0),
+              0u)
+        << first[0];
+    ASSERT_EQ(later.size(), 1u);
+    EXPECT_NE(later[0].find("GL_RGBA"), std::string::npos) << later[0];
+}
+
 TEST_F(DrawTrace, ATextIsOneQuadForEachGlyphThatShows) {
     EXPECT_EQ(drawsOf([&] { drawText("ab c"); }), Lines({vellis::test::quadsDrawn(0, 3)}));
 }
@@ -114,6 +128,19 @@ TEST_F(DrawTrace, AKnownTextCostsNoAllocation) {
     EXPECT_EQ(vellis::test::allocationCount(), before);
     gl.setRecording(true);
     canvas->end();
+}
+
+TEST_F(DrawTrace, BeyondTheLimitOfItsTexturesItStartsAnew) {
+    EXPECT_EQ(uploadsOf("abc").size(), 1u);
+    const auto large = Font::load(vellis::test::findFont(name), 2400.f);
+    ASSERT_NE(large, nullptr);
+    canvas->begin(glm::mat4(1.f));
+    const std::string letters = "ABCDEFGHKLMNOPQRSTUVWXYZ&%@wmdbg";
+    for (const char letter : letters)
+        vellis::text::draw(canvas, large, {0., 0.}, std::string(1, letter), white);
+    canvas->end();
+    EXPECT_EQ(uploadsOf("abc").size(), 1u);
+    EXPECT_LT(only(gl.liveNames(), {"texture"}).size(), letters.size());
 }
 
 TEST_F(DrawTrace, TheTexturesEndWithTheCanvas) {

@@ -41,9 +41,9 @@ struct Position {
 /// FreeType gives it; the position moves to the nearest corner of pixels. A turned text is on no
 /// whole pixels, and sampled between texels. See Canvas::drawQuads.
 ///
-/// **Glyphs** are kept with the canvas, in textures of 1024 x 1024 pixels, one byte each; a glyph
-/// that takes more than a quarter of that has a texture of its own. Beyond mostTextureBytes of
-/// them, it starts anew. The textures need GL 3.0 or GL_ARB_texture_rg; elsewhere no text is drawn.
+/// **Glyphs** are kept with the canvas, in textures of 1024 x 1024 texels, of one byte each, or of
+/// four where GL has neither version 3.0 nor GL_ARB_texture_rg; a glyph that takes more than a
+/// quarter of that has a texture of its own. Beyond mostTextureTexels, it starts anew.
 ///
 /// **GL calls.** A text of known glyphs makes none beyond those of Canvas::drawQuads. New ones are
 /// uploaded at once: glGetIntegerv for what is bound to `GL_TEXTURE_2D` and the pixel unpack
@@ -60,7 +60,7 @@ VELLIS_TEXT_EXPORT void draw(const std::shared_ptr<Canvas>& canvas,
                              std::string_view text, const glm::vec4& color,
                              Anchor anchor = Anchor::BottomLeft, float angle = 0.f);
 
-/// How many bytes of glyphs are kept with a canvas at most, but for those of one text.
-inline constexpr std::size_t mostTextureBytes = std::size_t{64} << 20;
+/// How many texels of glyphs are kept with a canvas at most, but for those of one text.
+inline constexpr std::size_t mostTextureTexels = std::size_t{64} << 20;
 
 } // namespace vellis::text
