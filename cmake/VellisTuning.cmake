@@ -15,6 +15,7 @@ set(fast_sources
     src/shading/program.cpp
     src/shading/program_drawing.cpp
     src/shading/uniform.cpp
+    src/state/snapshot_read.cpp
     src/state/state.cpp)
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     get_target_property(small_sources vellis SOURCES)
