@@ -2,6 +2,7 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/entry_point.hpp"
 #include "state/later_enumerators.hpp"
 #include "state/snapshot_access.hpp"
 
@@ -75,13 +76,7 @@ constexpr RangeQueries rangeQueries[] = {
 
 void readSize(unsigned int pname, unsigned int index, Word* words) {
     GLint64 value = 0;
-    if (glGetInteger64i_v != nullptr) {
-        glGetInteger64i_v(pname, index, &value);
-    } else {
-        int narrow = 0;
-        glGetIntegeri_v(pname, index, &narrow);
-        value = narrow;
-    }
+    callIfLoaded(glGetInteger64i_v, pname, index, &value);
     std::memcpy(words, &value, sizeof value);
 }
 

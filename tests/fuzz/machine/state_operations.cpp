@@ -69,7 +69,7 @@ bool mayDiffer(const state::Difference& difference) {
 
 void restoreSnapshot(World& world, Bytes& bytes) {
     const state::Snapshot& snapshot = pick(world.snapshots, bytes);
-    if (!snapshot.restore())
+    if (snapshot.isEmpty() || !snapshot.restore())
         return;
     const state::Snapshot now = state::Snapshot::take();
     const auto left = differences(snapshot, now);
