@@ -1,5 +1,6 @@
 #include <vellis/state/snapshot.hpp>
 
+#include <algorithm>
 #include <cstring>
 #include <ostream>
 
@@ -67,10 +68,9 @@ Snapshot Snapshot::take() {
     if (!isThereGl())
         return taken;
     const Shape shape = Shape::here(snapshot::Everything);
-    const unsigned int size = shapeWords + shape.size();
-    taken.words_.resize(size + snapshot::slack);
+    taken.words_ = std::vector<Word>(shapeWords + shape.size() + snapshot::slack);
     state::take(shape, taken.words_.data());
-    taken.words_.resize(size);
+    std::fill(taken.words_.end() - snapshot::slack, taken.words_.end(), 0);
     return taken;
 }
 
@@ -128,8 +128,8 @@ void Kept::take(unsigned int groups) {
     const Shape shape = Shape::here(groups);
     const std::size_t size = shapeWords + shape.size() + snapshot::slack;
     if (size > sizeof few_ / sizeof *few_)
-        many_.resize(size);
-    words_ = many_.empty() ? few_ : many_.data();
+        many_.reset(new Word[size]);
+    words_ = many_ != nullptr ? many_.get() : few_;
     state::take(shape, words_);
 }
 
@@ -155,7 +155,7 @@ void reset() {
             size += at.size();
             isThere = at.next();
         } while (isThere && at.piece().write == snapshot::Write::WithPrevious);
-        if (piece.initial != snapshot::asItIs)
+        if (piece.initial != snapshot::Initial::AsItIs)
             write(piece, index, words, size);
     }
 }

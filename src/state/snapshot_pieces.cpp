@@ -14,12 +14,14 @@ namespace vellis::state::snapshot {
 
 const Piece pieces[] = {
 #define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups)        \
-    {name,         target,   needs,        Query::query, count,                                    \
-     Print::print, Per::per, Write::write, groups,       initial},
+    {GL_##name,    target,       needs,    Initial::initial, count,                                \
+     Query::query, Print::print, Per::per, Write::write,     groups},
 #include "state/snapshot_pieces.inc"
 #undef VELLIS_PIECE
 };
 const unsigned int numPieces = static_cast<unsigned int>(std::size(pieces));
+
+static_assert(std::size(pieces) <= 256);
 
 namespace {
 
@@ -135,41 +137,37 @@ Shape Shape::here(unsigned int groups) {
 
 unsigned int Shape::size() const {
     unsigned int all = 0;
-    for (Walk at(*this); at.next();)
-        all += at.size();
+    for (const Piece& piece : pieces)
+        all += contains(piece) ? count(piece.per) * size(piece) : 0;
     return all;
 }
 
-bool Walk::next() {
-    offset_ += size_;
-    ++row_;
-    for (;;) {
-        for (; row_ < end_; ++row_) {
-            if (shape_.contains(pieces[row_])) {
-                size_ = shape_.size(pieces[row_]);
-                return true;
-            }
-        }
-        if (++index_ < count_) {
-            row_ = begin_;
-            continue;
-        }
-        begin_ = row_ = end_;
-        size_ = 0;
+bool Walk::nextIndex() {
+    at_ = 0;
+    if (++index_ < count_)
+        return true;
+    do {
+        begin_ = end_;
         if (begin_ == numPieces)
             return false;
         const Per per = pieces[begin_].per;
-        while (end_ < numPieces && pieces[end_].per == per)
-            ++end_;
-        index_ = 0;
+        numRows_ = index_ = 0;
         count_ = shape_.count(per);
-        if (count_ == 0)
-            row_ = end_;
-    }
+        for (; end_ < numPieces && pieces[end_].per == per; ++end_) {
+            if (!shape_.contains(pieces[end_]))
+                continue;
+            rows_[numRows_] = static_cast<std::uint8_t>(end_);
+            pnames_[numRows_] = pieces[end_].pname;
+            sizes_[numRows_++] = static_cast<std::uint8_t>(shape_.size(pieces[end_]));
+        }
+        numIntegers_ = per == Per::Unit ? numRows_ : 0;
+    } while (count_ == 0 || numRows_ == 0);
+    return true;
 }
 
 bool Walk::isBefore(const Walk& other) const {
-    return std::tie(begin_, index_, row_) < std::tie(other.begin_, other.index_, other.row_);
+    return std::tie(begin_, index_, rows_[at_]) <
+           std::tie(other.begin_, other.index_, other.rows_[other.at_]);
 }
 
 } // namespace vellis::state::snapshot

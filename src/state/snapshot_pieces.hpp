@@ -41,7 +41,7 @@ enum Groups : unsigned int {
 };
 
 /// How GL is asked.
-enum class Query : std::uint8_t {
+enum class Query : std::uint32_t {
     Integer,
     Float,
     Double,
@@ -58,12 +58,11 @@ enum class Query : std::uint8_t {
 };
 
 /// How values are written as text. Names of objects come last, with their kinds.
-enum class Print : std::uint8_t {
+enum class Print : std::uint32_t {
     Decimal,
     Hexadecimal,
     Float,
     Boolean,
-    BooleanList,
     MaskList,
     Enum,
     ColorBuffer,
@@ -80,7 +79,7 @@ enum class Print : std::uint8_t {
 };
 
 /// What there are several of.
-enum class Per : std::uint8_t {
+enum class Per : std::uint32_t {
     Context,
     Attribute,
     ClientUnit,
@@ -96,7 +95,7 @@ enum class Per : std::uint8_t {
 constexpr unsigned int numPer = 11;
 
 /// How a piece is put back.
-enum class Write : std::uint8_t {
+enum class Write : std::uint32_t {
     Never,        ///< it cannot change
     WithPrevious, ///< by the command of the row above
     Record,       ///< as the State of that name
@@ -121,29 +120,40 @@ enum class Write : std::uint8_t {
     AttributeValue,
 };
 
-/// A piece of state: a row of snapshot_pieces.inc.
+/// What reset() sets the values of a piece to.
+enum class Initial : std::uint32_t {
+    AsItIs, ///< it sets none
+    Zero,
+    One,
+    Four,
+    AllBits,
+    Unit0,
+    CounterClockwise,
+    Fill,
+    LowerLeft,
+    NegativeOneToOne,
+};
+
+/// A piece of state: a row of snapshot_pieces.inc, in little room.
 struct Piece {
     std::uint16_t pname;
     std::uint16_t target;
-    std::uint32_t needs;
-    Query query;
-    std::uint8_t count;
-    Print print;
-    Per per;
-    Write write;
-    std::uint8_t groups;
-    std::uint16_t initial; ///< what reset() sets each value to
+    std::uint32_t needs : 19;
+    Initial initial : 4;
+    std::uint32_t count : 3;
+    Query query : 4;
+    Print print : 5;
+    Per per : 4;
+    Write write : 5;
+    std::uint32_t groups : 5;
 };
-
-/// Instead of initial values.
-constexpr std::uint16_t asItIs = 0xFFFF; ///< is not set
-constexpr std::uint16_t allBits = 0xFFFE;
+static_assert(sizeof(Piece) == 12);
 
 /// All of them.
 extern const Piece pieces[];
 extern const unsigned int numPieces;
 
-/// The name of a piece.
+/// The name of a piece, without its `GL_`.
 const char* nameOf(const Piece& piece);
 
 /// What values are kept in: 32 bits of whatever type.
@@ -180,6 +190,9 @@ struct Shape {
 /// More draw buffers than drivers have.
 constexpr unsigned int mostDrawBuffers = 16;
 
+/// No block of rows has more.
+constexpr unsigned int mostPieces = 160;
+
 /// The words that queries may write past the last piece: some give more values than are kept.
 constexpr unsigned int slack = 4;
 
@@ -190,25 +203,57 @@ public:
 
     /// Goes on to the first piece, or the next one.
     /// \return false after the last.
-    bool next();
+    bool next() {
+        offset_ += size_;
+        if (++at_ >= numRows_ && !nextIndex())
+            return false;
+        size_ = sizes_[at_];
+        return true;
+    }
 
-    const Piece& piece() const { return pieces[row_]; }
+    const Piece& piece() const { return pieces[rows_[at_]]; }
     unsigned int index() const { return index_; }   ///< among what there are several of
     unsigned int offset() const { return offset_; } ///< of its first word
     unsigned int size() const { return size_; }     ///< in words
+    bool isFirst() const { return at_ == 0; }       ///< of its index
+
+    /// \name Short cut
+    /// Of texture units there are many, and all their pieces are one integer each.
+    /// @{
+
+    /// How many pieces of this index there are, from the first on; 0 where they are not like that.
+    unsigned int numIntegers() const { return at_ == 0 ? numIntegers_ : 0; }
+    /// What they are asked for.
+    const std::uint16_t* pnames() const { return pnames_; }
+    /// The piece that comes so many later.
+    const Piece& pieceAfter(unsigned int number) const { return pieces[rows_[at_ + number]]; }
+    /// Has next() go on to the first of the next index.
+    void skip() {
+        at_ = numIntegers_ - 1;
+        offset_ += at_;
+    }
+
+    /// @}
 
     /// Whether this piece comes before the other's, of whatever shape.
     bool isBefore(const Walk& other) const;
 
 private:
+    bool nextIndex();
+
     const Shape& shape_;
     unsigned int offset_ = 0;
     unsigned int size_ = 0;
-    unsigned int begin_ = 0; ///< of the rows of which there are as many
-    unsigned int end_ = 0;
-    unsigned int row_ = 0;
+    unsigned int at_ = 0; ///< among the rows that there are
+    unsigned int numRows_ = 0;
     unsigned int index_ = 0;
     unsigned int count_ = 0;
+    unsigned int begin_ = 0; ///< of the block: of the rows of which there are as many
+    unsigned int end_ = 0;
+    std::uint8_t rows_[mostPieces]; ///< those of the block that there are
+    std::uint8_t sizes_[mostPieces];
+    unsigned int numIntegers_ = 0;
+    std::uint16_t pnames_[mostPieces];
 };
 
 } // namespace vellis::state::snapshot

@@ -14,11 +14,10 @@ namespace vellis::state::snapshot {
 namespace {
 
 using internal::Decimal;
-using internal::ValueKind;
 
 /// One after the other, each with its end: without a pointer for each.
 constexpr std::uint16_t enumerators[] = {
-#define VELLIS_ENUMERATOR(name) name,
+#define VELLIS_ENUMERATOR(name) GL_##name,
 #include "state/snapshot_enumerators.inc"
 #undef VELLIS_ENUMERATOR
 };
@@ -28,65 +27,40 @@ constexpr char enumeratorNames[] =
 #undef VELLIS_ENUMERATOR
     ;
 
-std::string numberText(Word number) {
-    return std::string(std::string_view(Decimal(number)));
+/// \name Add to a text
+/// @{
+
+void addNumber(std::string& text, Word number) {
+    text += Decimal(number);
+}
+
+void addHexadecimal(std::string& text, std::uint64_t number) {
+    text += "0x";
+    int shift = 60;
+    while (shift > 0 && number >> shift == 0)
+        shift -= 4;
+    for (; shift >= 0; shift -= 4)
+        text += "0123456789abcdef"[number >> shift & 15];
 }
 
 /// The name of an object, as everything of state prints it.
-std::string objectText(Print, Word name) {
-    return numberText(name);
+void addObject(std::string& text, Print, Word name) {
+    addNumber(text, name);
 }
 
-/// Values as the tracked states print theirs.
-template <class T, std::size_t N>
-std::string plainText(ValueKind kind, unsigned int pname, T (internal::StateValues::*member)[N],
-                      const T* values, unsigned int count) {
-    internal::StateValues all;
-    std::copy_n(values, count, all.*member);
-    return text({"", pname, kind, count}, all);
+/// As the tracked states print theirs.
+void addFloat(std::string& text, float value) {
+    internal::StateValues values;
+    values.floats[0] = value;
+    text += internal::text({"", 0, internal::ValueKind::Float, 1}, values);
 }
 
-std::string integersText(ValueKind kind, const Piece& piece, const Word* words,
-                         unsigned int count) {
-    int integers[internal::mostStateValues] = {};
-    std::memcpy(integers, words, count * sizeof(Word));
-    return plainText(kind, piece.pname, &internal::StateValues::integers, integers, count);
-}
-
-std::string hexadecimalText(const Piece& piece, const Word* words, unsigned int count) {
-    if (piece.query == Query::AttributePointer) { // one number of two words
-        std::uintptr_t pointer = 0;
-        std::memcpy(&pointer, words, sizeof pointer);
-        std::string digits;
-        do {
-            digits.insert(digits.begin(), "0123456789abcdef"[pointer & 15]);
-            pointer >>= 4;
-        } while (pointer != 0);
-        return "0x" + digits;
-    }
-    return integersText(ValueKind::Hexadecimal, piece, words, count);
-}
-
-std::string floatsText(const Piece& piece, const Word* words) {
-    float values[internal::mostStateValues] = {};
-    for (unsigned int i = 0; i < piece.count; ++i) {
-        if (piece.query == Query::Double) {
-            double value = 0;
-            std::memcpy(&value, words + 2 * i, sizeof value);
-            values[i] = static_cast<float>(value);
-        } else {
-            std::memcpy(values + i, words + i, sizeof(float));
-        }
-    }
-    return plainText(ValueKind::Float, piece.pname, &internal::StateValues::floats, values,
-                     piece.count);
-}
-
+/// The name without its `GL_`, or null.
 const char* enumeratorName(Word value) {
     for (const gl::EnumeratorNames* some :
          {&gl::comparisons, &gl::stencilOperations, &gl::blendEquations}) {
         if (const char* const name = some->find(value))
-            return name;
+            return name + 3;
     }
     const char* name = enumeratorNames;
     for (const Word enumerator : enumerators) {
@@ -97,81 +71,130 @@ const char* enumeratorName(Word value) {
     return nullptr;
 }
 
-std::string enumeratorText(const Piece& piece, Word value) {
+void addEnumerator(std::string& text, Word value) {
     const char* const name = enumeratorName(value);
-    return name != nullptr ? name : integersText(ValueKind::Hexadecimal, piece, &value, 1);
+    if (name == nullptr)
+        return addHexadecimal(text, value);
+    text += "GL_";
+    text += name;
 }
 
-std::string colorBufferText(const Piece& piece, Word buffer) {
-    if (buffer == GL_NONE)
-        return "GL_NONE";
-    if (buffer >= GL_COLOR_ATTACHMENT0 && buffer < GL_COLOR_ATTACHMENT0 + 32)
-        return "GL_COLOR_ATTACHMENT" + numberText(buffer - GL_COLOR_ATTACHMENT0);
-    return enumeratorText(piece, buffer);
+void addColorBuffer(std::string& text, Word buffer) {
+    if (buffer == GL_NONE) {
+        text += "GL_NONE";
+    } else if (buffer - GL_COLOR_ATTACHMENT0 < 32) {
+        text += "GL_COLOR_ATTACHMENT";
+        addNumber(text, buffer - GL_COLOR_ATTACHMENT0);
+    } else {
+        addEnumerator(text, buffer);
+    }
 }
 
-/// The texts of all values, separated; one where it is that of all.
-template <class Text>
-std::string listText(const Word* words, unsigned int size, Text textOf) {
-    if (std::all_of(words, words + size, [=](Word word) { return word == words[0]; }))
-        return textOf(words[0]);
-    std::string all;
-    for (unsigned int i = 0; i < size; ++i)
-        all += (i != 0 ? ", " : "") + textOf(words[i]);
-    return all;
-}
-
-std::string booleansText(const Word* words, unsigned int count) {
-    GLboolean bytes[sizeof(Word)] = {};
+void addTruths(std::string& text, const Word* words, unsigned int count) {
+    unsigned char bytes[sizeof(Word)];
     std::memcpy(bytes, words, sizeof bytes);
-    return plainText(ValueKind::Boolean, 0, &internal::StateValues::booleans, bytes, count);
+    for (unsigned int i = 0; i < count; ++i) {
+        text += i != 0 ? ", " : "";
+        text += bytes[i] != 0 ? "true" : "false";
+    }
 }
 
-std::string rangeText(const Word* words) {
-    std::string all = objectText(Print::Buffer, words[0]);
-    std::uint64_t numbers[2];
-    std::memcpy(numbers, words + 1, sizeof numbers);
-    if (numbers[1] != 0)
-        all += " from " + std::to_string(numbers[0]) + ", " + std::to_string(numbers[1]) + " bytes";
-    return all;
+void addRange(std::string& text, const Word* words) {
+    std::uint64_t range[2];
+    std::memcpy(range, words + 1, sizeof range);
+    addObject(text, Print::Buffer, words[0]);
+    if (range[1] == 0)
+        return;
+    text += " from ";
+    addHexadecimal(text, range[0]);
+    text += ", bytes ";
+    addHexadecimal(text, range[1]);
 }
+
+/// One value.
+void addValue(std::string& text, const Piece& piece, const Word* words) {
+    switch (piece.print) {
+    case Print::Decimal:
+        text += Decimal(static_cast<int>(*words));
+        break;
+    case Print::Hexadecimal: {
+        std::uint64_t number = *words;
+        if (piece.query == Query::AttributePointer)
+            std::memcpy(&number, words, sizeof number);
+        addHexadecimal(text, number);
+        break;
+    }
+    case Print::Float: {
+        double value = 0;
+        float narrow = 0;
+        std::memcpy(&narrow, words, sizeof narrow);
+        if (piece.query == Query::Double) {
+            std::memcpy(&value, words, sizeof value);
+            narrow = static_cast<float>(value);
+        }
+        addFloat(text, narrow);
+        break;
+    }
+    case Print::Boolean:
+        addTruths(text, words, 1);
+        break;
+    case Print::MaskList:
+        addTruths(text, words, 4);
+        break;
+    case Print::Enum:
+        addEnumerator(text, *words);
+        break;
+    case Print::ColorBuffer:
+        addColorBuffer(text, *words);
+        break;
+    case Print::Unit:
+        text += "GL_TEXTURE";
+        addNumber(text, *words - GL_TEXTURE0);
+        break;
+    case Print::Range:
+        addRange(text, words);
+        break;
+    default:
+        addObject(text, piece.print, *words);
+        break;
+    }
+}
+
+/// @}
 
 } // namespace
 
 std::string nameText(const Piece& piece, unsigned int index) {
-    std::string name = nameOf(piece);
-    if (piece.per == Per::ClipDistance)
-        return name.substr(0, name.size() - 1) + numberText(index);
-    return piece.per == Per::Context ? name : name + "[" + numberText(index) + "]";
+    std::string name = "GL_";
+    name += nameOf(piece);
+    if (piece.per == Per::Context)
+        return name;
+    if (piece.per == Per::ClipDistance) {
+        name.pop_back();
+        addNumber(name, index);
+    } else {
+        name += '[';
+        addNumber(name, index);
+        name += ']';
+    }
+    return name;
 }
 
 std::string valueText(const Piece& piece, const Word* words, unsigned int size) {
-    switch (piece.print) {
-    case Print::Decimal:
-        return integersText(ValueKind::Decimal, piece, words, piece.count);
-    case Print::Hexadecimal:
-        return hexadecimalText(piece, words, piece.count);
-    case Print::Float:
-        return floatsText(piece, words);
-    case Print::Boolean:
-        return booleansText(words, 1);
-    case Print::BooleanList:
-        return listText(words, size, [](Word word) { return booleansText(&word, 1); });
-    case Print::MaskList:
-        return listText(words, size, [](Word word) { return booleansText(&word, 4); });
-    case Print::Enum:
-        return listText(words, size, [&](Word word) { return enumeratorText(piece, word); });
-    case Print::ColorBuffer:
+    if (piece.print == Print::ColorBuffer) {
         while (size > 1 && words[size - 1] == GL_NONE)
             --size;
-        return listText(words, size, [&](Word word) { return colorBufferText(piece, word); });
-    case Print::Unit:
-        return "GL_TEXTURE" + numberText(words[0] - GL_TEXTURE0);
-    case Print::Range:
-        return rangeText(words);
-    default:
-        return objectText(piece.print, words[0]);
+    } else if (piece.count == 0 && std::equal(words + 1, words + size, words)) {
+        size = 1; // the same for all draw buffers
     }
+    const bool isWide = piece.query == Query::Double || piece.query == Query::AttributePointer;
+    const unsigned int step = piece.print == Print::Range ? size : isWide ? 2 : 1;
+    std::string text;
+    for (unsigned int i = 0; i < size; i += step) {
+        text += i != 0 ? ", " : "";
+        addValue(text, piece, words + i);
+    }
+    return text;
 }
 
 } // namespace vellis::state::snapshot

@@ -2,11 +2,11 @@
 #include <cstring>
 
 #include <vellis/gl.hpp>
+#include <vellis/state/state.hpp>
 
 #include "gl/capability.hpp"
 #include "gl/entry_point.hpp"
 #include "state/later_enumerators.hpp"
-#include "state/record_writer.hpp"
 #include "state/snapshot_access.hpp"
 
 namespace vellis::state::snapshot {
@@ -107,6 +107,26 @@ void setPolygonMode(Word front, Word back) {
     } else {
         glPolygonMode(GL_FRONT, front);
         glPolygonMode(GL_BACK, back);
+    }
+}
+
+template <class T, unsigned int N, unsigned int pname>
+void setRecord(const Word* words) {
+    State<T, N, pname> record;
+    std::memcpy(record.value, words, sizeof record.value);
+    set(record);
+}
+
+/// Writes the record of that enumerator.
+void writeRecord(unsigned int key, const Word* words) {
+    switch (key) {
+#define VELLIS_STATE(T, N, pname, queries, command)                                                \
+    case pname:                                                                                    \
+        return setRecord<T, N, pname>(words);
+#include <vellis/state/state_records.inc>
+#undef VELLIS_STATE
+    default:
+        break;
     }
 }
 
@@ -289,16 +309,15 @@ void write(const Piece& piece, unsigned int index, const Word* words, unsigned i
 }
 
 void initialWords(const Piece& piece, unsigned int size, Word* words) {
-    const float number = piece.initial;
-    Word word = piece.initial;
-    if (piece.initial == allBits)
-        word = ~0u;
-    else if (piece.query == Query::Float)
+    static constexpr Word values[] = {
+        0, 0, 1, 4, ~0u, GL_TEXTURE0, GL_CCW, GL_FILL, GL_LOWER_LEFT, GL_NEGATIVE_ONE_TO_ONE};
+    Word word = values[static_cast<unsigned int>(piece.initial)];
+    if (piece.query == Query::Float) {
+        const float number = static_cast<float>(word);
         std::memcpy(&word, &number, sizeof number);
-    else if (piece.query == Query::MaskList)
-        std::memset(&word, piece.initial, sizeof word);
-    else if (piece.query == Query::Boolean || piece.query == Query::Enabled)
-        std::memset(&word, piece.initial, sizeof word); // of which the first byte counts
+    } else if (piece.print == Print::Boolean || piece.print == Print::MaskList) {
+        word *= 0x01010101; // each byte is a truth
+    }
     std::fill_n(words, size, word);
 }
 

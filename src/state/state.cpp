@@ -1,12 +1,9 @@
 #include <vellis/state/state.hpp>
 
-#include <cstring>
-
 #include <vellis/gl.hpp>
 
 #include "gl/capability.hpp"
 #include "gl/entry_point.hpp"
-#include "state/record_writer.hpp"
 
 namespace vellis::state {
 namespace {
@@ -90,28 +87,5 @@ void set(const State<T, N, pname>& record) {
     template VELLIS_EXPORT void set(const State<T, N, pname>& record);
 #include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
-
-namespace {
-
-template <class T, unsigned int N, unsigned int pname>
-void writeBytes(const void* bytes) {
-    T values[N];
-    std::memcpy(values, bytes, sizeof values);
-    Access<T, N, pname>::set(values);
-}
-
-} // namespace
-
-void writeRecord(unsigned int key, const void* words) {
-    switch (key) {
-#define VELLIS_STATE(T, N, pname, queries, command)                                                \
-    case pname:                                                                                    \
-        return writeBytes<T, N, pname>(words);
-#include <vellis/state/state_records.inc>
-#undef VELLIS_STATE
-    default:
-        break;
-    }
-}
 
 } // namespace vellis::state

@@ -108,7 +108,7 @@ TEST_F(SnapshotRender, HasAllRecordsAndTrackedStates) {
 #define VELLIS_STATE(T, N, pname, queries, command) EXPECT_EQ(names.count(#pname), 1u) << #pname;
 #include <vellis/state/state_records.inc>
 #undef VELLIS_STATE
-#define VELLIS_TRACKED_STATE(name, kind, count) EXPECT_EQ(names.count("GL_" #name), 1u) << #name;
+#define VELLIS_TRACKED_STATE(name, kind, number) EXPECT_EQ(names.count("GL_" #name), 1u) << #name;
 #include "state/tracked_states.inc"
 #undef VELLIS_TRACKED_STATE
 }
@@ -278,7 +278,8 @@ TEST_F(SnapshotRender, KeptKeepsTheIndexBufferOfTheHostsVertexArray) {
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer);
     {
         const Kept kept(state::Group::Buffers);
-        const auto indices = IndexBuffer::make({0, 1, 2}, BufferUsage::Static, BufferAccess::Draw);
+        const auto indices =
+            IndexBuffer<unsigned int>::make({0, 1, 2}, BufferUsage::Static, BufferAccess::Draw);
         glBindVertexArray(0);
     }
     EXPECT_EQ(test::stateOf(GL_VERTEX_ARRAY_BINDING), static_cast<int>(array));
@@ -314,7 +315,17 @@ TEST_F(SnapshotRender, KeptGroupsKeepTheirsAndNoOther) {
     EXPECT_EQ(takeError(), "");
 }
 
+TEST_F(SnapshotRender, ResetSetsWhatGlBeginsWith) {
+    const Snapshot before = Snapshot::take();
+    state::reset();
+    EXPECT_EQ(takeError(), "");
+    // A driver may begin with the bits alone that there are.
+    for (const std::string& line : lines(before, Snapshot::take()))
+        EXPECT_THAT(line, HasSubstr("_WRITEMASK: 0xff -> 0x"));
+}
+
 TEST_F(SnapshotRender, ResetUndoesWhatHostsLeave) {
+    state::reset();
     const Snapshot before = Snapshot::take();
     SpareObjects objects;
     std::set<std::string> left;

@@ -26,6 +26,21 @@ bool isCompatible() {
     return GLAD_GL_VERSION_3_1 == 0;
 }
 
+/// A program that may be in use.
+GLuint linkedProgram() {
+    const std::string version = GLAD_GL_VERSION_3_2 != 0 ? "#version 150\n" : "";
+    const std::string source = version + "void main() { gl_Position = vec4(0.0); }\n";
+    const char* const text = source.c_str();
+    const GLuint shader = glCreateShader(GL_VERTEX_SHADER);
+    glShaderSource(shader, 1, &text, nullptr);
+    glCompileShader(shader);
+    const GLuint program = glCreateProgram();
+    glAttachShader(program, shader);
+    glLinkProgram(program);
+    glDeleteShader(shader);
+    return program;
+}
+
 /// What has a command of its own, or another than its neighbours.
 const std::map<std::string, Change>& commands() {
     // clang-format off
@@ -171,7 +186,7 @@ const std::map<std::string, std::function<void(const PieceRow&, SpareObjects&)>>
 const std::vector<PieceRow>& pieceRows() {
     static const std::vector<PieceRow> rows = {
 #define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups)        \
-    {#name, name, #needs, #per, #write, target, std::string(#initial) != "asItIs"},
+    {"GL_" #name, GL_##name, #needs, #per, #write, target, std::string(#initial) != "AsItIs"},
 #include "state/snapshot_pieces.inc"
 #undef VELLIS_PIECE
     };
@@ -209,8 +224,7 @@ SpareObjects::SpareObjects() {
         glGenFramebuffers(1, &framebuffer);
         glGenRenderbuffers(1, &renderbuffer);
     }
-    program = glCreateProgram();
-    glLinkProgram(program); // of nothing, which may be in use
+    program = linkedProgram();
     if (glGenSamplers != nullptr)
         glGenSamplers(1, &sampler);
     if (glGenProgramPipelines != nullptr)

@@ -4,6 +4,7 @@
 /// GL state as a whole: taken, compared, put back; and set to what drawing with vellis assumes.
 
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -37,7 +38,7 @@ VELLIS_EXPORT std::ostream& operator<<(std::ostream& stream, const Difference& d
 /// It has, each where the context has it: the framebuffers with their draw and read buffers; the
 /// vertex array with its index buffer; the attributes and client arrays, where no vertex array
 /// object is bound; the current values of attributes; the bindings of buffers, indexed ones with
-/// their ranges; the textures, sampler objects and fixed-function switches of all units; the
+/// their ranges (from GL 3.2 on); the textures, sampler objects and fixed-function switches of all units; the
 /// program and the pipeline; the pixel store and pixel transfers; blending, tests, masks, clears,
 /// rasterisation, multisampling, hints; the switches of the fixed function. It has neither what is
 /// kept in objects, nor matrices, lights, materials, stipple patterns and queries, nor blend
@@ -127,7 +128,7 @@ private:
 
     unsigned int* words_ = nullptr; ///< those of the two that are used; null: restore nothing
     unsigned int few_[96];
-    std::vector<unsigned int> many_;
+    std::unique_ptr<unsigned int[]> many_;
 };
 
 /// Sets what drawing with vellis assumes, for hosts that leave anything behind, each where the
