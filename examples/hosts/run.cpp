@@ -8,14 +8,25 @@
 #include <vellis/state.hpp>
 
 namespace hosts {
+namespace {
+
+/// 0 where the text is no number.
+std::size_t toNumber(const char* text) {
+    char* end = nullptr;
+    const unsigned long number = std::strtoul(text, &end, 10);
+    return *end == '\0' ? number : 0;
+}
+
+} // namespace
 
 Run::Run(int argc, char** argv, bool canAskForCore) {
     bool isUnderstood = true;
     for (int i = 1; i < argc; ++i) {
         if (canAskForCore && std::strcmp(argv[i], "--core") == 0)
             isCore_ = true;
-        else if (std::strcmp(argv[i], "--frames") == 0 && i + 1 < argc)
-            numFrames_ = std::strtoul(argv[++i], nullptr, 10);
+        else if (std::strcmp(argv[i], "--frames") == 0 && i + 1 < argc &&
+                 toNumber(argv[i + 1]) != 0)
+            numFrames_ = toNumber(argv[++i]);
         else
             isUnderstood = false;
     }

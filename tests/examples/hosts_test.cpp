@@ -131,15 +131,18 @@ protected:
     /// Starts the program and waits until it has drawn 100 frames, in two windows of which the
     /// second has been closed and opened again.
     void draw() {
-        std::vector<std::string> arguments = {"--frames", "100"};
+        begin({"--frames", "100"});
+        eventually([this] { return !program->output().empty() || program->exitStatus(); });
+        ASSERT_EQ(program->output(), "100 frames\n") << program->errors();
+    }
+
+    void begin(std::vector<std::string> arguments) {
         const std::vector<std::string>& others = GetParam().arguments;
         arguments.insert(arguments.end(), others.begin(), others.end());
         std::vector<std::string> environment = GetParam().environment;
         environment.push_back("ASAN_OPTIONS=detect_leaks=0"); // toolkits keep some memory
         environment.push_back("XDG_RUNTIME_DIR=" + session_.path().string());
         launch(arguments, environment);
-        eventually([this] { return !program->output().empty() || program->exitStatus(); });
-        ASSERT_EQ(program->output(), "100 frames\n") << program->errors();
     }
 
 private:
@@ -172,6 +175,16 @@ TEST_P(Hosts, ShowVellisAndTheToolkitAboveIt) {
         client->requestClose(each);
     }
     expectToEnd();
+}
+
+TEST_P(Hosts, SayHowTheyAreUsed) {
+    for (const std::string argument : {"--wireframe", "--frames"}) {
+        begin({argument});
+        EXPECT_THAT(program->wait(), testing::Optional(testing::Ne(0)));
+        EXPECT_THAT(program->errors(), testing::StartsWith("Usage: "));
+        EXPECT_THAT(program->errors(), testing::HasSubstr(" [--frames N]\n"));
+        EXPECT_EQ(program->output(), "");
+    }
 }
 
 } // namespace
