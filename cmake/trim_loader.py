@@ -12,8 +12,9 @@ import sys
 # Extension: what is called of it.
 KEPT = {
     "ARB_debug_output": {"glDebugMessageCallbackARB", "glDebugMessageControlARB"},
-    "ARB_sampler_objects": {"glBindSampler", "glIsSampler"},
-    "ARB_separate_shader_objects": {"glBindProgramPipeline", "glIsProgramPipeline"},
+    "ARB_sampler_objects": {"glBindSampler", "glDeleteSamplers", "glGenSamplers", "glIsSampler"},
+    "ARB_separate_shader_objects": {"glBindProgramPipeline", "glDeleteProgramPipelines",
+                                    "glGenProgramPipelines", "glIsProgramPipeline"},
     "KHR_debug": {"glDebugMessageCallback", "glDebugMessageControl", "glGetPointerv", "glObjectLabel",
                   "glPopDebugGroup", "glPushDebugGroup"},
 }

@@ -95,7 +95,7 @@ void UseRecorder::begin(std::string family) {
 
 void useEverything(UseRecorder& use) {
     for (const auto family : {useEngine, useBuffers, useShading, useDrawing, useToolbox, useCanvas,
-                              useTextures, useFramebuffers, useState, useDiagnostics})
+                              useTextures, useFramebuffers, useState, useSnapshots, useDiagnostics})
         family(use);
 }
 

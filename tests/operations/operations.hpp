@@ -90,6 +90,7 @@ void useCanvas(UseRecorder& use);
 void useTextures(UseRecorder& use);
 void useFramebuffers(UseRecorder& use);
 void useState(UseRecorder& use);
+void useSnapshots(UseRecorder& use);
 void useDiagnostics(UseRecorder& use);
 
 /// Comes last: the Toolbox and the built-in programs are over then.

@@ -151,6 +151,20 @@ void GlScript::answerGeneratedNames(AnswerTable& answers) {
     answerGenAndDelete(answers, glad_glGenQueries, glad_glDeleteQueries, ObjectKind::Query);
 }
 
+void GlScript::answerExistence(AnswerTable& answers) {
+    const auto isOfKind = [this](ObjectKind kind) {
+        return [this, kind](GLuint object) { return object != 0 && isLive(kind, object); };
+    };
+    answers.set(glad_glIsBuffer, isOfKind(ObjectKind::Buffer));
+    answers.set(glad_glIsTexture, isOfKind(ObjectKind::Texture));
+    answers.set(glad_glIsVertexArray, isOfKind(ObjectKind::VertexArray));
+    answers.set(glad_glIsFramebuffer, isOfKind(ObjectKind::Framebuffer));
+    answers.set(glad_glIsRenderbuffer, isOfKind(ObjectKind::Renderbuffer));
+    answers.set(glad_glIsQuery, isOfKind(ObjectKind::Query));
+    answers.set(glad_glIsShader, isOfKind(ObjectKind::Shader));
+    answers.set(glad_glIsProgram, isOfKind(ObjectKind::Program));
+}
+
 void GlScript::answerBindings(AnswerTable& answers) {
     const auto atTarget = [this](ObjectKind kind) {
         return [this, kind](GLenum target, GLuint name) { bindings_.bind(kind, target, name); };
@@ -466,6 +480,7 @@ void GlScript::answerVariables(AnswerTable& answers, GetLocation& getLocation, G
 void GlScript::answerAll(AnswerTable& answers, const bool& recordingFlag) {
     recording_ = &recordingFlag;
     answerGeneratedNames(answers);
+    answerExistence(answers);
     answerBindings(answers);
     answerBuffers(answers);
     answerState(answers);

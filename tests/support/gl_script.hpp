@@ -318,6 +318,7 @@ private:
     const ObjectNames& names(ObjectKind kind) const;
 
     void answerGeneratedNames(AnswerTable& answers);
+    void answerExistence(AnswerTable& answers);
     void answerBindings(AnswerTable& answers);
     void answerBuffers(AnswerTable& answers);
     void answerState(AnswerTable& answers);
