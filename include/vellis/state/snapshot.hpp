@@ -31,7 +31,7 @@ VELLIS_EXPORT std::ostream& operator<<(std::ostream& stream, const Difference& d
 /// const auto before = vellis::state::Snapshot::take();
 /// drawOverlay();
 /// for (const auto& difference : differences(before, vellis::state::Snapshot::take()))
-///     std::cerr << difference << '\n';
+///     vellis::internal::log(nullptr, "%s", difference.name.c_str());
 /// before.restore();
 /// \endcode
 ///
