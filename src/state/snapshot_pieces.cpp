@@ -25,13 +25,43 @@ static_assert(std::size(pieces) <= 256);
 
 namespace {
 
-/// One after the other, each with its end: without a pointer for each.
-constexpr char names[] =
-#define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups)        \
-#name "\0"
+/// The names one after the other. Most begin as the one before: each is the number of characters
+/// that they share, which is no letter and so ends the one before, and the rest.
+template <std::size_t most>
+struct Names {
+    std::size_t size = 0;
+    char text[most] = {};
+
+    constexpr void add(const char* name, const char* previous) {
+        std::size_t shared = 0;
+        while (previous[shared] != '\0' && previous[shared] == name[shared])
+            ++shared;
+        text[size++] = static_cast<char>(shared);
+        for (name += shared; *name != '\0'; ++name)
+            text[size++] = *name;
+    }
+};
+
+template <std::size_t most>
+constexpr Names<most> join() {
+    Names<most> all;
+    const char* previous = "";
+    for (const char* name : {
+#define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups) #name,
 #include "state/snapshot_pieces.inc"
 #undef VELLIS_PIECE
-    ;
+         }) {
+        all.add(name, previous);
+        previous = name;
+    }
+    return all;
+}
+
+constexpr Names names = join<join<8192>().size>();
+
+constexpr bool isRest(char character) {
+    return character >= '0'; // of a name: none shares as many characters
+}
 
 /// A limit of the context, so far as it is sensible.
 unsigned int limit(unsigned int pname, int least = 0, int most = 1024) {
@@ -110,11 +140,15 @@ constexpr Limit limits[] = {
 
 } // namespace
 
-const char* nameOf(const Piece& piece) {
-    const char* name = names;
-    for (const Piece* before = pieces; before != &piece; ++before)
-        name += std::strlen(name) + 1;
-    return name;
+std::string nameOf(const Piece& piece) {
+    std::string name;
+    const char* at = names.text;
+    for (const Piece* row = pieces; row <= &piece; ++row) {
+        name.resize(static_cast<std::size_t>(*at++));
+        while (at != names.text + names.size && isRest(*at))
+            name += *at++;
+    }
+    return "GL_" + name;
 }
 
 Shape Shape::here(unsigned int groups) {
@@ -142,10 +176,7 @@ unsigned int Shape::size() const {
     return all;
 }
 
-bool Walk::nextIndex() {
-    at_ = 0;
-    if (++index_ < count_)
-        return true;
+bool Walk::nextBlock() {
     do {
         begin_ = end_;
         if (begin_ == numPieces)

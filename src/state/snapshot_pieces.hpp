@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 /// \file
 /// What a Snapshot consists of.
@@ -153,8 +154,8 @@ static_assert(sizeof(Piece) == 12);
 extern const Piece pieces[];
 extern const unsigned int numPieces;
 
-/// The name of a piece, without its `GL_`.
-const char* nameOf(const Piece& piece);
+/// The name of a piece.
+std::string nameOf(const Piece& piece);
 
 /// What values are kept in: 32 bits of whatever type.
 using Word = unsigned int;
@@ -205,8 +206,11 @@ public:
     /// \return false after the last.
     bool next() {
         offset_ += size_;
-        if (++at_ >= numRows_ && !nextIndex())
-            return false;
+        if (++at_ >= numRows_) {
+            at_ = 0;
+            if (++index_ >= count_ && !nextBlock())
+                return false;
+        }
         size_ = sizes_[at_];
         return true;
     }
@@ -239,7 +243,7 @@ public:
     bool isBefore(const Walk& other) const;
 
 private:
-    bool nextIndex();
+    bool nextBlock();
 
     const Shape& shape_;
     unsigned int offset_ = 0;

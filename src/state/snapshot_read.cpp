@@ -103,6 +103,7 @@ void readOther(const Shape& shape, const Piece& piece, unsigned int index, unsig
     const unsigned int pname = piece.pname;
     switch (piece.query) {
     case Query::Integer:
+    case Query::Enabled:
         break;
     case Query::Float:
         readAs<float, 4>(words, [=](float* values) { glGetFloatv(pname, values); });
@@ -116,9 +117,6 @@ void readOther(const Shape& shape, const Piece& piece, unsigned int index, unsig
         keep(bytes[0], words);
         break;
     }
-    case Query::Enabled:
-        keep(glIsEnabled(pname + (piece.per == Per::ClipDistance ? index : 0)), words);
-        break;
     case Query::EnabledList:
         readEnabledList(pname, size, words);
         break;
@@ -151,9 +149,12 @@ void readOther(const Shape& shape, const Piece& piece, unsigned int index, unsig
 
 void readPiece(const Shape& shape, const Piece& piece, unsigned int index, unsigned int size,
                Word* words) {
-    for (unsigned int i = 0; i < size; ++i) // what GL refuses to tell is 0
+    words[0] = 0;                      // what GL refuses to tell is 0
+    if (piece.query == Query::Enabled) // most of them are one of two kinds: without a detour
+        return keep(glIsEnabled(piece.pname + (piece.per == Per::ClipDistance ? index : 0)), words);
+    for (unsigned int i = 1; i < size; ++i)
         words[i] = 0;
-    if (piece.query == Query::Integer) // most of them, so without a detour
+    if (piece.query == Query::Integer)
         glGetIntegerv(piece.pname, integers(words));
     else
         readOther(shape, piece, index, size, words);

@@ -165,8 +165,7 @@ void addValue(std::string& text, const Piece& piece, const Word* words) {
 } // namespace
 
 std::string nameText(const Piece& piece, unsigned int index) {
-    std::string name = "GL_";
-    name += nameOf(piece);
+    std::string name = nameOf(piece);
     if (piece.per == Per::Context)
         return name;
     if (piece.per == Per::ClipDistance) {

@@ -32,7 +32,7 @@ void answerIndexedQueries(FakeGl& gl) {
 void setAll(FakeGl& gl, int value) {
     level = value;
 #define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups)        \
-    gl.setState(GL_##name, {value, value, value, value});
+    gl.setState(GL_##name, std::vector<double>(count == 0 ? 4 : count, value));
 #include "state/snapshot_pieces.inc"
 #undef VELLIS_PIECE
     gl.setState(GL_VERTEX_ARRAY_BINDING, {0});
@@ -61,11 +61,15 @@ void useSnapshots(UseRecorder& use) {
     answerIndexedQueries(use.gl);
     for (const GLenum limit : limits)
         use.gl.setState(limit, {2});
+    use.gl.setState(GL_CONTEXT_PROFILE_MASK, {GL_CONTEXT_COMPATIBILITY_PROFILE_BIT});
+    GLuint buffer = 0; // which there is, so that its name is restored
+    glGenBuffers(1, &buffer);
+    const int value = static_cast<int>(buffer);
     setAll(use.gl, 0);
     const auto nothing = state::Snapshot::take();
-    setAll(use.gl, 7);
+    setAll(use.gl, value);
     const auto everything = state::Snapshot::take();
-    use.gl.setState(GL_VERTEX_ARRAY_BINDING, {7});
+    use.gl.setState(GL_VERTEX_ARRAY_BINDING, {value});
     const auto withArray = state::Snapshot::take();
     setAll(use.gl, 0);
 
@@ -74,7 +78,7 @@ void useSnapshots(UseRecorder& use) {
     use("restore", [&] {
         everything.restore();
         withArray.restore();
-        setAll(use.gl, 7);
+        setAll(use.gl, value);
         nothing.restore();
     });
     setAll(use.gl, 0);
@@ -86,6 +90,8 @@ void useSnapshots(UseRecorder& use) {
     use("reset", [] { state::reset(); });
     use("differences", [&] { state::differences(nothing, everything); });
     unsetAll(use.gl);
+    use.gl.unsetState(GL_CONTEXT_PROFILE_MASK);
+    glDeleteBuffers(1, &buffer);
     for (const GLenum limit : limits)
         use.gl.unsetState(limit);
 }

@@ -74,6 +74,11 @@ void isFoundAndRestored(const PieceRow& row) {
     EXPECT_EQ(takeError(), "") << "of restoring";
     EXPECT_THAT(lines(before, Snapshot::take()), IsEmpty());
     EXPECT_EQ(before, Snapshot::take());
+    // And the other way.
+    EXPECT_TRUE(after.restore());
+    EXPECT_EQ(takeError(), "") << "of changing back";
+    EXPECT_THAT(lines(after, Snapshot::take()), IsEmpty());
+    EXPECT_TRUE(before.restore());
 }
 
 /// All pieces that can change and that the context has.
@@ -128,6 +133,38 @@ TEST_F(SnapshotRender, AllPiecesTogetherAreRestored) {
         EXPECT_EQ(takeError(), "");
         EXPECT_THAT(lines(before, Snapshot::take()), IsEmpty());
     }
+}
+
+TEST_F(SnapshotRender, RangesAndAttributesAreRestoredAsTheyWere) {
+    if (GLAD_GL_VERSION_3_2 == 0)
+        GTEST_SKIP() << "the context has no ranges of buffers";
+    SpareObjects objects;
+    glBindBufferRange(GL_UNIFORM_BUFFER, 2, objects.buffer, 512, 128);
+    glBindBuffer(GL_ARRAY_BUFFER, objects.buffer);
+    glVertexAttribIPointer(2, 3, GL_UNSIGNED_INT, 48, reinterpret_cast<void*>(16));
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    const Snapshot before = Snapshot::take();
+    glBindBufferBase(GL_UNIFORM_BUFFER, 2, 0);
+    glVertexAttribPointer(2, 2, GL_FLOAT, GL_FALSE, 0, nullptr);
+    EXPECT_TRUE(before.restore());
+    GLint64 start = 0;
+    GLint64 bytes = 0;
+    glGetInteger64i_v(GL_UNIFORM_BUFFER_START, 2, &start);
+    glGetInteger64i_v(GL_UNIFORM_BUFFER_SIZE, 2, &bytes);
+    EXPECT_EQ(start, 512);
+    EXPECT_EQ(bytes, 128);
+    int values[5] = {};
+    glGetVertexAttribiv(2, GL_VERTEX_ATTRIB_ARRAY_SIZE, values);
+    glGetVertexAttribiv(2, GL_VERTEX_ATTRIB_ARRAY_TYPE, values + 1);
+    glGetVertexAttribiv(2, GL_VERTEX_ATTRIB_ARRAY_STRIDE, values + 2);
+    glGetVertexAttribiv(2, GL_VERTEX_ATTRIB_ARRAY_INTEGER, values + 3);
+    glGetVertexAttribiv(2, GL_VERTEX_ATTRIB_ARRAY_BUFFER_BINDING, values + 4);
+    EXPECT_THAT(values, ElementsAre(3, GL_UNSIGNED_INT, 48, 1, static_cast<int>(objects.buffer)));
+    void* pointer = nullptr;
+    glGetVertexAttribPointerv(2, GL_VERTEX_ATTRIB_ARRAY_POINTER, &pointer);
+    EXPECT_EQ(pointer, reinterpret_cast<void*>(16));
+    EXPECT_EQ(test::stateOf(GL_ARRAY_BUFFER_BINDING), 0);
+    EXPECT_THAT(lines(before, Snapshot::take()), IsEmpty());
 }
 
 TEST_F(SnapshotRender, ErrorsOfBeforeStay) {
