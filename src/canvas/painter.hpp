@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include <glm/mat4x4.hpp>
 
@@ -32,6 +34,13 @@ public:
     void draw(const KeptDrawing& kept);
     /// @}
 
+    /// What the groups of GL's calls are called, for debuggers; a name of our own where it is
+    /// empty.
+    /// @{
+    const std::string& label() const { return label_; }
+    void setLabel(std::string_view label) { label_ = label; }
+    /// @}
+
     /// Where calls go now, or null where they are left out.
     Recorder* recorder();
 
@@ -47,6 +56,9 @@ private:
     glm::vec2 viewportSize() override;
 
     bool isHere() const;
+    std::string_view groupName() const {
+        return label_.empty() ? std::string_view("vellis canvas") : std::string_view(label_);
+    }
     Renderer& renderer();
     void setMatrices();
     glm::mat4 matrixOf(const glm::dvec3& origin) const;
@@ -63,6 +75,7 @@ private:
     glm::mat4 mvp_{1.f};
     glm::mat4 transform_{1.f};
     Setting setting_;
+    std::string label_;
     Drawing drawing_;
     Recorder streaming_{drawing_, *this, false};
     std::unique_ptr<KeptDrawing> kept_;

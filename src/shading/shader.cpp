@@ -6,6 +6,7 @@
 #include <vellis/gl.hpp>
 
 #include "gl/names.hpp"
+#include "gl/operation.hpp"
 #include "shading/info_log.hpp"
 
 namespace vellis {
@@ -81,6 +82,7 @@ std::string Shader::compilationLog() const {
 }
 
 void Shader::compile(const char* source) const {
+    const gl::Operation operation("Shader::make");
     const char* const text = source != nullptr ? source : "";
     const unsigned int name = idToUse();
     glShaderSource(name, 1, &text, nullptr);

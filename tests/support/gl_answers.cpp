@@ -321,6 +321,28 @@ void GlScript::answerState(AnswerTable& answers) {
     answers.set(glad_glCheckFramebufferStatus, [this](GLenum) { return framebufferStatus_; });
 }
 
+void GlScript::answerDebugMessages(AnswerTable& answers) {
+    const auto setCallback = [this](GLDEBUGPROC callback, const void* parameter) {
+        debugCallback_ = callback;
+        debugParameter_ = parameter;
+    };
+    answers.set(glad_glDebugMessageCallback, setCallback);
+    answers.set(glad_glDebugMessageCallbackARB, setCallback);
+    answers.set(glad_glGetPointerv, [this](GLenum pname, void** out) {
+        if (pname == GL_DEBUG_CALLBACK_FUNCTION)
+            *out = reinterpret_cast<void*>(debugCallback_);
+        else if (pname == GL_DEBUG_CALLBACK_USER_PARAM)
+            *out = const_cast<void*>(debugParameter_);
+    });
+}
+
+void GlScript::sendMessage(const std::string& text, GLenum severity, GLenum source, GLenum type,
+                           GLuint id) const {
+    if (debugCallback_ != nullptr)
+        debugCallback_(source, type, id, severity, static_cast<GLsizei>(text.size()), text.c_str(),
+                       debugParameter_);
+}
+
 void GlScript::answerImages(AnswerTable& answers) {
     // There are no images: what is known of them is the script's, and their storage can only fail.
     answers.set(glad_glGetTexLevelParameteriv,
@@ -484,6 +506,7 @@ void GlScript::answerAll(AnswerTable& answers, const bool& recordingFlag) {
     answerBindings(answers);
     answerBuffers(answers);
     answerState(answers);
+    answerDebugMessages(answers);
     answerImages(answers);
     answerShaders(answers);
     answerPrograms(answers);

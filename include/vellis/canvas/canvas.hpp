@@ -18,6 +18,10 @@
 
 namespace vellis {
 
+namespace internal {
+struct LabelAccess;
+}
+
 namespace canvas {
 
 class Painter;
@@ -433,6 +437,8 @@ private:
     void drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
                     const std::shared_ptr<const VertexBuffer>& buffer, unsigned int dimensions);
     /// @}
+
+    friend struct internal::LabelAccess;
 
     std::unique_ptr<canvas::Painter> painter_;
 };

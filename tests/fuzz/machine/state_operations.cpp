@@ -102,6 +102,29 @@ void check(World&, Bytes& bytes) {
     internal::check_framebuffer_complete(bytes.flag() ? GL_READ_FRAMEBUFFER : bytes.next());
 }
 
+constexpr const char* labels[] = {"", "water", "a label that needs memory of its own", nullptr};
+
+/// Labels what there is, with and without the name of its object known in the Context in use.
+void label(World& world, Bytes& bytes) {
+    const char* const text = bytes.oneOf(labels);
+    const std::size_t place = bytes.below(2);
+    internal::label(world.vertices[place].object, text);
+    internal::label(world.pixels[place].object, text);
+    internal::label(world.vertexShaders[place], text);
+    internal::label(world.programs[place].object, text);
+    internal::label(world.shapes[place].drawable, text);
+    internal::label_of(world.programs[place].object);
+}
+
+void debugOutput(World&, Bytes& bytes) {
+    internal::DebugOutputSettings settings;
+    settings.callback = [](const internal::DebugMessage&) {};
+    if (bytes.flag())
+        internal::start_debug_output(settings);
+    else
+        internal::stop_debug_output();
+}
+
 } // namespace
 
 std::vector<Operation> stateOperations() {
@@ -117,6 +140,8 @@ std::vector<Operation> stateOperations() {
         {"state: keep", keepState, {}},
         {"state: reset", resetState, {{}, everything()}},
         {"internal: checks", check, {}},
+        {"internal: label", label, {}},
+        {"internal: start or stop debug output", debugOutput, {}},
     };
 }
 
