@@ -177,7 +177,7 @@ public:
                                EGL_CONTEXT_OPENGL_PROFILE_MASK,
                                EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
                                EGL_CONTEXT_OPENGL_FORWARD_COMPATIBLE,
-                               EGL_TRUE,
+                               settings.isForwardCompatible ? EGL_TRUE : EGL_FALSE,
                                EGL_NONE};
         context_ = egl_.eglCreateContext(display_, config,
                                          sharing != nullptr ? sharing->context_ : EGL_NO_CONTEXT,

@@ -5,6 +5,7 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/loader.hpp"
 #include "gl/names.hpp"
 #include "shading/info_log.hpp"
 
@@ -46,8 +47,16 @@ std::string_view versionLine(Shader::Version version) {
     return version410;
 }
 
+// GLSL 1.20 is GLSL 1.50 in a core context; in as many lines, for compilers tell their numbers.
+constexpr std::string_view version150 = "#version 150 \n";
+constexpr std::string_view fragmentMacros150 = "#define IN in \n"
+                                               "#define DECL_OUT0 out vec4 OUT0; \n"
+                                               "\n\n\n\n\n\n";
+
 /// What is put in front of a source of that version.
-std::string preamble(Shader::Version version, std::string_view macros) {
+std::string preamble(Shader::Version version, std::string_view macros, std::string_view macros150) {
+    if (version == Shader::Version::V210 && loader::isCore())
+        return std::string(version150).append(macros150);
     return std::string(versionLine(version)).append(macros);
 }
 
@@ -117,7 +126,7 @@ VertexShader::VertexShader(std::string_view source) : Shader(GL_VERTEX_SHADER) {
 }
 
 VertexShader::VertexShader(std::string_view source, Version version) : Shader(GL_VERTEX_SHADER) {
-    compileBehind(preamble(version, vertexMacros), source);
+    compileBehind(preamble(version, vertexMacros, vertexMacros), source);
 }
 
 VertexShader::~VertexShader() = default;
@@ -150,7 +159,7 @@ FragmentShader::FragmentShader(std::string_view source) : Shader(GL_FRAGMENT_SHA
 
 FragmentShader::FragmentShader(std::string_view source, Version version)
     : Shader(GL_FRAGMENT_SHADER) {
-    compileBehind(preamble(version, fragmentMacros), source);
+    compileBehind(preamble(version, fragmentMacros, fragmentMacros150), source);
 }
 
 FragmentShader::~FragmentShader() = default;

@@ -22,7 +22,7 @@ namespace {
 std::unique_ptr<offscreen::Context> openContext() {
     offscreen::Settings settings;
     std::string error;
-    if (!offscreen::platformFromEnvironment(settings.platform, error))
+    if (!offscreen::settingsFromEnvironment(settings, error))
         throw std::runtime_error(error);
     auto context = offscreen::Context::open(settings, error);
     if (context == nullptr)
