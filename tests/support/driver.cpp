@@ -45,7 +45,7 @@ void printDriver() {
 }
 
 void printExtensions() {
-    std::istringstream extensions(text(GL_EXTENSIONS));
+    std::istringstream extensions(extensionNames());
     for (std::string extension; extensions >> extension;)
         std::puts(extension.c_str());
 }

@@ -45,17 +45,8 @@ inline std::string problem(GLenum target = GL_FRAMEBUFFER) {
 
 /// Draws a rectangle of one colour, all of the viewport unless corners in clip coordinates are
 /// given. The depth is what the depth buffer gets: 0 is near, 1 far.
-inline void fill(const glm::vec4& color, float depth = 0.5f, glm::vec2 from = glm::vec2(-1.f),
-                 glm::vec2 to = glm::vec2(1.f)) {
-    const float z = 2.f * depth - 1.f;
-    glColor4f(color.r, color.g, color.b, color.a);
-    glBegin(GL_QUADS);
-    glVertex3f(from.x, from.y, z);
-    glVertex3f(to.x, from.y, z);
-    glVertex3f(to.x, to.y, z);
-    glVertex3f(from.x, to.y, z);
-    glEnd();
-}
+void fill(const glm::vec4& color, float depth = 0.5f, glm::vec2 from = glm::vec2(-1.f),
+          glm::vec2 to = glm::vec2(1.f));
 
 /// How many names up to 1000 are framebuffers, or renderbuffers: `liveNames(glIsFramebuffer)`.
 /// A context that lacks the entry point has none.
