@@ -28,7 +28,10 @@ struct Argument {
     template <class T>
     static Argument of(T value) {
         Argument argument;
-        if constexpr (std::is_pointer_v<T>) {
+        if constexpr (std::is_function_v<std::remove_pointer_t<T>>) {
+            argument.kind = Kind::Pointer;
+            argument.pointer = reinterpret_cast<const void*>(value);
+        } else if constexpr (std::is_pointer_v<T>) {
             argument.kind = Kind::Pointer;
             argument.pointer = value;
             argument.elementAt = elementReader<std::remove_cv_t<std::remove_pointer_t<T>>>();
