@@ -1,7 +1,5 @@
 #include "support/pixels.hpp"
 
-#include <iterator>
-
 #include "support/extension.hpp"
 
 namespace vellis::test {
@@ -34,9 +32,8 @@ GLuint makeProgram() {
     return program;
 }
 
-/// Draws four corners as a fan, with the program in use if there is one, through objects that end
-/// with the call. Leaves the bindings as they were.
-void drawInCore(const glm::vec4& color, const float (&corners)[12]) {
+/// Through objects that end with the call. Leaves the bindings as they were.
+void drawInCore(GLenum primitive, const std::vector<glm::vec3>& points, const glm::vec4& color) {
     const auto inUse = static_cast<GLuint>(stateOf(GL_CURRENT_PROGRAM));
     const int arrayBefore = stateOf(GL_VERTEX_ARRAY_BINDING);
     const int bufferBefore = stateOf(GL_ARRAY_BUFFER_BINDING);
@@ -52,11 +49,12 @@ void drawInCore(const glm::vec4& color, const float (&corners)[12]) {
     glBindVertexArray(array);
     glGenBuffers(1, &buffer);
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
-    glBufferData(GL_ARRAY_BUFFER, sizeof(corners), corners, GL_STREAM_DRAW);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(points.size() * sizeof(points[0])),
+                 points.data(), GL_STREAM_DRAW);
     const auto position = static_cast<GLuint>(glGetAttribLocation(program, "position"));
     glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, nullptr);
     glEnableVertexAttribArray(position);
-    glDrawArrays(GL_TRIANGLE_FAN, 0, 4);
+    glDrawArrays(primitive, 0, static_cast<GLsizei>(points.size()));
     glUseProgram(inUse);
     glBindVertexArray(static_cast<GLuint>(arrayBefore));
     glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(bufferBefore));
@@ -67,16 +65,20 @@ void drawInCore(const glm::vec4& color, const float (&corners)[12]) {
 
 } // namespace
 
+void drawByGl(GLenum primitive, const std::vector<glm::vec3>& points, const glm::vec4& color) {
+    if (isCore())
+        return drawInCore(primitive, points, color);
+    glColor4f(color.r, color.g, color.b, color.a);
+    glBegin(primitive);
+    for (const glm::vec3& point : points)
+        glVertex3f(point.x, point.y, point.z);
+    glEnd();
+}
+
 void fill(const glm::vec4& color, float depth, glm::vec2 from, glm::vec2 to) {
     const float z = 2.f * depth - 1.f;
-    const float corners[] = {from.x, from.y, z, to.x, from.y, z, to.x, to.y, z, from.x, to.y, z};
-    if (isCore())
-        return drawInCore(color, corners);
-    glColor4f(color.r, color.g, color.b, color.a);
-    glBegin(GL_QUADS);
-    for (std::size_t i = 0; i < std::size(corners); i += 3)
-        glVertex3fv(&corners[i]);
-    glEnd();
+    drawByGl(GL_TRIANGLE_FAN,
+             {{from.x, from.y, z}, {to.x, from.y, z}, {to.x, to.y, z}, {from.x, to.y, z}}, color);
 }
 
 } // namespace vellis::test

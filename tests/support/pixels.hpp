@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
@@ -42,6 +43,10 @@ inline std::string problem(GLenum target = GL_FRAMEBUFFER) {
     const char* name = internal::check_framebuffer_complete(target);
     return name == nullptr ? "" : name;
 }
+
+/// Draws with GL alone, in one colour: \p points are in clip coordinates. A program that is in use
+/// gets them as its only attribute, `position`.
+void drawByGl(GLenum primitive, const std::vector<glm::vec3>& points, const glm::vec4& color);
 
 /// Draws a rectangle of one colour, all of the viewport unless corners in clip coordinates are
 /// given. The depth is what the depth buffer gets: 0 is near, 1 far.
