@@ -109,10 +109,10 @@ Profile findProfile(const GladGLContext& gl) {
     if (gl.VERSION_3_2 == 0 || listsCompatibility || gl.GetIntegerv == nullptr ||
         !saysCoreProfile(gl.GetIntegerv))
         return Profile::Compatibility;
-    GLint flags = 0;
-    gl.GetIntegerv(GL_CONTEXT_FLAGS, &flags);
-    return (flags & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) != 0 ? Profile::ForwardCompatible
-                                                                 : Profile::Core;
+    GLint contextFlags = 0;
+    gl.GetIntegerv(GL_CONTEXT_FLAGS, &contextFlags);
+    return (contextFlags & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) != 0 ? Profile::ForwardCompatible
+                                                                        : Profile::Core;
 }
 
 /// What loadTable is called with.

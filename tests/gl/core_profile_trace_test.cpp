@@ -14,7 +14,6 @@
 #include <vellis/shading.hpp>
 #include <vellis/state.hpp>
 
-#include "gl/loader.hpp"
 #include "support/fake_context.hpp"
 #include "support/fake_gl.hpp"
 #include "support/stderr_capture.hpp"
@@ -42,6 +41,18 @@ void pretend(test::RecordedGl& gl, const char* version, int profile, int flags) 
     gl.setString(GL_VERSION, version);
     gl.setState(GL_CONTEXT_PROFILE_MASK, {profile});
     gl.setState(GL_CONTEXT_FLAGS, {flags});
+    gl.setState(GL_NUM_EXTENSIONS, {1});
+}
+
+enum class Profile { ForwardCompatible, Core, Compatibility };
+
+/// What the library takes the context for, by what it sets of two things that such a one may
+/// refuse.
+Profile profileOf(test::RecordedGl& gl) {
+    gl.forget();
+    Drawable::setPolygonMode(Face::Front, Mode::Line);
+    Drawable::setLineWidth(3.f);
+    return static_cast<Profile>(gl.takeCalls().size());
 }
 
 /// The entry points are those of a context that the test loads; at the end those of one that has no
@@ -49,6 +60,7 @@ void pretend(test::RecordedGl& gl, const char* version, int profile, int flags) 
 class CoreProfileTrace : public testing::Test {
 protected:
     ~CoreProfileTrace() override {
+        gl.makeCurrent(); // which contexts beside it may have ended
         load(0, 0, "2.1 fake");
         gl.ignoreTheRest();
     }
@@ -82,33 +94,31 @@ protected:
 };
 
 TEST_F(CoreProfileTrace, ProfileIsThatOfTheMaskAndTheFlags) {
-    using loader::Profile;
     load(core);
-    EXPECT_EQ(loader::profile(), Profile::Core);
+    EXPECT_EQ(profileOf(gl), Profile::Core);
     load(core, forwardCompatible);
-    EXPECT_EQ(loader::profile(), Profile::ForwardCompatible);
+    EXPECT_EQ(profileOf(gl), Profile::ForwardCompatible);
     load(compatibility);
-    EXPECT_EQ(loader::profile(), Profile::Compatibility);
+    EXPECT_EQ(profileOf(gl), Profile::Compatibility);
     load(0, forwardCompatible); // as some drivers answer where nobody has asked for a profile
-    EXPECT_EQ(loader::profile(), Profile::Compatibility);
+    EXPECT_EQ(profileOf(gl), Profile::Compatibility);
     load(core, 0, "3.1 fake"); // which has no profiles
-    EXPECT_EQ(loader::profile(), Profile::Compatibility);
+    EXPECT_EQ(profileOf(gl), Profile::Compatibility);
 }
 
 TEST_F(CoreProfileTrace, ContextThatListsCompatibilityIsNotAsked) {
     load(compatibility);
     EXPECT_EQ(timesAsked("GL_CONTEXT_PROFILE_MASK"), 1);
-    gl.setState(GL_NUM_EXTENSIONS, {2});
-    gl.answer(glad_glGetStringi, [](GLenum, GLuint index) {
-        return reinterpret_cast<const GLubyte*>(index == 0 ? "GL_ARB_compatibility" : "GL_ARB_b");
-    });
+    const char* name = "GL_ARB_compatibility";
+    gl.answer(glad_glGetStringi,
+              [&](GLenum, GLuint) { return reinterpret_cast<const GLubyte*>(name); });
     load(core);
     EXPECT_EQ(timesAsked("GL_CONTEXT_PROFILE_MASK"), 0);
     EXPECT_EQ(timesAsked("GL_CONTEXT_FLAGS"), 0);
-    EXPECT_EQ(loader::profile(), loader::Profile::Compatibility);
-    gl.setState(GL_NUM_EXTENSIONS, {0});
+    EXPECT_EQ(profileOf(gl), Profile::Compatibility);
+    name = "GL_ARB_ES2_compatibility";
     load(core); // what was listed once is not listed now
-    EXPECT_EQ(loader::profile(), loader::Profile::Core);
+    EXPECT_EQ(profileOf(gl), Profile::Core);
 }
 
 TEST_F(CoreProfileTrace, ContextsHaveProfilesOfTheirOwn) {
@@ -122,12 +132,14 @@ TEST_F(CoreProfileTrace, ContextsHaveProfilesOfTheirOwn) {
     const auto other = Context::make(FakeGl::lookUp);
     ASSERT_NE(one, nullptr);
     ASSERT_NE(other, nullptr);
-    EXPECT_FALSE(loader::isCore());
+    EXPECT_EQ(profileOf(second), Profile::Compatibility);
     ASSERT_TRUE(first.makeCurrent());
     ASSERT_TRUE(one->use());
-    EXPECT_TRUE(loader::isCore());
-    Context::useProcess();
-    EXPECT_FALSE(loader::isCore());
+    EXPECT_EQ(profileOf(first), Profile::Core);
+    Context::useProcess(); // which has loaded nothing
+    EXPECT_EQ(profileOf(first), Profile::Compatibility);
+    first.ignoreTheRest();
+    second.ignoreTheRest();
 }
 
 TEST_F(CoreProfileTrace, PolygonModeOfBothFacesIsThatOfTheFront) {

@@ -12,8 +12,8 @@ void main() { gl_Position = vec4(position, 1.0); }
 
 constexpr const char* fragmentSource = R"(#version 150
 uniform vec4 color;
-out vec4 result;
-void main() { result = color; }
+out vec4 results[4];
+void main() { results[0] = results[1] = results[2] = results[3] = color; }
 )";
 
 void attach(GLuint program, GLenum type, const char* source) {
