@@ -154,9 +154,9 @@ TEST_P(CoreProfileRender, PortableSourcesCompileAsTheOldestVersion) {
         VertexShader::make("IN vec2 position;\nOUT vec2 place;\n"
                            "void main() { place = position; gl_Position = vec4(position, 0, 1); }",
                            Shader::Version::V210),
-        FragmentShader::make(
-            "IN vec2 place;\nDECL_OUT0;\nvoid main() { OUT0 = vec4(place, 1, 1); }",
-            Shader::Version::V210));
+        FragmentShader::make("IN vec2 place;\nDECL_OUT0;\nuniform sampler2D image;\n"
+                             "void main() { OUT0 = vec4(texture2D(image, place).rg, 1, 1); }",
+                             Shader::Version::V210));
     EXPECT_FALSE(program->hasLinkError()) << program->linkLog();
     EXPECT_THAT(stderrOf([&] { internal::print_fragment_shader(program->id()); }),
                 HasSubstr(" 1: #version 150"));

@@ -249,7 +249,10 @@ TEST_F(CoreProfileTrace, PortableSourcesOf120AreGlsl150InAsManyLines) {
         EXPECT_EQ(std::count(sources[i].begin(), sources[i].end(), '\n'),
                   std::count(old[i].begin(), old[i].end(), '\n'));
     }
+    for (const std::string& source : sources)
+        EXPECT_THAT(source, HasSubstr("#define texture2D texture \n"));
     EXPECT_THAT(sources[0], HasSubstr("#define OUT out"));
+    EXPECT_THAT(sources[0], testing::EndsWith("\nvertex"));
     EXPECT_THAT(sources[1], HasSubstr("#define DECL_OUT0 out vec4 OUT0; \n"));
     EXPECT_THAT(sources[1], testing::EndsWith("\nfragment"));
 }

@@ -36,7 +36,8 @@ namespace vellis {
 /// | `OUT0` | fragment | `gl_FragColor` | the output that `DECL_OUT0` declares |
 ///
 /// A core context need not have GLSL 1.20: there `V210` is GLSL 1.50, whose `DECL_OUT0;` is
-/// `out vec4 OUT0;`.
+/// `out vec4 OUT0;`. `texture1D`, `texture2D`, `texture3D` and `textureCube`, which it lacks, are
+/// macros for `texture` then.
 ///
 /// A source may be a string, characters up to a NUL, a view, or what converts to one of these. GL
 /// gets it as one text that a NUL ends, so that what follows a NUL within a source is left out;
