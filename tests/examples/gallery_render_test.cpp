@@ -36,7 +36,14 @@ void expectOneSentence(const Outcome& run, const fs::path& folder,
     EXPECT_FALSE(fs::exists(folder));
 }
 
+/// Skips a test of pictures that need wide lines where the environment asks for contexts without.
+#define SKIP_WHERE_LINES_ARE_THIN()                                                                \
+    if (const auto settings = renderSettings(1, 1);                                                \
+        settings.coreVersion > 0 && settings.isForwardCompatible)                                  \
+    GTEST_SKIP() << "a forward-compatible context lacks lines wider than 1"
+
 TEST(GalleryProgram, LeavesAPictureOfEachPanelAndAContactSheetAndSaysWhere) {
+    SKIP_WHERE_LINES_ARE_THIN();
     const TemporaryFolder folder;
     const fs::path target = folder.path() / "a new" / "folder";
     const Outcome run = runGallery(quoted(target));
@@ -89,6 +96,7 @@ TEST(GalleryProgram, SaysThatAFileStandsInPlaceOfTheFolder) {
 }
 
 TEST(GalleryProgram, SaysWhichPictureCannotBeWrittenAndLeavesNoPartOfIt) {
+    SKIP_WHERE_LINES_ARE_THIN();
     const TemporaryFolder folder;
     const fs::path inTheWay =
         folder.path() / (std::string(gallery::panels().front().name) + ".png");
