@@ -37,7 +37,7 @@ std::string listedExtensions() {
     glGetIntegerv(GL_NUM_EXTENSIONS, &count);
     for (int i = 0; i < count && names.size() < numShown; ++i) {
         const GLubyte* const name = glGetStringi(GL_EXTENSIONS, static_cast<unsigned int>(i));
-        names.append(name != nullptr ? reinterpret_cast<const char*>(name) : "").append(" ");
+        names.append(name != nullptr ? reinterpret_cast<const char*>(name) : "") += ' ';
     }
     return names;
 }

@@ -22,7 +22,8 @@ struct Registry {
 
 /// A source of a built-in program with \p preamble in the place of its first line.
 std::string inCore(const char* preamble, const char* source) {
-    return std::string(preamble).append(std::strchr(source, '\n'));
+    std::string text;
+    return text.append(preamble).append(std::strchr(source, '\n'));
 }
 
 /// What lookups that find nothing give.
