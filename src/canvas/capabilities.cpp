@@ -2,17 +2,15 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/entry_points.hpp"
+
 namespace vellis::canvas {
 namespace {
 
 /// Whether the context has what GL 3.1 has removed.
 bool keepsFixedFunctions() {
-    if (GLAD_GL_VERSION_3_2 != 0) {
-        int profile = 0;
-        glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
-        return (profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT) != 0;
-    }
-    return GLAD_GL_VERSION_3_1 == 0;
+    return GLAD_GL_VERSION_3_2 != 0 ? !loader::saysCoreProfile(glGetIntegerv)
+                                    : GLAD_GL_VERSION_3_1 == 0;
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 
 #include "gl/enumerator_names.hpp"
 #include "gl/labels.hpp"
+#include "gl/loader.hpp"
 #include "gl/log.hpp"
 #include "shading/info_log.hpp"
 #include "state/state_values.hpp"
@@ -27,6 +28,19 @@ static_assert(haveRoom(limits));
 
 const char* glString(unsigned int name) {
     return printable(reinterpret_cast<const char*>(glGetString(name)));
+}
+
+/// The start of the list of extensions, which a core context gives one by one.
+std::string listedExtensions() {
+    constexpr std::size_t numShown = 276; // of the line
+    std::string names;
+    int count = 0;
+    glGetIntegerv(GL_NUM_EXTENSIONS, &count);
+    for (int i = 0; i < count && names.size() < numShown; ++i) {
+        const GLubyte* const name = glGetStringi(GL_EXTENSIONS, static_cast<unsigned int>(i));
+        names.append(name != nullptr ? reinterpret_cast<const char*>(name) : "") += ' ';
+    }
+    return names;
 }
 
 /// Memory for a text of a length that GL gave, all zero, so that it ends whatever GL writes.
@@ -135,7 +149,8 @@ void print_gl_info() {
 }
 
 void print_gl_extensions() {
-    log(logTitle, "OpenGL extensions: %s", glString(GL_EXTENSIONS));
+    log(logTitle, "OpenGL extensions: %s",
+        loader::isCore() ? listedExtensions().c_str() : glString(GL_EXTENSIONS));
 }
 
 void print_gl_caps() {

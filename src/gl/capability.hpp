@@ -2,6 +2,8 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/loader.hpp"
+
 namespace vellis::state {
 
 /// `glEnable` or `glDisable`.
@@ -10,6 +12,12 @@ inline void switchCapability(unsigned int capability, bool on) {
         glEnable(capability);
     else
         glDisable(capability);
+}
+
+/// `glLineWidth`, but for a width that the context does not have.
+inline void setLineWidth(float width) {
+    if (!(width > 1.f) || loader::profile() != loader::Profile::ForwardCompatible)
+        glLineWidth(width);
 }
 
 } // namespace vellis::state

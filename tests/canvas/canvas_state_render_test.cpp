@@ -242,10 +242,14 @@ const Setting settings[] = {
      }},
     {"the alpha test",
      [] {
+         if (isCore())
+             return;
          glEnable(GL_ALPHA_TEST);
          glAlphaFunc(GL_NEVER, 0.f);
      },
      [] {
+         if (isCore())
+             return;
          glDisable(GL_ALPHA_TEST);
          glAlphaFunc(GL_ALWAYS, 0.f);
      }},
@@ -255,7 +259,7 @@ const Setting settings[] = {
      [] {
          glEnable(GL_LINE_SMOOTH);
          glEnable(GL_POLYGON_SMOOTH);
-         glLineWidth(5.f);
+         glLineWidth(isForwardCompatible() ? 0.5f : 5.f);
      },
      [] {
          glDisable(GL_LINE_SMOOTH);
@@ -295,6 +299,8 @@ const Setting settingsTogether[] = {
     {"everything", [] { setAll(true); }, [] { setAll(false); }},
     {"two polygon modes",
      [] {
+         if (isCore())
+             return;
          glPolygonMode(GL_FRONT, GL_FILL);
          glPolygonMode(GL_BACK, GL_POINT);
      },

@@ -15,8 +15,8 @@ namespace vellis::internal {
 VELLIS_EXPORT void print_gl_info();
 
 /// Prints `Corvane: OpenGL extensions: ` and the list of extensions on one line, which is cut at
-/// 276 characters behind the title: the start of the list. One `glGetString`; in a core profile,
-/// which has no such list, `(null)`.
+/// 276 characters behind the title: the start of the list. One `glGetString`; in a core context,
+/// which gives them one by one, a `glGetIntegerv` and a `glGetStringi` for each that is shown.
 VELLIS_EXPORT void print_gl_extensions();
 
 /// Prints 19 limits of the context, a line each: `Corvane: MAX_TEXTURE_SIZE = 16384`. The largest
