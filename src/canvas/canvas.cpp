@@ -2,6 +2,9 @@
 
 #include <cmath>
 
+#include <vellis/gl.hpp>
+#include <vellis/texture/texture.hpp>
+
 #include "canvas/painter.hpp"
 
 namespace vellis {
@@ -9,6 +12,15 @@ namespace vellis {
 using canvas::BufferPoints;
 using canvas::Kind;
 using canvas::Recorder;
+
+namespace {
+
+/// Whether there are texels that a canvas reads: those of two dimensions.
+bool isDrawable(const std::shared_ptr<const Texture>& texture) {
+    return texture != nullptr && texture->type() == GL_TEXTURE_2D;
+}
+
+} // namespace
 
 Canvas::Canvas() : painter_(std::make_unique<canvas::Painter>()) {}
 
@@ -43,6 +55,10 @@ void Canvas::setOrigin(const glm::dvec3& origin) {
 
 void Canvas::setPixelRatio(float ratio) {
     painter_->setPixelRatio(ratio);
+}
+
+void Canvas::setPixelsDownward(bool isDownward) {
+    painter_->setPixelUp(isDownward ? -1.f : 1.f);
 }
 
 void Canvas::setOverlap(Overlap overlap) {
@@ -113,6 +129,28 @@ void Canvas::drawBullseyes(const Colors& colors, const Colors& colors2, const Si
                            const Points& points) {
     if (Recorder* const recorder = painter_->recorder())
         recorder->bullseyes(colors, colors2, sizes, points, painter_->setting());
+}
+
+void Canvas::drawImage(const std::shared_ptr<const Texture>& texture, const ImageFrame& frame,
+                       const TexturePart& part, const glm::vec4& tint) {
+    Recorder* const recorder = painter_->recorder();
+    if (recorder == nullptr || !isDrawable(texture))
+        return;
+    const glm::dvec2 corners[] = {frame.corner, frame.corner + frame.right, frame.corner + frame.up,
+                                  frame.corner + frame.right + frame.up};
+    recorder->image(texture, Points(corners, 4), part, canvas::toColor(tint), painter_->setting());
+}
+
+void Canvas::drawQuads(const std::shared_ptr<const Texture>& texture, const QuadStyle& style,
+                       const glm::vec4& color, const glm::dvec3& place, const PixelQuad* quads,
+                       std::size_t count) {
+    Recorder* const recorder = painter_->recorder();
+    if (recorder == nullptr || quads == nullptr || !isDrawable(texture))
+        return;
+    const glm::dvec2 inPlane(place.x, place.y);
+    const Points point = place.z == 0. ? Points(&inPlane, 1) : Points(&place, 1);
+    recorder->quads(texture, style, point, quads, count, canvas::toColor(color),
+                    painter_->setting());
 }
 
 void Canvas::drawQuad(const Colors& fillColors, const Stroke& outline, const Points& points) {

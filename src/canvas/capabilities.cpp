@@ -27,6 +27,7 @@ Capabilities Capabilities::ask() {
                              (GLAD_GL_VERSION_3_0 != 0 || GLAD_GL_ARB_framebuffer_object != 0);
     result.hasRestart = GLAD_GL_VERSION_3_1 != 0;
     result.hasFixedFunctions = keepsFixedFunctions();
+    result.hasSamplers = GLAD_GL_ARB_sampler_objects != 0 && glBindSampler != nullptr;
     result.hasGlsl150 = GLAD_GL_VERSION_3_2 != 0;
     int numUnits = 0;
     glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS, &numUnits);

@@ -9,6 +9,7 @@ struct Capabilities {
     bool hasFramebuffers;   ///< with bindings of their own for drawing and reading
     bool hasRestart;        ///< primitive restart, which indices would run into
     bool hasFixedFunctions; ///< such as the alpha test
+    bool hasSamplers;       ///< sampler objects, which stand in for the parameters of a texture
     bool hasGlsl150;        ///< which every context has that lacks GLSL 1.20
     unsigned int lastUnit;  ///< the last texture unit of fragment shaders
 

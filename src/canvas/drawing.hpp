@@ -27,8 +27,9 @@ enum class Kind : unsigned char {
     Strip,     ///< the points of lines, each piece of which is a quad: see StrokeRecord
     Segments,  ///< lines of one piece, two records each
     Discs,     ///< round points
+    Images,    ///< quads with a part of a texture: see ImageRecord
 };
-constexpr std::size_t numKinds = 5;
+constexpr std::size_t numKinds = 6;
 
 /// A corner of a line or a triangle: \p D numbers for its place, then its colour.
 template <unsigned int D>
@@ -56,6 +57,16 @@ struct Disc {
     Color color;
 };
 
+/// A corner of a quad with a part of a texture. A record is all four: first from the corner where
+/// the part begins along the rows of the texture, then the other side in the same way.
+template <unsigned int D>
+struct ImageCorner {
+    float position[D];
+    float offset[2]; ///< in pixels
+    float part[2];   ///< in the texture
+    Color color;
+};
+
 /// The size of a record in bytes: of a kind, and with 2 or 3 dimensions.
 constexpr std::size_t recordSize(Kind kind, unsigned int dimensions) {
     const std::size_t position = dimensions * sizeof(float);
@@ -67,6 +78,8 @@ constexpr std::size_t recordSize(Kind kind, unsigned int dimensions) {
         return position + 2 * sizeof(float) + sizeof(Color);
     case Kind::Segments:
         return 2 * recordSize(Kind::Strip, dimensions);
+    case Kind::Images:
+        return 4 * (position + 4 * sizeof(float) + sizeof(Color));
     case Kind::Discs:
         break;
     }
@@ -78,10 +91,16 @@ constexpr bool isFlat(Kind kind) {
     return kind < Kind::Strip;
 }
 
+/// Whether records stand in memory once, also where GL has no instanced arrays: those of quads with
+/// textures hold all vertices.
+constexpr bool standsOnce(Kind kind) {
+    return isFlat(kind) || kind == Kind::Images;
+}
+
 /// How many vertices GL makes of a record: a corner, a quad or a triangle around a disc. Where it
-/// has no instanced arrays, a record stands in memory as often.
+/// has no instanced arrays, a record stands in memory as often, unless it stands there once anyway.
 constexpr unsigned int verticesOf(Kind kind) {
-    return kind == Kind::Discs ? 3 : isFlat(kind) ? 1 : 4;
+    return kind == Kind::Discs ? 3 : standsOnce(kind) ? 1 : 4;
 }
 
 /// The arena of a kind: lines and triangles share theirs.
@@ -89,7 +108,7 @@ constexpr std::size_t arenaOf(Kind kind, unsigned int dimensions) {
     const std::size_t kinds = kind == Kind::Lines ? 0 : static_cast<std::size_t>(kind) - 1;
     return 2 * kinds + (dimensions - 2);
 }
-constexpr std::size_t numArenas = 8;
+constexpr std::size_t numArenas = 10;
 
 /// Records of one kind, side by side.
 struct Arena {
@@ -139,6 +158,9 @@ struct Look {
     Overlap overlap = {};
     bool isFromBuffer = false; ///< whether `points` are drawn, and no records
     BufferPoints points = {};
+    const Texture* texture = nullptr; ///< of images: one of Drawing::textures
+    bool isCoverage = false;          ///< whether its texels are coverage
+    bool isOnWholePixels = false;     ///< whether the offsets of images are from a corner of pixels
 
     /// Leaves the matrix alone, and what is not used then as it was.
     void reset(const glm::mat4& newMatrix) {
@@ -148,12 +170,15 @@ struct Look {
         style.cap = Stroke::Cap::Butt;
         style.miterLimit = 0.f;
         paintsOnce = isFromBuffer = false;
+        texture = nullptr;
+        isCoverage = isOnWholePixels = false;
     }
 
     /// Whether records of both can be drawn by one call.
     bool isSameAs(const Look& other) const {
         return !paintsOnce && !other.paintsOnce && !isFromBuffer && !other.isFromBuffer &&
-               matrix == other.matrix && style == other.style;
+               matrix == other.matrix && style == other.style && texture == other.texture &&
+               isCoverage == other.isCoverage && isOnWholePixels == other.isOnWholePixels;
     }
 };
 
@@ -185,6 +210,7 @@ struct Drawing {
     std::vector<Command> commands;
     std::vector<Look> looks;
     std::vector<std::shared_ptr<const VertexBuffer>> buffers; ///< the caller's, to keep them
+    std::vector<std::shared_ptr<const Texture>> textures;     ///< the same
 };
 
 } // namespace vellis::canvas

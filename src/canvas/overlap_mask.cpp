@@ -26,18 +26,6 @@ bool writesAllColors(const unsigned char (&mask)[4]) {
 
 } // namespace
 
-OverlapMask::TextureUse::TextureUse(unsigned int texture, unsigned int unit) {
-    glGetIntegerv(GL_ACTIVE_TEXTURE, &activeUnit_);
-    glActiveTexture(GL_TEXTURE0 + unit);
-    glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture_);
-    glBindTexture(GL_TEXTURE_2D, texture);
-}
-
-OverlapMask::TextureUse::~TextureUse() {
-    glBindTexture(GL_TEXTURE_2D, gl(texture_));
-    glActiveTexture(gl(activeUnit_));
-}
-
 bool OverlapMask::makeAtLeast(int width, int height, const Capabilities& capabilities) {
     const bool isThere = framebuffer_.name() != 0 && texture_.name() != 0;
     if (isThere && width <= width_ && height <= height_)
@@ -63,7 +51,7 @@ bool OverlapMask::makeAtLeast(int width, int height, const Capabilities& capabil
     glGetIntegerv(GL_PIXEL_UNPACK_BUFFER_BINDING, &pixelBuffer);
     glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
     {
-        const TextureUse use(texture_.name(), capabilities.lastUnit);
+        const TextureUse use(texture_.name(), capabilities);
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
         glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, width_, height_, 0, GL_RGBA, GL_UNSIGNED_BYTE,

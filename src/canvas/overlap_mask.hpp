@@ -2,6 +2,7 @@
 
 #include "canvas/capabilities.hpp"
 #include "canvas/gl_object.hpp"
+#include "canvas/texture_use.hpp"
 
 namespace vellis::canvas {
 
@@ -31,7 +32,7 @@ public:
     /// Binds the mask to the last texture unit, for \p draw, and then what was bound there.
     template <class Draw>
     void read(const Capabilities& capabilities, Draw draw) {
-        const TextureUse use(texture_.name(), capabilities.lastUnit);
+        const TextureUse use(texture_.name(), capabilities);
         draw();
     }
 
@@ -39,19 +40,6 @@ public:
     int height() const { return height_; }
 
 private:
-    /// What is bound to a texture unit, for the time of a scope.
-    class TextureUse {
-    public:
-        TextureUse(unsigned int texture, unsigned int unit);
-        ~TextureUse();
-        TextureUse(const TextureUse&) = delete;
-        TextureUse& operator=(const TextureUse&) = delete;
-
-    private:
-        int activeUnit_ = 0;
-        int texture_ = 0;
-    };
-
     bool makeAtLeast(int width, int height, const Capabilities& capabilities);
 
     /// The caller's state.

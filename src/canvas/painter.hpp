@@ -28,6 +28,7 @@ public:
     void setTransform(const glm::mat4& transform);
     void setOrigin(const glm::dvec3& origin);
     void setPixelRatio(float ratio);
+    void setPixelUp(float up) { setting_.pixelUp = up; }
     void setPaintsOnce(bool once) { setting_.paintsOnce = once; }
     void beginPicture(const glm::mat4& mvp);
     std::unique_ptr<KeptDrawing> endPicture();

@@ -65,10 +65,45 @@ void main() {
 }
 )";
 
-const char maskFragmentSource[] = R"(uniform sampler2D mask;
+const char maskFragmentSource[] = R"(uniform sampler2D texels;
 uniform vec4 frame, styleColor;
 void main() {
-  OUT0 = vec4(styleColor.rgb, TEXTURE(mask, (gl_FragCoord.xy - frame.xy) * frame.zw).a);
+  OUT0 = vec4(styleColor.rgb, TEXTURE(texels, (gl_FragCoord.xy - frame.xy) * frame.zw).a);
+}
+)";
+
+// The place of a vertex, moved by so many pixels; with WHOLE_PIXELS from the nearest corner of
+// pixels on.
+const char imageVertexSource[] = R"(uniform mat4 matrix;
+uniform vec4 viewport;
+IN vec3 position;
+IN vec2 offset, part;
+IN vec4 color;
+OUT vec4 paint;
+OUT vec2 place;
+void main() {
+  vec4 c = matrix * vec4(position, 1);
+  vec2 scale = .5 * viewport.zw;
+  paint = color;
+  place = part;
+#ifdef WHOLE_PIXELS
+  vec2 pixel = floor((c.xy / c.w + 1.) * scale + .5) + offset;
+  gl_Position = c.z < -c.w || c.w <= 0. ? vec4(2, 2, 2, 1) : vec4(pixel / scale - 1., c.z / c.w, 1);
+#else
+  gl_Position = c + vec4(offset / scale * c.w, 0, 0);
+#endif
+}
+)";
+
+const char imageFragmentSource[] = R"(uniform sampler2D texels;
+IN vec4 paint;
+IN vec2 place;
+void main() {
+#ifdef COVERAGE
+  OUT0 = vec4(paint.rgb, paint.a * TEXTURE(texels, place).r);
+#else
+  OUT0 = paint * TEXTURE(texels, place);
+#endif
 }
 )";
 

@@ -17,5 +17,7 @@ extern const char discFragmentSource[];
 /// A colour where a mask is.
 extern const char maskVertexSource[];
 extern const char maskFragmentSource[];
+extern const char imageVertexSource[];
+extern const char imageFragmentSource[];
 
 } // namespace vellis::canvas

@@ -18,10 +18,9 @@ struct Sources {
 
 /// In the order of ProgramFamily.
 const Sources sources[] = {
-    {flatVertexSource, flatFragmentSource},
-    {strokeVertexSource, strokeFragmentSource},
-    {discVertexSource, discFragmentSource},
-    {maskVertexSource, maskFragmentSource},
+    {flatVertexSource, flatFragmentSource},   {strokeVertexSource, strokeFragmentSource},
+    {discVertexSource, discFragmentSource},   {maskVertexSource, maskFragmentSource},
+    {imageVertexSource, imageFragmentSource},
 };
 
 struct AttributeName {
@@ -34,13 +33,14 @@ constexpr AttributeName attributeNames[] = {
     {"p1", firstPointLocation + 1},   {"p2", firstPointLocation + 2},
     {"p3", firstPointLocation + 3},   {"phaseAndHalf", sizeLocation},
     {"radius", sizeLocation},         {"color", colorLocation},
-    {"nextColor", nextColorLocation},
+    {"nextColor", nextColorLocation}, {"offset", firstPointLocation},
+    {"part", sizeLocation},
 };
 
 /// In the order of UniformName.
 constexpr const char* uniformNames[numUniforms] = {
     "matrix",    "viewport",  "miterLimit", "dashes", "dashPeriod", "dashMatrix",
-    "dashScale", "halfWidth", "styleColor", "mask",   "frame",      "box"};
+    "dashScale", "halfWidth", "styleColor", "texels", "frame",      "box"};
 
 /// The lines that say which joins and caps strokes have.
 std::string endsOf(unsigned int variants) {
@@ -56,10 +56,10 @@ std::string preamble(const Capabilities& capabilities, bool isVertex, unsigned i
         unsigned int variant;
         const char* line;
     };
-    constexpr VariantName names[] = {{dashed, "#define DASHED\n"},
-                                     {alone, "#define ALONE\n"},
-                                     {gradient, "#define GRADIENT\n"},
-                                     {uniformStyle, "#define UNIFORM_STYLE\n"}};
+    constexpr VariantName names[] = {
+        {dashed, "#define DASHED\n"},     {alone, "#define ALONE\n"},
+        {gradient, "#define GRADIENT\n"}, {uniformStyle, "#define UNIFORM_STYLE\n"},
+        {coverage, "#define COVERAGE\n"}, {wholePixels, "#define WHOLE_PIXELS\n"}};
     std::string result;
     if (capabilities.hasGlsl150) {
         result = "#version 150\n#define OUT out\n#define IN in\n#define TEXTURE texture\n"

@@ -12,16 +12,17 @@ namespace vellis::canvas {
 /// What the attributes of all programs of a canvas have for locations. Location 0 is that of the
 /// attribute that differs from vertex to vertex: GL may take that one's number of vertices.
 enum Location : unsigned int {
-    cornerLocation = 0,     ///< of the quad or the triangle; of lines and triangles the position
-    firstPointLocation = 1, ///< the four points of a stroke; the first is the centre of a disc
-    sizeLocation = 5,       ///< phase and half width; the radius of a disc
+    cornerLocation =
+        0, ///< of the quad or the triangle; of lines, triangles and images the position
+    firstPointLocation = 1, ///< the four points of a stroke; the centre of a disc; an offset
+    sizeLocation = 5,       ///< phase and half width; the radius of a disc; a place in a texture
     colorLocation = 6,
     nextColorLocation = 7,
 };
 constexpr unsigned int numLocations = 8;
 
 /// The programs, by what they draw.
-enum class ProgramFamily : unsigned char { Flat, Stroke, Disc, Mask };
+enum class ProgramFamily : unsigned char { Flat, Stroke, Disc, Mask, Image };
 
 /// What a program of a family does beyond the plain one: bits.
 enum Variant : unsigned int {
@@ -29,6 +30,9 @@ enum Variant : unsigned int {
     gradient = 2,     ///< strokes with a colour for each point
     uniformStyle = 4, ///< one colour and size for all, from uniforms
     alone = 8,        ///< strokes of one piece, solid, of one colour, with straight ends
+    // Ahead of these stand the ends of strokes: see withEnds().
+    coverage = 256,    ///< images whose texels are coverage
+    wholePixels = 512, ///< images that begin at the corner of a pixel
 };
 
 /// A variant whose strokes have these joins and caps.
@@ -47,7 +51,7 @@ enum class UniformName : unsigned char {
     DashScale,
     HalfWidth,
     StyleColor,
-    Mask,
+    Texels,
     Frame,
     Box,
 };

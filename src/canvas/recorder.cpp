@@ -401,6 +401,67 @@ void Recorder::aliasedLines(Shape shape, PointReader& points, const ColorReader&
     }
 }
 
+// --- Images ---
+
+void Recorder::beginImages(const std::shared_ptr<const Texture>& texture, unsigned int dimensions,
+                           const Setting& setting) {
+    begin(Kind::Images, dimensions, setting.matrix);
+    if (drawing_.textures.empty() || drawing_.textures.back() != texture)
+        drawing_.textures.push_back(texture);
+    look_.texture = texture.get();
+}
+
+void Recorder::putImage(const Vertex (&corners)[4], const TexturePart& part, Color color) {
+    const glm::vec2 places[] = {
+        part.from, {part.to.x, part.from.y}, {part.from.x, part.to.y}, part.to};
+    Record record;
+    for (int i = 0; i < 4; ++i) {
+        const Vertex& corner = corners[i];
+        record.add(corner.point, dimensions_).add(corner.offset).add(places[i]).add(color);
+    }
+    put(record);
+}
+
+void Recorder::image(const std::shared_ptr<const Texture>& texture, const Points& corners,
+                     const TexturePart& part, Color tint, const Setting& setting) {
+    PointReader reader(corners, setting.placement);
+    Vertex vertices[4] = {};
+    for (std::size_t i = 0; i < 4; ++i) {
+        vertices[i].point = reader[i];
+        if (!isFinite(vertices[i].point))
+            return;
+    }
+    if (!isFinite({part.from, 0.f}) || !isFinite({part.to, 0.f}))
+        return;
+    beginImages(texture, reader.dimensions(), setting);
+    putImage(vertices, part, tint);
+}
+
+void Recorder::quads(const std::shared_ptr<const Texture>& texture, const QuadStyle& style,
+                     const Points& place, const PixelQuad* quads, std::size_t count, Color color,
+                     const Setting& setting) {
+    PointReader reader(place, setting.placement);
+    const glm::vec3 point = reader[0];
+    if (count == 0 || !isFinite(point))
+        return;
+    beginImages(texture, reader.dimensions(), setting);
+    look_.isCoverage = style.texels == Texels::Coverage;
+    look_.isOnWholePixels = style.onWholePixels;
+    for (std::size_t i = 0; i < count; ++i) {
+        const PixelQuad& quad = quads[i];
+        const glm::vec2 opposite = quad.corner + quad.right + quad.up;
+        if (!isFinite({quad.corner, quad.right.x}) || !isFinite({opposite, quad.right.y}) ||
+            !isFinite({quad.part.from, 0.f}) || !isFinite({quad.part.to, 0.f}))
+            continue;
+        const auto at = [&](const glm::vec2& offset) {
+            return Vertex{point, {offset.x, offset.y * setting.pixelUp}};
+        };
+        putImage({at(quad.corner), at(quad.corner + quad.right), at(quad.corner + quad.up),
+                  at(opposite)},
+                 quad.part, color);
+    }
+}
+
 // --- Areas and points ---
 
 void Recorder::area(Shape shape, const Colors& colors, const Points& points,

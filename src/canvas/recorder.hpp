@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include <vellis/canvas/canvas.hpp>
+#include <vellis/canvas/image.hpp>
 #include <vellis/canvas/points.hpp>
 #include <vellis/canvas/stroke.hpp>
 
@@ -20,6 +21,7 @@ struct Setting {
     glm::mat4 matrix{1.f}; ///< from placed points to clip coordinates; of a picture, to its own
     glm::mat4 pixelMatrix{1.f}; ///< from placed points to clip coordinates, for lengths of dashes
     float pixelRatio = 1.f;
+    float pixelUp = 1.f;    ///< -1 where the pixels of quads count downwards
     bool paintsOnce = true; ///< whether half-transparent strokes paint each pixel once
 };
 
@@ -54,6 +56,7 @@ public:
         numWords_ += dimensions;
         return *this;
     }
+    Record& add(const glm::vec2& numbers) { return add(numbers.x).add(numbers.y); }
     Record& add(float number) {
         std::memcpy(words_ + numWords_++, &number, sizeof number);
         return *this;
@@ -74,7 +77,7 @@ public:
     }
 
 private:
-    std::uint32_t words_[12]; ///< up to two records of strokes in space
+    std::uint32_t words_[32]; ///< up to the corners of an image in space
     unsigned int numWords_ = 0;
 };
 
@@ -102,6 +105,16 @@ public:
     /// Discs within discs, bullseye by bullseye.
     void bullseyes(const Colors& colors, const Colors& colors2, const Sizes& sizes,
                    const Points& points, const Setting& setting);
+
+    /// An image whose corners are four points: that where its part begins, the next one along its
+    /// rows, and then the same on the other side.
+    void image(const std::shared_ptr<const Texture>& texture, const Points& corners,
+               const TexturePart& part, Color tint, const Setting& setting);
+
+    /// Quads of so many pixels around a place, which is one point.
+    void quads(const std::shared_ptr<const Texture>& texture, const QuadStyle& style,
+               const Points& place, const PixelQuad* quads, std::size_t count, Color color,
+               const Setting& setting);
 
     /// Points of a buffer, which GL draws from there.
     /// \param kind    Lines, triangles, a strip or discs.
@@ -148,6 +161,17 @@ private:
                   const Setting& setting);
     void aliasedLines(Shape shape, PointReader& points, const ColorReader& colors,
                       const Setting& setting);
+
+    /// Has the records from now on be images of a texture.
+    void beginImages(const std::shared_ptr<const Texture>& texture, unsigned int dimensions,
+                     const Setting& setting);
+
+    /// A corner of an image, as it will stand in memory.
+    struct Vertex {
+        glm::vec3 point;
+        glm::vec2 offset;
+    };
+    void putImage(const Vertex (&corners)[4], const TexturePart& part, Color color);
 
     /// Puts what is of no length in the middle of a stroke: a disc where its caps are round.
     void putDot(const glm::vec3& point, Color color, const Stroke& stroke, const Setting& setting);

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include <vellis/gl.hpp>
+#include <vellis/texture/texture.hpp>
 
 #include "canvas/matrices.hpp"
+#include "canvas/texture_use.hpp"
 #include "gl/names.hpp"
 
 namespace vellis::canvas {
@@ -52,7 +55,7 @@ glm::vec4 toNumbers(Color color) {
 } // namespace
 
 std::size_t streamedSize(std::size_t arena) {
-    for (const Kind kind : {Kind::Lines, Kind::Strip, Kind::Segments, Kind::Discs}) {
+    for (const Kind kind : {Kind::Lines, Kind::Strip, Kind::Segments, Kind::Discs, Kind::Images}) {
         for (const unsigned int dimensions : {2u, 3u}) {
             if (arenaOf(kind, dimensions) == arena)
                 return mostCopied(kind) * verticesOf(kind) * recordSize(kind, dimensions);
@@ -160,6 +163,13 @@ void Renderer::paint(const Source& source, const Command& command, const SavedSt
         return;
     glUseProgram(program.name());
     setUniforms(program, source, command, saved);
+    std::optional<TextureUse> texture;
+    if (look.texture != nullptr) {
+        const unsigned int name = look.texture->id();
+        if (name == 0)
+            return;
+        texture.emplace(name, capabilities_);
+    }
     if (look.isFromBuffer)
         drawPoints(command, look.points);
     else if (source.kept != nullptr)
@@ -184,7 +194,7 @@ void Renderer::drawKeptRecords(const KeptDrawing& kept, const Command& command) 
     const std::size_t count = piecesOf(kind, command.count);
     if (buffer == 0 || count == 0)
         return;
-    if (kept.isInstanced && !isFlat(kind)) {
+    if (kept.isInstanced && !standsOnce(kind)) {
         if (arrays_.useRecords(kind, dimensions, buffer, command.first * size, true))
             drawInstances(kind, count);
     } else {
@@ -264,6 +274,9 @@ CanvasProgram& Renderer::programOf(Kind kind, const Look& look) {
         return program(ProgramFamily::Flat, variants);
     if (kind == Kind::Discs)
         return program(ProgramFamily::Disc, variants);
+    if (kind == Kind::Images)
+        return program(ProgramFamily::Image, (look.isCoverage ? coverage : 0u) |
+                                                 (look.isOnWholePixels ? wholePixels : 0u));
     const Style& style = look.style;
     const auto ofStrokes = [&](unsigned int more) -> CanvasProgram& {
         return program(ProgramFamily::Stroke, withEnds(variants | more, style.join, style.cap));
@@ -304,6 +317,9 @@ void Renderer::setUniforms(CanvasProgram& program, const Source& source, const C
         set(UniformName::HalfWidth, look.points.halfWidth);
         set4(UniformName::StyleColor, toNumbers(look.points.color));
     }
+    if (command.kind == Kind::Images)
+        glUniform1i(program.location(UniformName::Texels),
+                    static_cast<int>(capabilities_.lastUnit));
     const Style& style = look.style;
     if (command.kind == Kind::Strip || command.kind == Kind::Segments) {
         set(UniformName::MiterLimit, style.miterLimit);
@@ -372,7 +388,8 @@ void Renderer::composite(const Overlap& overlap, const SavedState& saved) {
     };
     mask_.read(capabilities_, [&] {
         glUseProgram(painter.name());
-        glUniform1i(painter.location(UniformName::Mask), static_cast<int>(capabilities_.lastUnit));
+        glUniform1i(painter.location(UniformName::Texels),
+                    static_cast<int>(capabilities_.lastUnit));
         glUniform4f(painter.location(UniformName::Box), toClip(box_.x, 0), toClip(box_.y, 1),
                     toClip(box_.x + box_.width, 0), toClip(box_.y + box_.height, 1));
         glUniform4f(painter.location(UniformName::Frame), static_cast<float>(box_.x),

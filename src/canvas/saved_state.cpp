@@ -138,7 +138,7 @@ void SavedState::setBlending() {
 
 void SavedState::prepareFor(Kind kind, bool isOpaque) {
     setBlend(!isOpaque);
-    multisample_.set(kind == Kind::Triangles);
+    multisample_.set(kind == Kind::Triangles || kind == Kind::Images);
     offset_.set(kind == Kind::Triangles);
     setDepthMask(kind == Kind::Triangles || kind == Kind::Lines);
 }

@@ -19,8 +19,9 @@ public:
     SavedState(const SavedState&) = delete;
     SavedState& operator=(const SavedState&) = delete;
 
-    /// Sets what a kind draws with: what is antialiased writes no depth, only triangles are
-    /// multisampled and have an offset of polygons, and what is opaque is not blended.
+    /// Sets what a kind draws with: what is antialiased and images write no depth, only triangles
+    /// and images are multisampled, only triangles have an offset of polygons, and what is opaque
+    /// is not blended.
     void prepareFor(Kind kind, bool isOpaque);
 
     /// Whether there is anything to draw to.

@@ -52,6 +52,7 @@ constexpr unsigned int locationsOf(Kind kind) {
     case Kind::Lines:
     case Kind::Triangles:
         return bit(cornerLocation) | bit(colorLocation);
+    case Kind::Images:
     case Kind::Discs:
         return bit(cornerLocation) | bit(firstPointLocation) | bit(sizeLocation) |
                bit(colorLocation);
@@ -166,6 +167,15 @@ void VertexArrays::pointToRecords(Kind kind, unsigned int dimensions, unsigned i
     if (kind == Kind::Lines || kind == Kind::Triangles) {
         position(cornerLocation, 0);
         color(colorLocation, positionSize);
+        return;
+    }
+    if (kind == Kind::Images) {
+        const std::size_t vertex = stride / 4;
+        const std::size_t place = offset + positionSize;
+        point({cornerLocation, dimensions, GL_FLOAT, vertex, offset});
+        point({firstPointLocation, 2, GL_FLOAT, vertex, place});
+        point({sizeLocation, 2, GL_FLOAT, vertex, place + 2 * sizeof(float)});
+        point({colorLocation, 4, GL_UNSIGNED_BYTE, vertex, place + 4 * sizeof(float)});
         return;
     }
     if (kind == Kind::Discs) {

@@ -54,7 +54,7 @@ protected:
                               {"dashScale", GL_FLOAT_VEC2, 1, 19},
                               {"halfWidth", GL_FLOAT, 1, 20},
                               {"styleColor", GL_FLOAT_VEC4, 1, 21},
-                              {"mask", GL_SAMPLER_2D, 1, 22},
+                              {"texels", GL_SAMPLER_2D, 1, 22},
                               {"frame", GL_FLOAT_VEC4, 1, 23},
                               {"box", GL_FLOAT_VEC4, 1, 24}});
         canvas = Canvas::make();

@@ -81,6 +81,17 @@ void drawPicture(Canvas& canvas) {
     canvas.drawPicture(picture);
 }
 
+void drawImages(Canvas& canvas) {
+    const std::vector<unsigned char> texels(16, 200);
+    const auto texture =
+        Texture2D<unsigned char>::make(4, 4, texels.data(), Sampler::linear_clamp());
+    const PixelQuad quad = {{-3.f, -3.f}, {6.f, 0.f}, {0.f, 6.f}, {}};
+    for (const glm::vec2& place : star) {
+        canvas.drawImage(texture, ImageFrame(place, place + 9.f).rotated(0.3));
+        canvas.drawQuads(texture, {Texels::Coverage, true}, red, glm::dvec3(place, 0.), &quad, 1);
+    }
+}
+
 const Work works[] = {
     {"nothing", [](Canvas&) {}},
     {"lines", [](Canvas& canvas) { canvas.drawLines(Stroke(red, 3.f), star); }},
@@ -94,6 +105,7 @@ const Work works[] = {
     {"a buffer", drawBuffer, true},
     {"more than a buffer holds", drawLongLine},
     {"a picture", drawPicture, true},
+    {"images", drawImages, true},
 };
 
 using Values = std::map<std::string, std::vector<double>>;
@@ -144,6 +156,8 @@ Values allState() {
     const int active = stateOf(GL_ACTIVE_TEXTURE);
     glActiveTexture(GL_TEXTURE0 + static_cast<unsigned int>(lastUnit));
     result["the last unit's texture"] = {double(stateOf(GL_TEXTURE_BINDING_2D))};
+    if (GLAD_GL_ARB_sampler_objects != 0)
+        result["the last unit's sampler"] = {double(stateOf(GL_SAMPLER_BINDING))};
     glActiveTexture(static_cast<unsigned int>(active));
     for (unsigned int i = 0; i < 8; ++i) {
         for (const GLenum pname : std::initializer_list<GLenum>{

@@ -8,6 +8,7 @@
 #include <vellis/canvas.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/internal.hpp>
+#include <vellis/texture.hpp>
 
 #include "operations/operations.hpp"
 #include "operations/silent_operations.hpp"
@@ -36,6 +37,8 @@ struct Buffers {
 
     Points<glm::vec2> plane = make(corners);
     Points<glm::vec3> space = make(corners3D);
+    std::shared_ptr<Texture2D<unsigned char>> texture =
+        Texture2D<unsigned char>::make(2, 2, nullptr, Sampler::linear_clamp());
 };
 
 /// What is drawn in a batch.
@@ -130,6 +133,15 @@ const Row rows[] = {
      [](Canvas& canvas, const Buffers& buffers) {
          canvas.drawPoints(opaque, 4.f, 0, 4, buffers.plane);
      }},
+    {"drawImage",
+     [](Canvas& canvas, const Buffers& buffers) {
+         canvas.drawImage(buffers.texture, ImageFrame({0., 0.}, {0.5, 0.5}));
+     }},
+    {"drawQuads",
+     [](Canvas& canvas, const Buffers& buffers) {
+         const PixelQuad quad = {{}, {2.f, 0.f}, {0.f, 2.f}, {}};
+         canvas.drawQuads(buffers.texture, {Texels::Coverage, true}, opaque, {}, &quad, 1);
+     }},
     {"setTransform, setOrigin, setPixelRatio", drawWithSettings},
 };
 
@@ -212,6 +224,7 @@ const ScriptedState scriptedStates[] = {
     {GL_ARRAY_BUFFER_BINDING, {906}},
     {GL_PIXEL_UNPACK_BUFFER_BINDING, {907}},
     {GL_TEXTURE_BINDING_2D, {908}},
+    {GL_SAMPLER_BINDING, {910}},
     {GL_ELEMENT_ARRAY_BUFFER_BINDING, {909}},
     {GL_ACTIVE_TEXTURE, {GL_TEXTURE9}},
 };
@@ -240,6 +253,8 @@ private:
             glBindBuffer(static_cast<GLenum>(target), 0);
         glActiveTexture(GL_TEXTURE9);
         glBindTexture(GL_TEXTURE_2D, 0);
+        if (glBindSampler != nullptr)
+            glBindSampler(9, 0);
         glActiveTexture(GL_TEXTURE0);
     }
 

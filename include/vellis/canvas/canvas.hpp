@@ -11,6 +11,7 @@
 #include <glm/vec4.hpp>
 
 #include <vellis/buffers/vertex_attribute_buffer.hpp>
+#include <vellis/canvas/image.hpp>
 #include <vellis/canvas/picture.hpp>
 #include <vellis/canvas/points.hpp>
 #include <vellis/canvas/stroke.hpp>
@@ -21,6 +22,8 @@ namespace vellis {
 namespace internal {
 struct LabelAccess;
 }
+
+class Texture;
 
 namespace canvas {
 
@@ -74,12 +77,12 @@ enum class Shape : unsigned char {
 /// at once, behind what waits.
 ///
 /// **GL state.** What a batch changes is put back at its end: the program in use, the vertex array
-/// object and the array buffer, the active texture unit and what is bound to its last one, the
-/// framebuffers, blending (switch, factors and equations), viewport, scissor, clear colour, colour
-/// and depth mask. While it draws, culling, the logical operation, the alpha test, alpha to
-/// coverage, polygon and line smoothing, polygon modes other than fill, and primitive restart are
-/// off; strokes and points that are antialiased write no depth, and have no offset of polygons.
-/// Neither the widths of GL's lines nor multisampling change a stroke.
+/// object and the array buffer, the active texture unit, and the texture and the sampler object of
+/// the last one, the framebuffers, blending (switch, factors and equations), viewport, scissor,
+/// clear colour, colour and depth mask. While it draws, culling, the logical operation, the alpha
+/// test, alpha to coverage, polygon and line smoothing, polygon modes other than fill, and
+/// primitive restart are off; strokes and points that are antialiased write no depth, and have no
+/// offset of polygons. Neither the widths of GL's lines nor multisampling change a stroke.
 ///
 /// **Half-transparent strokes** paint each pixel once, also where they cross themselves, if they
 /// have one colour and there is no depth test; otherwise where their pieces meet. setOverlap()
@@ -129,6 +132,10 @@ public:
     /// this batch and those that follow; 1 at first. A value that is not above 0 and finite counts
     /// as 1.
     void setPixelRatio(float ratio);
+
+    /// Whether the pixels of drawQuads() count downwards from now on, in this batch and those that
+    /// follow: for framebuffers whose first row is seen at the top. Not at first.
+    void setPixelsDownward(bool isDownward);
 
     /// How half-transparent strokes paint the pixels where they cross themselves.
     enum class Overlap : unsigned char {
@@ -418,6 +425,35 @@ public:
         const V corners[] = {a, {a.x, b.y}, b, {b.x, a.y}};
         drawQuad(color, Points(corners, 4));
     }
+    /// @}
+
+    /// \name Images
+    /// Texels are read through the last texture unit with the texture's own sampling parameters:
+    /// set a Sampler without mipmaps, or generate them, as a texture that lacks its mipmaps is
+    /// black. A texture that is null, that has been disposed, that is not 2D or that does not exist
+    /// in the Context in use draws nothing. It is kept until it has been drawn, by a picture as
+    /// long as that lives; its texels are those of the moment when GL draws. Depth is tested, not
+    /// written.
+    /// @{
+
+    /// Draws a part of a texture. Its edges are as GL draws them: antialiased where the framebuffer
+    /// is multisampled.
+    /// \param part  What is seen of it: exchanged coordinates turn it around. One that is not
+    ///              finite draws nothing, nor does such a frame.
+    /// \param tint  Is multiplied by the texels, which have straight alpha.
+    void drawImage(const std::shared_ptr<const Texture>& texture, const ImageFrame& frame,
+                   const TexturePart& part = {}, const glm::vec4& tint = glm::vec4(1.f));
+
+    /// Draws parts of a texture whose extent is in pixels of the framebuffer, whatever the matrix
+    /// is: glyphs and markers. setPixelRatio() does not apply.
+    /// \param color  Is multiplied by the texels, or what they cover has it.
+    /// \param place  Goes through the matrix; where it is not in front of the viewer or not finite,
+    ///               nothing is drawn.
+    /// \param quads  From the place on, in pixels, up being the framebuffer's: see
+    ///               setPixelsDownward(). One that is not finite is left out.
+    void drawQuads(const std::shared_ptr<const Texture>& texture, const QuadStyle& style,
+                   const glm::vec4& color, const glm::dvec3& place, const PixelQuad* quads,
+                   std::size_t count);
     /// @}
 
 private:

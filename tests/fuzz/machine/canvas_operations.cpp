@@ -245,6 +245,30 @@ void usePictures(World& world, Bytes& bytes) {
     });
 }
 
+PixelQuad anyQuad(Bytes& bytes) {
+    return {{anyFloat(bytes), bytes.fraction()},
+            {8.f, anyFloat(bytes)},
+            {anyFloat(bytes), 8.f},
+            {{bytes.fraction(), anyFloat(bytes)}, {1.f, bytes.fraction()}}};
+}
+
+void drawImages(World& world, Bytes& bytes) {
+    onOne(world, bytes, [&](Canvas& canvas) {
+        const auto& texture = pick(world.pictures, bytes);
+        const auto coordinate = [&] { return double{anyCoordinate(bytes)}; };
+        if (bytes.flag()) {
+            const ImageFrame frame({coordinate(), coordinate()}, {coordinate(), coordinate()});
+            return canvas.drawImage(texture, frame.rotated(coordinate()), anyQuad(bytes).part,
+                                    anyColor(bytes));
+        }
+        canvas.setPixelsDownward(bytes.flag());
+        std::vector<PixelQuad> quads(anyCount(bytes), anyQuad(bytes));
+        const QuadStyle style = {bytes.flag() ? Texels::Colors : Texels::Coverage, bytes.flag()};
+        canvas.drawQuads(texture, style, anyColor(bytes),
+                         {coordinate(), coordinate(), coordinate()}, quads.data(), quads.size());
+    });
+}
+
 /// A whole batch, which is over afterwards: of what waits nothing was drawn before.
 void drawBatch(World& world, Bytes& bytes) {
     onOne(world, bytes, [&](Canvas& canvas) {
@@ -268,7 +292,7 @@ std::vector<Operation> canvasOperations() {
         {"Canvas: settings", setUp, promise},      {"Canvas: strokes", drawStrokes, promise},
         {"Canvas: areas", drawAreas, promise},     {"Canvas: points", drawMarks, promise},
         {"Canvas: buffers", drawBuffers, promise}, {"Canvas: pictures", usePictures, promise},
-        {"Canvas: a batch", drawBatch, promise},
+        {"Canvas: images", drawImages, promise},   {"Canvas: a batch", drawBatch, promise},
     };
 }
 
