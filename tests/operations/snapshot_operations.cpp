@@ -75,12 +75,14 @@ void useSnapshots(UseRecorder& use) {
 
     use.of("Snapshot");
     use("take", [] { return state::Snapshot::take(); });
-    use("restore", [&] {
-        everything.restore();
-        withArray.restore();
-        setAll(use.gl, value);
-        nothing.restore();
-    });
+    use("restore", [&] { everything.restore(); });
+    use("restore", [&] { withArray.restore(); });
+    setAll(use.gl, value);
+    use("restore", [&] { nothing.restore(); });
+    setAll(use.gl, 0);
+    use.gl.setState(GL_LINE_WIDTH, {3});
+    use.gl.setState(GL_ACTIVE_TEXTURE, {GL_TEXTURE1});
+    const auto other = state::Snapshot::take();
     setAll(use.gl, 0);
     use.of("Kept");
     use("construction, destruction", [] { const state::Kept kept; });
@@ -88,7 +90,7 @@ void useSnapshots(UseRecorder& use) {
         [] { const state::Kept kept(state::Group::Blending | state::Group::Textures); });
     use.of("state");
     use("reset", [] { state::reset(); });
-    use("differences", [&] { state::differences(nothing, everything); });
+    use("differences", [&] { state::differences(nothing, other); });
     unsetAll(use.gl);
     use.gl.unsetState(GL_CONTEXT_PROFILE_MASK);
     glDeleteBuffers(1, &buffer);
