@@ -72,6 +72,7 @@ protected:
         RenderTest::SetUp();
         if (goesOn() && glDebugMessageCallback == nullptr)
             GTEST_SKIP() << "the context lacks GL_KHR_debug";
+        getObjectLabel = reinterpret_cast<GetObjectLabel>(findEntryPoint("glGetObjectLabel"));
     }
 
     void TearDown() override {
@@ -106,8 +107,7 @@ protected:
         return text;
     }
 
-    const GetObjectLabel getObjectLabel =
-        reinterpret_cast<GetObjectLabel>(findEntryPoint("glGetObjectLabel"));
+    GetObjectLabel getObjectLabel = nullptr;
 
     std::vector<Kept> kept;
 };

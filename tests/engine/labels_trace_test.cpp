@@ -98,6 +98,7 @@ TEST_F(LabelsTrace, ADrawableGivesItsVertexArrayOne) {
 TEST_F(LabelsTrace, AFramebufferThatWasNotBoundIsBoundForAMoment) {
     const auto framebuffer = Framebuffer::make();
     gl.setState(GL_DRAW_FRAMEBUFFER_BINDING, {7});
+    gl.answer(glad_glIsFramebuffer, [](GLuint) { return GLboolean{GL_FALSE}; });
     gl.forget();
     EXPECT_TRUE(label(framebuffer, "mirror"));
     EXPECT_GL_CALLS(gl, "glIsFramebuffer(1)", "glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, out)",
