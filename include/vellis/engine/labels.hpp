@@ -123,7 +123,6 @@ bool label(const std::shared_ptr<T>& object, const char* name) {
 }
 /// @}
 
-/// \name
 /// The label of an object, whole; empty where it has none, and where it could not get one. Makes no
 /// GL call.
 /// @{
