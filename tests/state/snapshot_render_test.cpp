@@ -12,6 +12,7 @@
 #include <vellis/context.hpp>
 #include <vellis/engine.hpp>
 #include <vellis/gl.hpp>
+#include <vellis/internal.hpp>
 #include <vellis/state.hpp>
 #include <vellis/texture.hpp>
 
@@ -193,6 +194,23 @@ TEST_F(SnapshotRender, DifferencesArePrinted) {
                             "GL_COLOR_WRITEMASK: true, true, true, true -> true, true, true, false",
                             "GL_DEPTH_RANGE: 0, 1 -> 0.25, 0.75"));
     before.restore();
+}
+
+TEST_F(SnapshotRender, DifferencesHaveTheLabelsOfObjects) {
+    const auto texture = Texture2D<float>::make(1, 1);
+    const auto buffer =
+        VertexAttributeBuffer<float>::make(1, BufferUsage::Static, BufferAccess::Draw);
+    internal::label(texture, "noise");
+    internal::label(buffer, "heights");
+    const Snapshot before = Snapshot::take();
+    texture->bind();
+    buffer->bind();
+    EXPECT_THAT(
+        lines(before, Snapshot::take()),
+        ElementsAre("GL_ARRAY_BUFFER_BINDING: 0 -> " + std::to_string(buffer->id()) + " 'heights'",
+                    "GL_TEXTURE_BINDING_2D[0]: 0 -> " + std::to_string(texture->id()) +
+                        " 'noise'"));
+    EXPECT_TRUE(before.restore());
 }
 
 TEST_F(SnapshotRender, NamesThatAreGoneAreRestoredAsZero) {
