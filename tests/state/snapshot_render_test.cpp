@@ -281,6 +281,8 @@ TEST_F(SnapshotRender, EmptyOneRestoresNothing) {
 TEST_F(SnapshotRender, AnotherContextIsLeftAsItIs) {
     const Snapshot ofProcess = Snapshot::take();
     const auto context = Context::make();
+    if (context == nullptr)
+        GTEST_SKIP() << "the platform has a lookup of its own";
     context->use();
     glLineWidth(0.5f);
     test::StderrCapture capture;
