@@ -114,18 +114,15 @@ TEST_F(ImagesRender, AreTurnedAroundByExchangedCorners) {
 }
 
 TEST_F(ImagesRender, AreRotated) {
-    // The middle of 4 x 3 pixels from (10, 20) on, moved by half a pixel: a quarter turn hits whole
-    // pixels.
+    // Half a pixel away from whole ones: a quarter turn makes 4 x 3 of them 3 x 4 whole ones.
     draw([&] {
         canvas->drawImage(texture,
-                          ImageFrame({10.5, 20.}, {14.5, 23.}).rotated(std::acos(-1.) / 2.));
+                          ImageFrame({10.5, 20.5}, {14.5, 23.5}).rotated(std::acos(-1.) / 2.));
     });
     EXPECT_EQ(numTouched(), std::size_t{columns * rows});
     for (unsigned int y = 0; y < rows; ++y) {
         for (unsigned int x = 0; x < columns; ++x) {
-            const auto left = static_cast<unsigned int>(12.5 - 1.5) + (rows - 1 - y);
-            const auto bottom = static_cast<unsigned int>(21.5 - 2.) + x;
-            EXPECT_EQ(at(left, bottom), texelAt(x, y)) << x << ", " << y;
+            EXPECT_EQ(at(11 + rows - 1 - y, 20 + x), texelAt(x, y)) << x << ", " << y;
         }
     }
 }

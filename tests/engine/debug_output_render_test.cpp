@@ -183,6 +183,10 @@ TEST_F(DebugOutputRender, TheHostsCallbackIsPutBack) {
     glEnable(GL_DEBUG_OUTPUT);
     glEnable(GL_DEBUG_OUTPUT_SYNCHRONOUS);
     glDebugMessageCallback(hostCallback, &numHosts);
+    void* told = nullptr;
+    glGetPointerv(GL_DEBUG_CALLBACK_FUNCTION, &told);
+    if (told != reinterpret_cast<void*>(hostCallback))
+        GTEST_SKIP() << "the driver does not tell which function it calls"; // Wine's
     start();
     glEnable(0xFFFF);
     EXPECT_EQ(numHosts, 0);

@@ -52,6 +52,7 @@ std::vector<std::string> work(FakeContext& gl) {
     }
     context->dispose();
     gl.ignoreTheRest();
+    FakeContext::releaseCurrent();
     return texts;
 }
 

@@ -1,3 +1,5 @@
+// needs: a program of its own
+
 /// Debug output: what it sets in GL and puts back, and what becomes of messages.
 
 #include <vellis/engine/debug_output.hpp>
