@@ -82,9 +82,9 @@ void drawPicture(Canvas& canvas) {
 }
 
 void drawImages(Canvas& canvas) {
-    const std::vector<unsigned char> texels(16, 200);
-    const auto texture =
-        Texture2D<unsigned char>::make(4, 4, texels.data(), Sampler::linear_clamp());
+    using Color = glm::vec<4, unsigned char>;
+    const std::vector<Color> texels(16, Color(200));
+    const auto texture = Texture2D<Color>::make(4, 4, texels.data(), Sampler::linear_clamp());
     const PixelQuad quad = {{-3.f, -3.f}, {6.f, 0.f}, {0.f, 6.f}, {}};
     for (const glm::vec2& place : star) {
         canvas.drawImage(texture, ImageFrame(place, place + 9.f).rotated(0.3));

@@ -31,6 +31,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
+/// What textures of OpenGL 2.1 have, too.
+using Color = glm::vec<4, unsigned char>;
+
 /// The entry point of that name, which the library does not load; or null.
 void* findEntryPoint(const char* name) {
 #ifndef _WIN32
@@ -114,8 +117,8 @@ protected:
 
 TEST_F(DebugOutputRender, AnErrorWithinATransferNamesIt) {
     start();
-    const auto texture = Texture2D<float>::make(1, 1);
-    const float texel = 0.f;
+    const auto texture = Texture2D<Color>::make(1, 1);
+    const Color texel(0);
     texture->upload(&texel, 1, 1, 1, 1); // beyond the texture
     ASSERT_EQ(kept.size(), 1u);
     EXPECT_EQ(kept[0].operation, "Texture::upload");
@@ -275,7 +278,7 @@ TEST_F(DebugOutputRender, ALabelBeyondGlsLimitIsCutInFrontOfACharacter) {
         GTEST_SKIP() << "nobody can ask GL for labels here";
     int most = 0;
     glGetIntegerv(GL_MAX_LABEL_LENGTH, &most);
-    const auto texture = Texture2D<float>::make(1, 1);
+    const auto texture = Texture2D<Color>::make(1, 1);
     std::string text;
     while (text.size() < static_cast<std::size_t>(most) + 4)
         text += "\xC3\xA4"; // ä
@@ -288,7 +291,7 @@ TEST_F(DebugOutputRender, ALabelBeyondGlsLimitIsCutInFrontOfACharacter) {
 }
 
 TEST_F(DebugOutputRender, TrackedStatesShowLabels) {
-    const auto texture = Texture2D<float>::make(1, 1);
+    const auto texture = Texture2D<Color>::make(1, 1);
     label(texture, "noise");
     stderrOf(diff_gl_states);
     texture->bind();

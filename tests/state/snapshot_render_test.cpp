@@ -197,7 +197,7 @@ TEST_F(SnapshotRender, DifferencesArePrinted) {
 }
 
 TEST_F(SnapshotRender, DifferencesHaveTheLabelsOfObjects) {
-    const auto texture = Texture2D<float>::make(1, 1);
+    const auto texture = Texture2D<glm::vec<4, unsigned char>>::make(1, 1);
     const auto buffer =
         VertexAttributeBuffer<float>::make(1, BufferUsage::Static, BufferAccess::Draw);
     internal::label(texture, "noise");
