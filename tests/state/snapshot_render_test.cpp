@@ -137,6 +137,7 @@ TEST_F(SnapshotRender, AllPiecesTogetherAreRestored) {
 }
 
 TEST_F(SnapshotRender, RangesAndAttributesAreRestoredAsTheyWere) {
+    SKIP_IN_CORE("attributes without a vertex array object");
     if (GLAD_GL_VERSION_3_2 == 0)
         GTEST_SKIP() << "the context has no ranges of buffers";
     SpareObjects objects;
@@ -220,7 +221,8 @@ TEST_F(SnapshotRender, NamesThatAreGoneAreRestoredAsZero) {
     glGenBuffers(1, &buffer);
     glBindTexture(GL_TEXTURE_2D, texture);
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
-    glVertexAttribPointer(1, 4, GL_FLOAT, GL_FALSE, 0, reinterpret_cast<void*>(16));
+    if (!isCore())
+        glVertexAttribPointer(1, 4, GL_FLOAT, GL_FALSE, 0, reinterpret_cast<void*>(16));
     const Snapshot before = Snapshot::take();
     glDeleteTextures(1, &texture);
     glDeleteBuffers(1, &buffer);
