@@ -2,19 +2,9 @@
 
 #include <vellis/gl.hpp>
 
-#include "gl/entry_points.hpp"
+#include "gl/capability.hpp"
 
 namespace vellis::canvas {
-namespace {
-
-/// Whether the context has what GL 3.1 has removed.
-bool keepsFixedFunctions() {
-    return GLAD_GL_VERSION_3_2 != 0 ? !loader::saysCoreProfile(glGetIntegerv)
-                                    : GLAD_GL_VERSION_3_1 == 0;
-}
-
-} // namespace
-
 Capabilities Capabilities::ask() {
     Capabilities result = {};
     result.hasVertexArrays = glGenVertexArrays != nullptr;
@@ -26,7 +16,7 @@ Capabilities Capabilities::ask() {
     result.hasFramebuffers = glGenFramebuffers != nullptr &&
                              (GLAD_GL_VERSION_3_0 != 0 || GLAD_GL_ARB_framebuffer_object != 0);
     result.hasRestart = GLAD_GL_VERSION_3_1 != 0;
-    result.hasFixedFunctions = keepsFixedFunctions();
+    result.hasFixedFunctions = gl::keepsFixedFunctions();
     result.hasSamplers = GLAD_GL_ARB_sampler_objects != 0 && glBindSampler != nullptr;
     result.hasGlsl150 = GLAD_GL_VERSION_3_2 != 0;
     int numUnits = 0;

@@ -4,6 +4,16 @@
 
 #include "gl/loader.hpp"
 
+namespace vellis::gl {
+
+/// Whether the context has what GL 3.1 has removed. Asks GL from 3.2 on.
+inline bool keepsFixedFunctions() {
+    return GLAD_GL_VERSION_3_2 != 0 ? !loader::saysCoreProfile(glGetIntegerv)
+                                    : GLAD_GL_VERSION_3_1 == 0;
+}
+
+} // namespace vellis::gl
+
 namespace vellis::state {
 
 /// `glEnable` or `glDisable`.

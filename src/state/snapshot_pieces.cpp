@@ -7,6 +7,7 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/capability.hpp"
 #include "gl/thread.hpp"
 #include "state/later_enumerators.hpp"
 
@@ -70,16 +71,6 @@ unsigned int limit(unsigned int pname, int least = 0, int most = 1024) {
     return static_cast<unsigned int>(std::clamp(value, least, most));
 }
 
-/// Whether the context has what GL 3.1 has removed.
-bool keepsFixedFunctions() {
-    if (GLAD_GL_VERSION_3_2 != 0) {
-        int profile = 0;
-        glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
-        return (profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT) != 0;
-    }
-    return GLAD_GL_VERSION_3_1 == 0;
-}
-
 /// The bits of what the context has, but for what depends on what is bound.
 unsigned int capabilities() {
     const int version = GLVersion.major * 10 + GLVersion.minor;
@@ -87,7 +78,7 @@ unsigned int capabilities() {
         bool has;
         unsigned int bit;
     } rows[] = {
-        {keepsFixedFunctions(), Compatible},
+        {gl::keepsFixedFunctions(), Compatible},
         {GLAD_GL_VERSION_3_0 != 0, V30},
         {GLAD_GL_VERSION_3_1 != 0, V31},
         {GLAD_GL_VERSION_3_2 != 0, V32},
