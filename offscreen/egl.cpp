@@ -170,15 +170,17 @@ public:
         surface_ = egl_.eglCreatePbufferSurface(display_, config, size);
         if (surface_ == EGL_NO_SURFACE)
             return "eglCreatePbufferSurface: " + egl_.latestError();
-        const EGLint core[] = {EGL_CONTEXT_MAJOR_VERSION,
-                               settings.coreVersion / 10,
-                               EGL_CONTEXT_MINOR_VERSION,
-                               settings.coreVersion % 10,
-                               EGL_CONTEXT_OPENGL_PROFILE_MASK,
-                               EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
-                               EGL_CONTEXT_OPENGL_FORWARD_COMPATIBLE,
-                               EGL_TRUE,
-                               EGL_NONE};
+        const EGLint core[] = {
+            // clang-format off
+            EGL_CONTEXT_MAJOR_VERSION, settings.coreVersion / 10,
+            EGL_CONTEXT_MINOR_VERSION, settings.coreVersion % 10,
+            EGL_CONTEXT_OPENGL_PROFILE_MASK, EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
+            // EGL 1.5 has a name of its own for it, which EGL 1.4 with the extension lacks.
+            settings.isForwardCompatible ? EGL_CONTEXT_FLAGS_KHR : EGL_NONE,
+            EGL_CONTEXT_OPENGL_FORWARD_COMPATIBLE_BIT_KHR,
+            EGL_NONE,
+            // clang-format on
+        };
         context_ = egl_.eglCreateContext(display_, config,
                                          sharing != nullptr ? sharing->context_ : EGL_NO_CONTEXT,
                                          settings.coreVersion > 0 ? core : nullptr);

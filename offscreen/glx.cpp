@@ -46,6 +46,12 @@ enum GlxAttribute : int {
     PbufferHeight = 0x8040,
     PbufferWidth = 0x8041,
     SampleBuffers = 100000,
+    MajorVersion = 0x2091,
+    MinorVersion = 0x2092,
+    ContextFlags = 0x2094,
+    ForwardCompatibleBit = 0x2,
+    ProfileMask = 0x9126,
+    CoreProfileBit = 0x1,
 };
 
 /// The functions of Xlib and GLX.
@@ -62,6 +68,8 @@ public:
     Xid (*createPbuffer)(Display*, FbConfig, const int*) = nullptr;
     void (*destroyPbuffer)(Display*, Xid) = nullptr;
     GlxContext (*createContext)(Display*, FbConfig, int, GlxContext, int) = nullptr;
+    /// That of GLX_ARB_create_context; null where nobody knows it.
+    GlxContext (*createContextAttribs)(Display*, FbConfig, GlxContext, int, const int*) = nullptr;
     void (*destroyContext)(Display*, GlxContext) = nullptr;
     int (*makeContextCurrent)(Display*, Xid, Xid, GlxContext) = nullptr;
     GlxContext (*getCurrentContext)() = nullptr;
@@ -81,6 +89,12 @@ public:
         gl_.find("glXDestroyContext", destroyContext);
         gl_.find("glXMakeContextCurrent", makeContextCurrent);
         gl_.find("glXGetCurrentContext", getCurrentContext);
+        void (*(*getProcAddress)(const unsigned char*))() = nullptr;
+        gl_.find("glXGetProcAddressARB", getProcAddress);
+        if (getProcAddress != nullptr) {
+            createContextAttribs = reinterpret_cast<decltype(createContextAttribs)>(getProcAddress(
+                reinterpret_cast<const unsigned char*>("glXCreateContextAttribsARB")));
+        }
         // Before any other call of Xlib: contexts that share objects have one connection, whatever
         // their threads.
         if (initThreads != nullptr)
@@ -186,15 +200,36 @@ public:
         pbuffer_ = glx_.createPbuffer(display_, config, size);
         if (pbuffer_ == 0 || trap.caught(display_))
             return "glXCreatePbuffer: " + trap.message();
-        constexpr int direct = 1;
-        context_ = glx_.createContext(display_, config, RgbaType,
-                                      sharing != nullptr ? sharing->context_ : nullptr, direct);
-        if (context_ == nullptr || trap.caught(display_))
-            return "glXCreateNewContext: " + trap.message();
+        if (settings.coreVersion > 0 && glx_.createContextAttribs == nullptr)
+            return "it has no core profiles";
+        makeContext(settings, config, sharing != nullptr ? sharing->context_ : nullptr);
+        if (context_ == nullptr || trap.caught(display_)) {
+            return (settings.coreVersion > 0 ? "glXCreateContextAttribs: "
+                                             : "glXCreateNewContext: ") +
+                   trap.message();
+        }
         return makeCurrent() ? "" : "glXMakeContextCurrent: " + trap.message();
     }
 
 private:
+    void makeContext(const Settings& settings, FbConfig config, GlxContext sharing) {
+        constexpr int direct = 1;
+        if (settings.coreVersion == 0) {
+            context_ = glx_.createContext(display_, config, RgbaType, sharing, direct);
+            return;
+        }
+        const int attributes[] = {
+            // clang-format off
+            MajorVersion, settings.coreVersion / 10,
+            MinorVersion, settings.coreVersion % 10,
+            ContextFlags, settings.isForwardCompatible ? ForwardCompatibleBit : 0,
+            ProfileMask, CoreProfileBit,
+            None,
+            // clang-format on
+        };
+        context_ = glx_.createContextAttribs(display_, config, sharing, direct, attributes);
+    }
+
     /// The config, or null. Drawing goes to a back buffer: Mesa's software drivers would pass a
     /// front one on to the X server, which refuses it for a pbuffer.
     FbConfig chooseConfig() const {

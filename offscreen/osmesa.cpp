@@ -22,7 +22,10 @@ enum OsMesaAttribute : int {
     DepthBits = 0x30,
     StencilBits = 0x31,
     Profile = 0x33,
+    CoreProfile = 0x34,
     CompatibilityProfile = 0x35,
+    MajorVersion = 0x36,
+    MinorVersion = 0x37,
 };
 
 /// The functions of OSMesa.
@@ -61,12 +64,15 @@ public:
         : width_(static_cast<GLsizei>(settings.width)),
           height_(static_cast<GLsizei>(settings.height)),
           pixels_(std::size_t{4} * settings.width * settings.height) {
-        constexpr int attributes[] = {
+        const bool isCore = settings.coreVersion > 0;
+        const int attributes[] = {
             // clang-format off
             Format, Rgba,
             DepthBits, 24,
             StencilBits, 8,
-            Profile, CompatibilityProfile,
+            Profile, isCore ? CoreProfile : CompatibilityProfile,
+            isCore ? MajorVersion : End, settings.coreVersion / 10,
+            MinorVersion, settings.coreVersion % 10,
             End,
             // clang-format on
         };
@@ -105,6 +111,10 @@ std::unique_ptr<Context> openOsMesa(const Settings& settings, std::string& error
     if (!osMesa().error().empty()) {
         error = "OSMesa cannot be used (" + osMesa().error() +
                 "): install it, for instance with `apt-get install libosmesa6`.";
+        return nullptr;
+    }
+    if (settings.coreVersion > 0 && settings.isForwardCompatible) {
+        error = "OSMesa has no forward-compatible contexts: choose the platform egl.";
         return nullptr;
     }
     const OsMesaContext* sharing = nullptr;

@@ -6,6 +6,8 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
+#include <utility>
+
 #include "platforms.hpp"
 
 namespace offscreen {
@@ -69,6 +71,8 @@ public:
         context_ = wglCreateContext(deviceContext_);
         if (context_ == nullptr)
             return failure("wglCreateContext");
+        if (settings.coreVersion > 0)
+            return replaceWithCore(settings, sharing != nullptr ? sharing->context_ : nullptr);
         // While the new one has no objects of its own yet.
         if (sharing != nullptr && wglShareLists(sharing->context_, context_) == FALSE)
             return failure("wglShareLists");
@@ -76,6 +80,35 @@ public:
     }
 
 private:
+    /// Makes a core context, with a function that any context gives, in the place of the one there.
+    /// \return empty, or why that failed.
+    std::string replaceWithCore(const Settings& settings, HGLRC sharing) {
+        // Of WGL_ARB_create_context and WGL_ARB_create_context_profile.
+        constexpr int major = 0x2091, minor = 0x2092, flags = 0x2094, forwardCompatible = 0x2;
+        constexpr int profile = 0x9126, core = 0x1;
+        const int attributes[] = {
+            // clang-format off
+            major, settings.coreVersion / 10,
+            minor, settings.coreVersion % 10,
+            flags, settings.isForwardCompatible ? forwardCompatible : 0,
+            profile, core,
+            0,
+            // clang-format on
+        };
+        if (!makeCurrent())
+            return failure("wglMakeCurrent");
+        using Create = HGLRC(WINAPI*)(HDC, HGLRC, const int*);
+        using Function = void (*)();
+        const auto create = reinterpret_cast<Create>(
+            reinterpret_cast<Function>(wglGetProcAddress("wglCreateContextAttribsARB")));
+        HGLRC made = create != nullptr ? create(deviceContext_, sharing, attributes) : nullptr;
+        if (made == nullptr)
+            return failure("wglCreateContextAttribs");
+        release();
+        wglDeleteContext(std::exchange(context_, made));
+        return makeCurrent() ? "" : failure("wglMakeCurrent");
+    }
+
     /// Gives the window a back buffer, which alone keeps what is drawn while nothing is shown.
     /// \return empty, or why that failed.
     std::string choosePixelFormat() const {

@@ -26,7 +26,7 @@ std::unique_ptr<offscreen::Context> openContext(unsigned int size) {
     offscreen::Settings settings;
     settings.width = settings.height = size;
     std::string error;
-    if (!offscreen::platformFromEnvironment(settings.platform, error))
+    if (!offscreen::settingsFromEnvironment(settings, error))
         fail(error);
     std::unique_ptr<offscreen::Context> context = offscreen::Context::open(settings, error);
     if (context == nullptr)

@@ -12,6 +12,7 @@ namespace vellis::bench {
 std::vector<Workload> drawWorkloads();
 std::vector<Workload> bufferWorkloads();
 std::vector<Workload> drawableWorkloads();
+std::vector<Workload> snapshotWorkloads();
 std::vector<Workload> stateWorkloads();
 std::vector<Workload> programWorkloads();
 std::vector<Workload> textureWorkloads();

@@ -5,8 +5,8 @@ namespace vellis::bench {
 std::vector<Workload> workloads() {
     std::vector<Workload> all;
     for (const auto group :
-         {drawWorkloads, bufferWorkloads, drawableWorkloads, stateWorkloads, programWorkloads,
-          textureWorkloads, toolboxWorkloads, registryWorkloads}) {
+         {drawWorkloads, bufferWorkloads, drawableWorkloads, stateWorkloads, snapshotWorkloads,
+          programWorkloads, textureWorkloads, toolboxWorkloads, registryWorkloads}) {
         const std::vector<Workload> some = group();
         all.insert(all.end(), some.begin(), some.end());
     }

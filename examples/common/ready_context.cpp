@@ -13,7 +13,7 @@ std::unique_ptr<offscreen::Context> open(unsigned int width, unsigned int height
     settings.width = width;
     settings.height = height;
     std::string error;
-    if (!offscreen::platformFromEnvironment(settings.platform, error))
+    if (!offscreen::settingsFromEnvironment(settings, error))
         throw std::runtime_error(error);
     auto context = offscreen::Context::open(settings, error);
     if (context == nullptr)

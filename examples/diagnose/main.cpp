@@ -1,4 +1,4 @@
-/// Makes four mistakes on purpose, and prints on standard error what the diagnostics say of them.
+/// Makes five mistakes on purpose, and prints on standard error what the diagnostics say of them.
 /// The page "When the picture is wrong" walks through them. Leaves a picture of the first in a PNG
 /// file.
 
@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <vector>
 
@@ -21,6 +22,7 @@
 #include <vellis/framebuffer.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/shading.hpp>
+#include <vellis/state.hpp>
 #include <vellis/texture.hpp>
 
 namespace {
@@ -164,6 +166,44 @@ void forgetStorage() {
     framebuffer->unbind();
 }
 
+// A texture unit that stays active.
+
+constexpr char mixedSource[] = R"(
+uniform sampler2D picture;
+uniform sampler2D shade;
+DECL_OUT0;
+
+void main() {
+    OUT0 = texture2D(picture, vec2(0.5)) * texture2D(shade, vec2(0.5));
+}
+)";
+
+/// The mistake: the unit of the second texture stays active, where a toolkit counts on unit 0.
+void mix(vellis::Program& program, const vellis::Texture& picture, const vellis::Texture& shade) {
+    program.bind();
+    program.setUniform("picture", picture);
+    program.setUniform("shade", shade);
+    program.unbind();
+}
+
+void leaveUnitActive() {
+    heading("A texture unit that stays active");
+    const auto program = vellis::Program::make(vellis::VertexShader::make(vertexSource, version),
+                                               vellis::FragmentShader::make(mixedSource, version));
+    const auto picture = vellis::Texture2D<glm::u8vec4>::make(4, 4);
+    const auto shade = vellis::Texture2D<glm::u8vec4>::make(4, 4);
+    mix(*program, *picture, *shade); // the textures stay, too: that is meant
+    glActiveTexture(GL_TEXTURE0);
+    const auto before = vellis::state::Snapshot::take();
+    mix(*program, *picture, *shade);
+    for (const auto& difference : differences(before, vellis::state::Snapshot::take())) {
+        std::ostringstream line;
+        line << difference;
+        diagnostics::log("mix", "%s", line.str().c_str());
+    }
+    before.restore();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -177,6 +217,7 @@ int main(int argc, char** argv) {
         misspellAttribute();
         breakShader();
         forgetStorage();
+        leaveUnitActive();
         common::writePicture(argv[1], picture);
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {

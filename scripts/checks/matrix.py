@@ -25,7 +25,9 @@ class Row:
     name: str
     driver: str
     platform: str  # for OFFSCREEN_PLATFORM
-    context: str  # full, 2.1 (OpenGL 2.1, GLSL 1.20 and the three extensions), or an extension it is to lack
+    # full, 2.1 (OpenGL 2.1, GLSL 1.20 and the three extensions), an extension it is to lack, or a core
+    # profile, for OFFSCREEN_PROFILE: then of that version
+    context: str
     quick: bool = False  # is a row of --quick
     whole: bool = False  # no test may skip
 
@@ -45,6 +47,10 @@ ROWS = [
     Row("without-vertex-arrays", "llvmpipe", "egl-surfaceless", "GL_ARB_vertex_array_object", quick=True),
     Row("without-framebuffers", "llvmpipe", "egl-surfaceless", "GL_ARB_framebuffer_object", quick=True),
     Row("without-mapped-ranges", "llvmpipe", "egl-surfaceless", "GL_ARB_map_buffer_range", quick=True),
+    Row("core-3.2", "llvmpipe", "egl-surfaceless", "core-3.2"),
+    Row("core-3.3-forward", "llvmpipe", "glx", "core-3.3-forward"),
+    Row("core-4.6-forward", "llvmpipe", "egl-surfaceless", "core-4.6-forward"),
+    Row("softpipe-core-3.3", "softpipe", "egl-surfaceless", "core-3.3"),
     Row("hardware-egl", "hardware", "egl-device", "full"),
     Row("hardware-glx", "hardware", "glx", "full"),
 ]
@@ -89,6 +95,13 @@ DRIVER_ENVIRONMENT = {
     "softpipe": {"LIBGL_ALWAYS_SOFTWARE": "1", "GALLIUM_DRIVER": "softpipe"},
     "zink": {"LIBGL_ALWAYS_SOFTWARE": "1", "GALLIUM_DRIVER": "zink"},
     "hardware": {},
+}
+
+# The settings that have Mesa offer the version that a core profile is named by, and no other.
+CORE_LIMITS = {
+    f"core-{version}{forward}": {"MESA_GL_VERSION_OVERRIDE": version, "MESA_GLSL_VERSION_OVERRIDE": glsl}
+    for version, glsl in (("3.2", "150"), ("3.3", "330"), ("4.1", "410"), ("4.5", "450"), ("4.6", "460"))
+    for forward in ("", "-forward")
 }
 
 # What to install for a driver or a platform, beyond what building needs.
@@ -320,6 +333,9 @@ class Matrix:
     def _environment(self, row):
         environment = dict(os.environ, OFFSCREEN_PLATFORM=row.platform, MESA_SHADER_CACHE_DISABLE="true")
         environment |= DRIVER_ENVIRONMENT[row.driver]
+        # Of the compatibility kind, unless the row has another.
+        environment["OFFSCREEN_PROFILE"] = row.context if row.context in CORE_LIMITS else ""
+        environment |= CORE_LIMITS.get(row.context, {})
         # Vulkan, which zink draws with, asks for a folder of its own.
         environment.setdefault("XDG_RUNTIME_DIR", str(self._results))
         if row.platform == "glx" and row.driver != "hardware":

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Draws the pictures of the documentation anew, into docs/images: the gallery, the plot, the gears, the
-# picture of a mistake, and those of the guide's pages. Installs what is missing.
+# picture of a mistake, a window of SDL's, and those of the guide's pages. Installs what is missing.
 #
 # Usage: scripts/updates/pictures.sh
 set -euo pipefail
@@ -16,8 +16,11 @@ examples="$repository/build/default/examples"
 pages="$repository/build/default/tests/docs/vellis_docs_pictures"
 
 install_dependencies
+install_window_dependencies
+install_packages libsdl2-dev libimgui-dev
 command -v pngquant >/dev/null || install_packages pngquant
-build_preset default --target vellis_gallery vellis_gears vellis_plot vellis_diagnose vellis_docs_pictures
+build_preset default --target vellis_gallery vellis_gears vellis_plot vellis_diagnose vellis_docs_pictures \
+    vellis_hosts_tests
 
 drawn="$(mktemp -d)"
 trap 'rm -rf "$drawn"' EXIT
@@ -32,7 +35,12 @@ mv "$drawn/gears-000.png" "$drawn/gears.png"
 "$examples/diagnose/vellis_diagnose" "$drawn/diagnose.png" >/dev/null 2>&1 ||
     fail "the picture of a mistake failed: run $examples/diagnose/vellis_diagnose picture.png"
 
-pictures=(gallery gears plot diagnose)
+VELLIS_HOST_PICTURES="$drawn" "$repository/build/default/tests/examples/vellis_hosts_tests" \
+    --gtest_filter='*/Sdl' >/dev/null ||
+    fail "the window of SDL's failed: run 'scripts/test.sh -R Hosts'."
+mv "$drawn/Sdl0.png" "$drawn/host.png"
+
+pictures=(gallery gears plot diagnose host)
 for picture in $("$pages" --list); do
     "$pages" "$picture" "$drawn/$picture.png" >/dev/null ||
         fail "the picture $picture of a page failed: what is wrong is said above."

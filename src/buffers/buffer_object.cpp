@@ -6,6 +6,7 @@
 #include "buffers/buffer_object_inlined.hpp"
 #include "gl/entry_point.hpp"
 #include "gl/names.hpp"
+#include "gl/operation.hpp"
 
 namespace vellis {
 namespace {
@@ -47,6 +48,7 @@ BufferObject::BufferObject(unsigned int target, const void* data, unsigned int n
       target_(target),
       usage_(usageHint(usage, access)),
       numBytes_(numBytes) {
+    const gl::Operation operation("BufferObject::make");
     static_assert(arrayTarget == GL_ARRAY_BUFFER);
     static_assert(elementArrayTarget == GL_ELEMENT_ARRAY_BUFFER);
     glGenBuffers(1, &id_);
@@ -109,6 +111,7 @@ void BufferObject::alloc(unsigned int numBytes) {
 }
 
 void BufferObject::load(const void* data, unsigned int numBytes) {
+    const gl::Operation operation("BufferObject::load");
     if (!isUsable())
         return;
     numBytes_ = numBytes;
@@ -117,6 +120,7 @@ void BufferObject::load(const void* data, unsigned int numBytes) {
 }
 
 void BufferObject::load(const void* data, unsigned int offset, unsigned int numBytes) {
+    const gl::Operation operation("BufferObject::load");
     if (!isUsable())
         return;
     if (data == nullptr)
@@ -127,6 +131,7 @@ void BufferObject::load(const void* data, unsigned int offset, unsigned int numB
 }
 
 void* BufferObject::map(MapAccess access) {
+    const gl::Operation operation("BufferObject::map");
     if (!isUsable())
         return nullptr;
     if (glMapBufferRange == nullptr) {
@@ -143,6 +148,7 @@ void* BufferObject::map(MapAccess access) {
 }
 
 void BufferObject::flush(unsigned int offset, unsigned int length) {
+    const gl::Operation operation("BufferObject::flush");
     if (!isMapped() || !isUsable())
         return;
     if (length == 0)
@@ -162,6 +168,7 @@ void BufferObject::flushAndUnmap(unsigned int offset, unsigned int length) {
 }
 
 void BufferObject::unmap(bool flush) {
+    const gl::Operation operation("BufferObject::unmap");
     if (!isMapped() || !isUsable())
         return;
     bind();

@@ -2,21 +2,9 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/capability.hpp"
+
 namespace vellis::canvas {
-namespace {
-
-/// Whether the context has what GL 3.1 has removed.
-bool keepsFixedFunctions() {
-    if (GLAD_GL_VERSION_3_2 != 0) {
-        int profile = 0;
-        glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
-        return (profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT) != 0;
-    }
-    return GLAD_GL_VERSION_3_1 == 0;
-}
-
-} // namespace
-
 Capabilities Capabilities::ask() {
     Capabilities result = {};
     result.hasVertexArrays = glGenVertexArrays != nullptr;
@@ -28,7 +16,7 @@ Capabilities Capabilities::ask() {
     result.hasFramebuffers = glGenFramebuffers != nullptr &&
                              (GLAD_GL_VERSION_3_0 != 0 || GLAD_GL_ARB_framebuffer_object != 0);
     result.hasRestart = GLAD_GL_VERSION_3_1 != 0;
-    result.hasFixedFunctions = keepsFixedFunctions();
+    result.hasFixedFunctions = gl::keepsFixedFunctions();
     result.hasSamplers = GLAD_GL_ARB_sampler_objects != 0 && glBindSampler != nullptr;
     result.hasGlsl150 = GLAD_GL_VERSION_3_2 != 0;
     int numUnits = 0;

@@ -8,6 +8,8 @@
 #include <vellis/gl.hpp>
 
 #include "canvas/matrices.hpp"
+#include "gl/debug_group.hpp"
+#include "gl/operation.hpp"
 
 namespace vellis::canvas {
 namespace {
@@ -46,8 +48,11 @@ void Painter::flush() {
         Drawing& drawing;
         ~Clear() { drawing.clear(); }
     } const clear{drawing_};
-    if (isHere())
-        renderer().drawStreamed(drawing_);
+    if (!isHere())
+        return;
+    const gl::Operation operation("Canvas::flush");
+    const gl::DebugGroup group(groupName());
+    renderer().drawStreamed(drawing_);
 }
 
 void Painter::end() {
@@ -158,6 +163,7 @@ std::unique_ptr<KeptDrawing> Painter::endPicture() {
         return nullptr;
     mode_ = Mode::Idle;
     recording_.reset();
+    const gl::Operation operation("Canvas::endPicture");
     if (isHere())
         Renderer::keep(*kept_);
     else
@@ -171,6 +177,8 @@ void Painter::draw(const KeptDrawing& kept) {
     flush();
     if (!isHere())
         return;
+    const gl::Operation operation("Canvas::drawPicture");
+    const gl::DebugGroup group(groupName());
     renderer().drawKept(kept, matrixOf(kept.origin));
 }
 

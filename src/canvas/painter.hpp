@@ -2,6 +2,8 @@
 
 #include <map>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include <glm/mat4x4.hpp>
 
@@ -35,6 +37,13 @@ public:
     std::shared_ptr<void>* attachment(const void* key);
     /// @}
 
+    /// What the groups of GL's calls are called, for debuggers; a name of our own where it is
+    /// empty.
+    /// @{
+    const std::string& label() const { return label_; }
+    void setLabel(std::string_view label) { label_ = label; }
+    /// @}
+
     /// Where calls go now, or null where they are left out.
     Recorder* recorder();
 
@@ -50,6 +59,9 @@ private:
     glm::vec2 viewportSize() override;
 
     bool isHere() const;
+    std::string_view groupName() const {
+        return label_.empty() ? std::string_view("vellis canvas") : std::string_view(label_);
+    }
     Renderer& renderer();
     void setMatrices();
     glm::mat4 matrixOf(const glm::dvec3& origin) const;
@@ -66,6 +78,7 @@ private:
     glm::mat4 mvp_{1.f};
     glm::mat4 transform_{1.f};
     Setting setting_;
+    std::string label_;
     Drawing drawing_;
     Recorder streaming_{drawing_, *this, false};
     std::unique_ptr<KeptDrawing> kept_;

@@ -6,6 +6,7 @@
 
 #include "gl/capability.hpp"
 #include "gl/enumerator.hpp"
+#include "gl/loader.hpp"
 #include "gl/names.hpp"
 
 namespace vellis {
@@ -92,7 +93,7 @@ void Drawable::enablePointSprite(bool on) {
 }
 
 void Drawable::setLineWidth(float width) {
-    glLineWidth(width);
+    state::setLineWidth(width);
 }
 
 void Drawable::setPointSize(float size) {
@@ -101,7 +102,8 @@ void Drawable::setPointSize(float size) {
 }
 
 void Drawable::setPolygonMode(Face face, PolygonMode mode) {
-    glPolygonMode(gl::value(face), gl::value(mode));
+    if (face == Face::FrontAndBack || !loader::isCore())
+        glPolygonMode(gl::value(face), gl::value(mode));
 }
 
 } // namespace vellis

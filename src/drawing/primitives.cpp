@@ -63,11 +63,16 @@ struct AttributeRecorder {
 
     static void finish() { VertexAttributesBinding::Inlined::unbind(); }
 
-    /// The use of a program that keeps no binding meanwhile.
+    /// The use of a program that keeps no binding meanwhile. It is an operation as well, which is
+    /// within no other: see gl/operation.hpp.
     class Use {
     public:
-        explicit Use(const Program& program) : program_(program) { program.bind(); }
+        explicit Use(const Program& program) : program_(program) {
+            gl::thread().operation = "Drawable::make";
+            program.bind();
+        }
         ~Use() {
+            gl::thread().operation = nullptr;
             program_.usage_.setBound(false);
             glUseProgram(0);
         }

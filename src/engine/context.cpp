@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <vellis/buffers/buffer_object_manager.hpp>
+#include <vellis/engine/debug_output.hpp>
 #include <vellis/shading/program_manager.hpp>
 
 #include "gl/context_state.hpp"
@@ -88,6 +89,7 @@ void Context::dispose() {
     if (!isAlive())
         return;
     if (use()) {
+        internal::stop_debug_output();
         state_->isClosing = true;
         empty(*state_);
     }

@@ -10,6 +10,8 @@
 #include <vellis/gl.hpp>
 
 #include "gl/enumerator_names.hpp"
+#include "gl/labels.hpp"
+#include "gl/loader.hpp"
 #include "gl/log.hpp"
 #include "shading/info_log.hpp"
 #include "state/state_values.hpp"
@@ -26,6 +28,19 @@ static_assert(haveRoom(limits));
 
 const char* glString(unsigned int name) {
     return printable(reinterpret_cast<const char*>(glGetString(name)));
+}
+
+/// The start of the list of extensions, which a core context gives one by one.
+std::string listedExtensions() {
+    constexpr std::size_t numShown = 276; // of the line
+    std::string names;
+    int count = 0;
+    glGetIntegerv(GL_NUM_EXTENSIONS, &count);
+    for (int i = 0; i < count && names.size() < numShown; ++i) {
+        const GLubyte* const name = glGetStringi(GL_EXTENSIONS, static_cast<unsigned int>(i));
+        names.append(name != nullptr ? reinterpret_cast<const char*>(name) : "") += ' ';
+    }
+    return names;
 }
 
 /// Memory for a text of a length that GL gave, all zero, so that it ends whatever GL writes.
@@ -50,9 +65,27 @@ void logText(const char* title, std::string_view text) {
     printLine(title, formatted(text));
 }
 
-void printInfoLog(const char* title, const std::string& infoLog) {
-    if (!infoLog.empty())
-        logText(title, infoLog.c_str()); // up to the first zero
+/// ` of 3 'lamp'` for what has a label, behind the title of its dump.
+std::string whose(gl::Kind kind, unsigned int name) {
+    return gl::labelOf(kind, name).empty() ? std::string() : " of " + gl::nameText(kind, name);
+}
+
+void printInfoLog(const char* title, const std::string& object, const std::string& infoLog) {
+    if (!infoLog.empty()) // up to the first zero
+        logText((title + object).c_str(), infoLog.c_str());
+}
+
+/// Prints the lines behind their title.
+void printSource(const std::string& object, const char* source) {
+    writeToFile({logTitle, ": Shader Source Code", object});
+    std::string_view rest = printable(source);
+    for (int number = 1; !rest.empty(); ++number) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        char title[16];
+        std::snprintf(title, sizeof(title), "%4d", number);
+        logText(title, rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
 }
 
 /// Where the active variables of one kind come from.
@@ -76,8 +109,9 @@ int programInteger(unsigned int program, unsigned int pname) {
     return value;
 }
 
-/// Prints `loc = …, name = …, type = …` of each variable with \p format.
-void printVariables(unsigned int program, const VariableQuery& query, const char* format) {
+/// Prints `loc = …, name = …, type = …` of each variable behind \p what, as far as there is room.
+void printVariables(unsigned int program, const VariableQuery& query, const char* what) {
+    const std::string object = whose(gl::Kind::Program, program);
     const int count = programInteger(program, query.count);
     const int maxLength = programInteger(program, query.maxLength);
     std::string name = textBuffer(maxLength);
@@ -86,10 +120,10 @@ void printVariables(unsigned int program, const VariableQuery& query, const char
         unsigned int type = 0;
         query.getActive(program, static_cast<unsigned int>(i), maxLength, nullptr, &size, &type,
                         name.data());
-        char line[512];
+        char line[257 + 1];
         std::snprintf(line, sizeof(line), "loc = %i, name = %s, type = %s", i, name.c_str(),
                       printable(gl::variableTypes.find(type)));
-        log(logTitle, format, line);
+        writeToFile({logTitle, ": ", what, object, ": ", line});
     }
 }
 
@@ -115,7 +149,8 @@ void print_gl_info() {
 }
 
 void print_gl_extensions() {
-    log(logTitle, "OpenGL extensions: %s", glString(GL_EXTENSIONS));
+    log(logTitle, "OpenGL extensions: %s",
+        loader::isCore() ? listedExtensions().c_str() : glString(GL_EXTENSIONS));
 }
 
 void print_gl_caps() {
@@ -124,15 +159,7 @@ void print_gl_caps() {
 }
 
 void print_shader(const char* source) {
-    log(logTitle, "Shader Source Code");
-    std::string_view rest = printable(source);
-    for (int number = 1; !rest.empty(); ++number) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size());
-        char title[16];
-        std::snprintf(title, sizeof(title), "%4d", number);
-        logText(title, rest.substr(0, end));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
+    printSource({}, source);
 }
 
 void print_shader(unsigned int shader) {
@@ -140,7 +167,7 @@ void print_shader(unsigned int shader) {
     glGetShaderiv(shader, GL_SHADER_SOURCE_LENGTH, &length);
     std::string source = textBuffer(length) + std::string(16, '\0');
     glGetShaderSource(shader, static_cast<int>(source.size()), nullptr, source.data());
-    print_shader(source.c_str());
+    printSource(whose(gl::Kind::Shader, shader), source.c_str());
 }
 
 void print_shader(unsigned int program, int shaderType) {
@@ -165,19 +192,19 @@ void print_fragment_shader(unsigned int program) {
 }
 
 void print_shader_compilation_info(unsigned int shader) {
-    printInfoLog("Shader Compilation", shaderInfoLog(shader));
+    printInfoLog("Shader Compilation", whose(gl::Kind::Shader, shader), shaderInfoLog(shader));
 }
 
 void print_program_link_info(unsigned int program) {
-    printInfoLog("Program Linkage", programInfoLog(program));
+    printInfoLog("Program Linkage", whose(gl::Kind::Program, program), programInfoLog(program));
 }
 
 void print_program_attributes(unsigned int program) {
-    printVariables(program, attributes(), "Attrib: %s");
+    printVariables(program, attributes(), "Attrib");
 }
 
 void print_program_uniforms(unsigned int program) {
-    printVariables(program, uniforms(), "Uniform: %s");
+    printVariables(program, uniforms(), "Uniform");
 }
 
 unsigned int attrib_type(unsigned int program, const char* name) {

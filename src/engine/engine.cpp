@@ -2,6 +2,7 @@
 
 #include <vellis/buffers/buffer_object_manager.hpp>
 #include <vellis/context.hpp>
+#include <vellis/engine/debug_output.hpp>
 #include <vellis/shading/program_manager.hpp>
 
 #include "gl/disposal.hpp"
@@ -16,6 +17,7 @@ bool init() {
 void dispose() {
     if (Context* const context = Context::current())
         return context->dispose();
+    internal::stop_debug_output();
     gl::isProcessDisposed = true; // what ends now must not make anything for good
     ProgramManager::dispose();
     BufferObjectManager::dispose();

@@ -2,6 +2,7 @@
 /// no header brings GL's own.
 
 #include <vellis/drawing.hpp>
+#include <vellis/engine/debug_output.hpp>
 #include <vellis/framebuffer.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/shading.hpp>
@@ -34,6 +35,32 @@ static_assert(value(Drawable::SmoothHint::Nicest) == GL_NICEST);
 static_assert(value(Drawable::PolygonMode::Point) == GL_POINT);
 static_assert(value(Drawable::PolygonMode::Line) == GL_LINE);
 static_assert(value(Drawable::PolygonMode::Fill) == GL_FILL);
+
+// Debug messages
+
+using internal::DebugSeverity;
+using internal::DebugSource;
+using internal::DebugType;
+
+static_assert(value(DebugSource::Api) == GL_DEBUG_SOURCE_API);
+static_assert(value(DebugSource::WindowSystem) == GL_DEBUG_SOURCE_WINDOW_SYSTEM);
+static_assert(value(DebugSource::ShaderCompiler) == GL_DEBUG_SOURCE_SHADER_COMPILER);
+static_assert(value(DebugSource::ThirdParty) == GL_DEBUG_SOURCE_THIRD_PARTY);
+static_assert(value(DebugSource::Application) == GL_DEBUG_SOURCE_APPLICATION);
+static_assert(value(DebugSource::Other) == GL_DEBUG_SOURCE_OTHER);
+static_assert(value(DebugType::Error) == GL_DEBUG_TYPE_ERROR);
+static_assert(value(DebugType::DeprecatedBehavior) == GL_DEBUG_TYPE_DEPRECATED_BEHAVIOR);
+static_assert(value(DebugType::UndefinedBehavior) == GL_DEBUG_TYPE_UNDEFINED_BEHAVIOR);
+static_assert(value(DebugType::Portability) == GL_DEBUG_TYPE_PORTABILITY);
+static_assert(value(DebugType::Performance) == GL_DEBUG_TYPE_PERFORMANCE);
+static_assert(value(DebugType::Other) == GL_DEBUG_TYPE_OTHER);
+static_assert(value(DebugType::Marker) == GL_DEBUG_TYPE_MARKER);
+static_assert(value(DebugType::PushGroup) == GL_DEBUG_TYPE_PUSH_GROUP);
+static_assert(value(DebugType::PopGroup) == GL_DEBUG_TYPE_POP_GROUP);
+static_assert(value(DebugSeverity::High) == GL_DEBUG_SEVERITY_HIGH);
+static_assert(value(DebugSeverity::Medium) == GL_DEBUG_SEVERITY_MEDIUM);
+static_assert(value(DebugSeverity::Low) == GL_DEBUG_SEVERITY_LOW);
+static_assert(value(DebugSeverity::Notification) == GL_DEBUG_SEVERITY_NOTIFICATION);
 
 // Vertex attributes
 

@@ -4,6 +4,8 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/operation.hpp"
+
 namespace vellis {
 
 /// Copies between two framebuffers that live for the time of the call; the arguments are functions
@@ -13,6 +15,7 @@ void Framebuffer::blit(AttachSource attachSource, AttachDestination attachDestin
                        unsigned int width, unsigned int height, unsigned int mask) {
     if (glBlitFramebuffer == nullptr)
         return;
+    const gl::Operation operation("Framebuffer::blit");
     state::State<int, 2, GL_DRAW_FRAMEBUFFER_BINDING> bindings{};
     state::get(bindings);
     {

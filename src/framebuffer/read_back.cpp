@@ -6,6 +6,7 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/operation.hpp"
 #include "gl/size_limits.hpp"
 #include "state/pixel_alignment.hpp"
 #include "state/pixel_memory.hpp"
@@ -26,6 +27,7 @@ void Framebuffer::readPixels(void* data, unsigned int x, unsigned int y, unsigne
                              unsigned int height, const PixelLayout& layout) {
     if (state::isNowhere(data, GL_PIXEL_PACK_BUFFER_BINDING))
         return;
+    const gl::Operation operation("Framebuffer::download");
     downloadPixels(data, within(x), within(y), atMost(largestAddable, width),
                    atMost(largestAddable, height), layout.format, layout.type, layout.alignment);
 }

@@ -8,6 +8,14 @@ namespace {
 /// What guards which thread has a Context in use: each thread changes that of others.
 std::mutex mutex; // which needs neither construction nor destruction
 
+/// ContextState::isWatched, of the process.
+bool isProcessWatched = false;
+
+void setWatched(Thread& thread, bool on) noexcept {
+    setShared(thread.unbound, on ? watched : 0);
+    setShared(thread.program, 0u);
+}
+
 /// Takes from \p other what it has in use, for whoever comes next. \p index is what it compares
 /// with from then on.
 void putDown(Thread& other, unsigned int index) noexcept {
@@ -19,6 +27,7 @@ void putDown(Thread& other, unsigned int index) noexcept {
     }
     setShared(other.group, index);
     setShared(other.context, index);
+    setWatched(other, isProcessWatched);
 }
 
 /// Has this thread use \p state, from whichever thread has it.
@@ -30,6 +39,7 @@ void pickUp(ContextState& state) noexcept {
     setShared(thread().group, isThere ? state.groupNames->index() : nowhere);
     setShared(thread().context, isThere ? state.ownNames->index() : nowhere);
     setShared(thread().state, &state);
+    setWatched(thread(), state.isWatched);
     thread().processBinding = std::exchange(thread().binding, state.binding);
 }
 
@@ -68,6 +78,13 @@ void enter(ContextState* state) noexcept {
     putDown(thread(), 0);
     if (state != nullptr)
         pickUp(*state);
+}
+
+void watch(bool on) noexcept {
+    const std::lock_guard<std::mutex> lock(mutex);
+    bool& isOn = thread().state != nullptr ? thread().state->isWatched : isProcessWatched;
+    isOn = on;
+    setWatched(thread(), on);
 }
 
 void putDown(Thread& thread) noexcept {

@@ -29,8 +29,9 @@ enum class Slot : unsigned char {
     StreamingBuffer, ///< what the Toolbox knows of its buffer
     Buffers,         ///< the registry of buffers
     TrackedStates,   ///< what diff_gl_states() remembers
+    DebugOutput,     ///< what takes GL's debug messages
 };
-constexpr std::size_t numSlots = 5;
+constexpr std::size_t numSlots = 6;
 
 /// What the library keeps for one GL context. It lives for as long as its Context, or a scope that
 /// goes back to it. A thread that has it in use beyond that has nothing in use from then on.
@@ -78,6 +79,7 @@ public:
     std::atomic<Thread*> user = nullptr;  ///< the thread that has it in use
     const void* binding = nullptr;        ///< Thread::binding, while no thread has it in use
     bool isClosing = false;               ///< whether it is past making things for good
+    bool isWatched = false;               ///< whether debug output is on: see Thread::unbound
 
 private:
     void* at(Slot slot, void* (*make)(), void (*destroy)(void* object));
@@ -97,6 +99,14 @@ void putDown(Thread& thread) noexcept;
 inline void enterWithEntryPoints(ContextState* state) noexcept {
     enter(state);
     loader::publish(state != nullptr ? state->entryPoints.get() : loader::processTable());
+}
+
+/// Says whether debug output is on for the Context in use, or for the process, and for this thread.
+void watch(bool on) noexcept;
+
+/// Whether it is.
+inline bool isWatched() {
+    return thread().unbound != 0;
 }
 
 /// From now on none of the names exist that were made with the Context in use on this thread.

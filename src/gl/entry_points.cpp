@@ -91,11 +91,28 @@ std::mutex mutex; // which needs neither construction nor destruction
 using Lock = std::lock_guard<std::mutex>;
 
 thread_local PFNGLGETSTRINGIPROC getStringi = nullptr;
+thread_local bool listsCompatibility = false; ///< whether that has given GL_ARB_compatibility
 
 /// glGetStringi for the time of a load: the generated loader measures what it gives, null or not.
 const GLubyte* GLAD_API_PTR stringOrEmpty(GLenum name, GLuint index) {
     const GLubyte* const text = getStringi(name, index);
-    return text != nullptr ? text : reinterpret_cast<const GLubyte*>("");
+    if (text == nullptr)
+        return reinterpret_cast<const GLubyte*>("");
+    if (std::strcmp(reinterpret_cast<const char*>(text), "GL_ARB_compatibility") == 0)
+        listsCompatibility = true;
+    return text;
+}
+
+/// The profile of the context that is loaded. Those of the compatibility kind list an extension
+/// that says so, and are asked nothing.
+Profile findProfile(const GladGLContext& gl) {
+    if (gl.VERSION_3_2 == 0 || listsCompatibility || gl.GetIntegerv == nullptr ||
+        !saysCoreProfile(gl.GetIntegerv))
+        return Profile::Compatibility;
+    GLint contextFlags = 0;
+    gl.GetIntegerv(GL_CONTEXT_FLAGS, &contextFlags);
+    return (contextFlags & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) != 0 ? Profile::ForwardCompatible
+                                                                        : Profile::Core;
 }
 
 /// What loadTable is called with.
@@ -119,6 +136,7 @@ GLADapiproc findForLoader(void* user, const char* name) {
 struct Table {
     GladGLContext context;
     int version;
+    Profile profile;
     mutable unsigned int numOwners;
     mutable const Table* next; ///< of the list of all tables
 };
@@ -132,7 +150,7 @@ OwnedTable unique(std::unique_ptr<Table> table) {
     const Lock lock(mutex);
     const Table* found = tables;
     while (found != nullptr &&
-           (found->version != table->version ||
+           (found->version != table->version || found->profile != table->profile ||
             std::memcmp(&found->context, &table->context, sizeof(GladGLContext)) != 0))
         found = found->next;
     if (found == nullptr) {
@@ -164,10 +182,18 @@ OwnedTable loadTable(EntryPoint (*find)(const void* lookup, const char* name), c
         return nullptr;
     Finder finder = {find, lookup};
     GladGLContext& context = table->context;
+    listsCompatibility = false;
     table->version = gladLoadGLContextUserPtr(&context, findForLoader, &finder);
     if (context.GetStringi == stringOrEmpty)
         context.GetStringi = getStringi;
-    return table->version != 0 ? unique(std::move(table)) : nullptr;
+    if (table->version == 0)
+        return nullptr;
+    table->profile = findProfile(context);
+    return unique(std::move(table));
+}
+
+Profile profileOf(const Table& table) {
+    return table.profile;
 }
 
 Version versionOf(const Table& table) {

@@ -47,6 +47,26 @@ OwnedTable loadTable(const Lookup& lookup) {
 /// The version of the context that a table was loaded from.
 Version versionOf(const Table& table);
 
+/// What a context has of what GL 3.1 has removed, and of what GL 3.0 has deprecated.
+enum class Profile : unsigned char {
+    Compatibility,     ///< all of it
+    Core,              ///< only what is deprecated: lines wider than 1
+    ForwardCompatible, ///< nothing of it: a core context without what is deprecated
+};
+
+/// The profile of the context that a table was loaded from; before GL 3.2 there is one.
+Profile profileOf(const Table& table);
+
+/// Whether GL says that the context, which is one of 3.2 or later, has the core profile.
+template <class GetIntegerv>
+bool saysCoreProfile(GetIntegerv getIntegerv) {
+    constexpr unsigned int profileMask = 0x9126; // GL_CONTEXT_PROFILE_MASK
+    constexpr int coreProfile = 0x1;             // GL_CONTEXT_CORE_PROFILE_BIT
+    int profile = 0;
+    getIntegerv(profileMask, &profile);
+    return (profile & coreProfile) != 0;
+}
+
 /// Sets GLVersion, where it is another.
 void setVersion(Version version) noexcept;
 

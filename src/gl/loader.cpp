@@ -203,6 +203,12 @@ const Table* processTable() {
     return Process::table;
 }
 
+Profile profile() {
+    const gl::ContextState* const state = gl::thread().state;
+    const Table* const table = state != nullptr ? state->entryPoints.get() : processTable();
+    return table != nullptr ? profileOf(*table) : Profile::Compatibility;
+}
+
 void setVersion(Version version) noexcept {
     if (GLVersion.major != version.major || GLVersion.minor != version.minor)
         GLVersion = {version.major, version.minor};

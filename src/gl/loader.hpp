@@ -19,6 +19,15 @@ OwnedTable findTable(void* (*lookup)(const char* name));
 /// The table that was loaded last while no Context was in use, or null.
 const Table* processTable();
 
+/// The profile of the GL context that is in use on this thread; that of the compatibility kind
+/// where nothing was loaded. No GL call.
+Profile profile();
+
+/// Whether that is a core profile: calls that GL 3.1 has removed would be errors.
+inline bool isCore() {
+    return profile() != Profile::Compatibility;
+}
+
 /// A GL context, by what its platform calls it.
 struct NativeContext {
     void* (*current)();  ///< the platform's answer to what is current on a thread; null if unknown

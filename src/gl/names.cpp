@@ -9,6 +9,7 @@
 #include <vellis/gl.hpp>
 
 #include "gl/entry_point.hpp"
+#include "gl/labels.hpp"
 
 namespace vellis::gl {
 namespace {
@@ -63,6 +64,7 @@ WaitingNames::WaitingNames() {
 }
 
 WaitingNames::~WaitingNames() {
+    forgetLabels(index_);
     const Lock lock(all.mutex);
     WaitingNames** place = &all.first;
     while (*place != this)
@@ -90,6 +92,8 @@ void WaitingNames::add(Kind kind, unsigned int index, unsigned int name) noexcep
 }
 
 void WaitingNames::release(bool deletes) {
+    if (!deletes)
+        forgetLabels(index_);
     for (std::size_t kind = 0; kind < numKinds; ++kind) {
         std::vector<unsigned int> names;
         {
@@ -104,6 +108,15 @@ void WaitingNames::release(bool deletes) {
 
 void deleteName(Kind kind, unsigned int name) noexcept {
     deleteNames(kind, &name, 1);
+}
+
+bool canDeleteOther(Kind kind, unsigned int index, unsigned int name) noexcept {
+    forgetLabel(kind, index, name);
+    if (index == getShared(isShared(kind) ? thread().group : thread().context))
+        return true;
+    if (name != 0)
+        WaitingNames::add(kind, index, name);
+    return false;
 }
 
 unsigned int refuse(Kind kind) {

@@ -88,6 +88,14 @@ private:
     WaitingNames* next_; ///< of the list of all
 };
 
+/// How many names have a label, see gl/labels.hpp. Most programs give none, and nothing is looked
+/// for then.
+inline std::atomic<std::size_t> numLabels = 0;
+
+inline bool haveLabels() {
+    return numLabels.load(std::memory_order_relaxed) != 0;
+}
+
 /// Deletes a name in the GL context that is current.
 void deleteName(Kind kind, unsigned int name) noexcept;
 
@@ -121,14 +129,15 @@ bool existsOrRefuse(const Buffer& buffer) {
     return buffer.exists() || refuse(Kind::Buffer) != 0;
 }
 
+/// canDelete() where the name is of another Context or something has a label.
+[[gnu::cold]] bool canDeleteOther(Kind kind, unsigned int index, unsigned int name) noexcept;
+
 /// Whether a name of that kind and index can be deleted here and now. If not, it waits, but for the
-/// name 0. Asks whether another thread has taken over the Context that was in use here.
+/// name 0. Its label is forgotten in any case. Asks whether another thread has taken over the
+/// Context that was in use here.
 inline bool canDelete(Kind kind, unsigned int index, unsigned int name) noexcept {
-    if (index == getShared(isShared(kind) ? thread().group : thread().context))
-        return true;
-    if (name != 0)
-        WaitingNames::add(kind, index, name);
-    return false;
+    const bool isOwn = index == getShared(isShared(kind) ? thread().group : thread().context);
+    return (isOwn && !haveLabels()) || canDeleteOther(kind, index, name);
 }
 
 } // namespace vellis::gl

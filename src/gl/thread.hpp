@@ -13,8 +13,9 @@ struct Thread {
     /// The index of the group of Contexts in use, whose buffers, textures, renderbuffers, shaders
     /// and programs can be used here: 0 for what the process made without one.
     unsigned int group;
-    /// Always 0: what a program that is not bound has beside the index of its group. It compares
-    /// both at once.
+    /// What a program that is not bound has beside the index of its group, and compares at once
+    /// with it: 0. While debug output is on it is `watched`, which none has, so that all programs
+    /// are bound the longer way, which leaves their names here.
     unsigned int unbound;
     /// The index of the Context in use, whose vertex arrays and framebuffers can be used here.
     unsigned int context;
@@ -28,6 +29,10 @@ struct Thread {
     ContextState* state;
     /// Whether what the thread keeps is released when it ends.
     enum class End : unsigned char { NotSeenTo, SeenTo, Past } end;
+    /// The operation of the library that runs, in words, or null: see gl/operation.hpp.
+    const char* operation;
+    /// The name of the program that was bound last while debug output was on; or 0.
+    unsigned int program;
     /// Memory of released objects, for the next of as many steps.
     void* spares[detail::mostRecycledSteps];
 };
@@ -35,6 +40,9 @@ struct Thread {
 /// In place of an index while nothing that was made can be used: of a Context that is gone, or that
 /// another thread has taken over.
 constexpr unsigned int nowhere = 0xFFFFFFFF;
+
+/// Thread::unbound while debug output is on.
+constexpr unsigned int watched = 0x80000000;
 
 /// In place of a binding while one that does not exist here counts as bound.
 inline const void* const refusedBinding = reinterpret_cast<const void*>(1);

@@ -102,4 +102,14 @@ const std::array<BuiltInProgram, 6> builtInPrograms = {{
     {dashLinesVertex3D, dashLinesFragment},
 }};
 
+const BuiltInProgram corePreambles = {
+    "#version 150 \n"
+    "#define attribute in \n"
+    "#define varying out ",
+    "#version 150 \n"
+    "#define varying in \n"
+    "#define gl_FragColor OUT0 \n"
+    "out vec4 OUT0; ",
+};
+
 } // namespace vellis

@@ -13,4 +13,7 @@ struct BuiltInProgram {
 /// The built-in programs, by the value of ProgramManager::BuiltIn.
 extern const std::array<BuiltInProgram, 6> builtInPrograms;
 
+/// What takes the place of their first line, which names their version, in a core context.
+extern const BuiltInProgram corePreambles;
+
 } // namespace vellis

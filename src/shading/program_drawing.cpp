@@ -16,10 +16,10 @@ namespace vellis {
 
 void Program::bind() const {
     usage_.setBound(true);
-    if (gl::isHere(gl::Kind::Program, usage_.group()))
+    if (gl::isHere(gl::Kind::Program, usage_.group()) && gl::thread().unbound == 0)
         glUseProgram(id_);
     else
-        bindNothing();
+        bindOther();
 }
 
 void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) const {
@@ -35,8 +35,10 @@ void Program::bind(const std::shared_ptr<VertexAttributesBinding>& binding) cons
     Binding::bind(name);
 }
 
-VELLIS_COLD void Program::bindNothing() const {
-    glUseProgram(gl::refuse(gl::Kind::Program));
+VELLIS_COLD void Program::bindOther() const {
+    const unsigned int name = gl::nameHere(gl::Kind::Program, usage_.group(), id_);
+    gl::thread().program = name;
+    glUseProgram(name);
 }
 
 VELLIS_COLD void Program::rebind(const std::shared_ptr<VertexAttributesBinding>& binding) const {

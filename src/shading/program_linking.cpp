@@ -10,6 +10,7 @@
 #include <vellis/gl.hpp>
 
 #include "gl/names.hpp"
+#include "gl/operation.hpp"
 #include "shading/info_log.hpp"
 #include "shading/program_variables.hpp"
 #include "shading/uniform_factory.hpp"
@@ -123,6 +124,7 @@ std::string Program::linkLog() const {
 void Program::link() {
     if (!exists())
         return;
+    const gl::Operation operation("Program::link");
     auto variables = std::make_shared<Variables>();
     gl_link();
     variables_ = std::move(variables);

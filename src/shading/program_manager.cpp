@@ -1,8 +1,12 @@
 #include <vellis/shading/program_manager.hpp>
 
+#include <cstring>
+#include <string>
+
 #include <vellis/detail/lasting.hpp>
 
 #include "gl/context_state.hpp"
+#include "gl/loader.hpp"
 #include "shading/built_in_programs.hpp"
 
 namespace vellis {
@@ -15,6 +19,12 @@ struct Registry {
         ProgramManager::dispose();
     }
 };
+
+/// A source of a built-in program with \p preamble in the place of its first line.
+std::string inCore(const char* preamble, const char* source) {
+    std::string text;
+    return text.append(preamble).append(std::strchr(source, '\n'));
+}
 
 /// What lookups that find nothing give.
 const std::shared_ptr<Program>& none() {
@@ -96,8 +106,11 @@ std::shared_ptr<Program> ProgramManager::makeBuiltIn(BuiltIn builtIn) {
     const auto index = static_cast<std::size_t>(builtIn);
     if (index >= builtInPrograms.size())
         return nullptr;
-    return Program::make(builtInPrograms[index].vertexSource,
-                         builtInPrograms[index].fragmentSource);
+    const auto [vertex, fragment] = builtInPrograms[index];
+    if (!loader::isCore())
+        return Program::make(vertex, fragment);
+    return Program::make(inCore(corePreambles.vertexSource, vertex).c_str(),
+                         inCore(corePreambles.fragmentSource, fragment).c_str());
 }
 
 } // namespace vellis

@@ -5,7 +5,9 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/loader.hpp"
 #include "gl/names.hpp"
+#include "gl/operation.hpp"
 #include "shading/info_log.hpp"
 
 namespace vellis {
@@ -46,8 +48,25 @@ std::string_view versionLine(Shader::Version version) {
     return version410;
 }
 
+// GLSL 1.20 is GLSL 1.50 in a core context, with its functions of textures; in as many lines, since
+// compilers tell their numbers.
+#define VELLIS_TEXTURES_150                                                                        \
+    "#define texture1D texture \n"                                                                 \
+    "#define texture2D texture \n"                                                                 \
+    "#define texture3D texture \n"                                                                 \
+    "#define textureCube texture \n"
+constexpr std::string_view version150 = "#version 150 \n";
+constexpr std::string_view vertexMacros150 = "#define IN in \n"
+                                             "#define OUT out \n" VELLIS_TEXTURES_150 "\n";
+constexpr std::string_view fragmentMacros150 =
+    "#define IN in \n"
+    "#define DECL_OUT0 out vec4 OUT0; \n" VELLIS_TEXTURES_150 "\n\n";
+#undef VELLIS_TEXTURES_150
+
 /// What is put in front of a source of that version.
-std::string preamble(Shader::Version version, std::string_view macros) {
+std::string preamble(Shader::Version version, std::string_view macros, std::string_view macros150) {
+    if (version == Shader::Version::V210 && loader::isCore())
+        return std::string(version150).append(macros150);
     return std::string(versionLine(version)).append(macros);
 }
 
@@ -81,6 +100,7 @@ std::string Shader::compilationLog() const {
 }
 
 void Shader::compile(const char* source) const {
+    const gl::Operation operation("Shader::make");
     const char* const text = source != nullptr ? source : "";
     const unsigned int name = idToUse();
     glShaderSource(name, 1, &text, nullptr);
@@ -117,7 +137,7 @@ VertexShader::VertexShader(std::string_view source) : Shader(GL_VERTEX_SHADER) {
 }
 
 VertexShader::VertexShader(std::string_view source, Version version) : Shader(GL_VERTEX_SHADER) {
-    compileBehind(preamble(version, vertexMacros), source);
+    compileBehind(preamble(version, vertexMacros, vertexMacros150), source);
 }
 
 VertexShader::~VertexShader() = default;
@@ -150,7 +170,7 @@ FragmentShader::FragmentShader(std::string_view source) : Shader(GL_FRAGMENT_SHA
 
 FragmentShader::FragmentShader(std::string_view source, Version version)
     : Shader(GL_FRAGMENT_SHADER) {
-    compileBehind(preamble(version, fragmentMacros), source);
+    compileBehind(preamble(version, fragmentMacros, fragmentMacros150), source);
 }
 
 FragmentShader::~FragmentShader() = default;

@@ -61,6 +61,36 @@ bool restoreHere(const Word* words) {
     return true;
 }
 
+/// Writes what both have where it differs, from \p out on; counts it alone where that is null.
+std::size_t compare(const Word* before, const Word* after, Difference* out) {
+    const Shape shapes[] = {shapeOf(before), shapeOf(after)};
+    std::size_t number = 0;
+    Walk a(shapes[0]);
+    Walk b(shapes[1]);
+    for (bool isThere = a.next() && b.next(); isThere;) {
+        if (a.isBefore(b)) {
+            isThere = a.next();
+            continue;
+        }
+        if (b.isBefore(a)) {
+            isThere = b.next();
+            continue;
+        }
+        const Word* const old = before + shapeWords + a.offset();
+        const Word* const now = after + shapeWords + b.offset();
+        if (a.size() != b.size() || std::memcmp(old, now, a.size() * sizeof(Word)) != 0) {
+            if (out != nullptr) {
+                out[number].name = nameText(a.piece(), a.index());
+                out[number].before = valueText(a.piece(), old, a.size());
+                out[number].after = valueText(a.piece(), now, b.size());
+            }
+            ++number;
+        }
+        isThere = a.next() && b.next();
+    }
+    return number;
+}
+
 } // namespace
 
 Snapshot Snapshot::take() {
@@ -83,29 +113,11 @@ bool Snapshot::restore() const {
 }
 
 std::vector<Difference> differences(const Snapshot& before, const Snapshot& after) {
-    std::vector<Difference> all;
     if (before.isEmpty() || after.isEmpty())
-        return all;
-    const Shape shapes[] = {shapeOf(before.words_.data()), shapeOf(after.words_.data())};
-    const Word* const first = before.words_.data() + shapeWords;
-    const Word* const second = after.words_.data() + shapeWords;
-    Walk a(shapes[0]);
-    Walk b(shapes[1]);
-    for (bool isThere = a.next() && b.next(); isThere;) {
-        if (a.isBefore(b)) {
-            isThere = a.next();
-        } else if (b.isBefore(a)) {
-            isThere = b.next();
-        } else {
-            const Piece& piece = a.piece();
-            const Word* const old = first + a.offset();
-            const Word* const now = second + b.offset();
-            if (a.size() != b.size() || std::memcmp(old, now, a.size() * sizeof(Word)) != 0)
-                all.push_back({nameText(piece, a.index()), valueText(piece, old, a.size()),
-                               valueText(piece, now, b.size())});
-            isThere = a.next() && b.next();
-        }
-    }
+        return {};
+    const Word* const words[] = {before.words_.data(), after.words_.data()};
+    std::vector<Difference> all(compare(words[0], words[1], nullptr));
+    compare(words[0], words[1], all.data());
     return all;
 }
 

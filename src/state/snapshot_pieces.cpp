@@ -7,6 +7,7 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/capability.hpp"
 #include "gl/thread.hpp"
 #include "state/later_enumerators.hpp"
 
@@ -21,31 +22,53 @@ const Piece pieces[] = {
 };
 const unsigned int numPieces = static_cast<unsigned int>(std::size(pieces));
 
+static_assert(std::size(pieces) <= 256);
+
 namespace {
 
-/// One after the other, each with its end: without a pointer for each.
-constexpr char names[] =
-#define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups)        \
-#name "\0"
+/// The names one after the other. Most begin as the one before: each is the number of characters
+/// that they share, which is no letter and so ends the one before, and the rest.
+template <std::size_t most>
+struct Names {
+    std::size_t size = 0;
+    char text[most] = {};
+
+    constexpr void add(const char* name, const char* previous) {
+        std::size_t shared = 0;
+        while (previous[shared] != '\0' && previous[shared] == name[shared])
+            ++shared;
+        text[size++] = static_cast<char>(shared);
+        for (name += shared; *name != '\0'; ++name)
+            text[size++] = *name;
+    }
+};
+
+template <std::size_t most>
+constexpr Names<most> join() {
+    Names<most> all;
+    const char* previous = "";
+    for (const char* name : {
+#define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups) #name,
 #include "state/snapshot_pieces.inc"
 #undef VELLIS_PIECE
-    ;
+         }) {
+        all.add(name, previous);
+        previous = name;
+    }
+    return all;
+}
+
+constexpr Names names = join<join<8192>().size>();
+
+constexpr bool isRest(char character) {
+    return character >= '0'; // of a name: none shares as many characters
+}
 
 /// A limit of the context, so far as it is sensible.
 unsigned int limit(unsigned int pname, int least = 0, int most = 1024) {
     int value = 0;
     glGetIntegerv(pname, &value);
     return static_cast<unsigned int>(std::clamp(value, least, most));
-}
-
-/// Whether the context has what GL 3.1 has removed.
-bool keepsFixedFunctions() {
-    if (GLAD_GL_VERSION_3_2 != 0) {
-        int profile = 0;
-        glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
-        return (profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT) != 0;
-    }
-    return GLAD_GL_VERSION_3_1 == 0;
 }
 
 /// The bits of what the context has, but for what depends on what is bound.
@@ -55,7 +78,7 @@ unsigned int capabilities() {
         bool has;
         unsigned int bit;
     } rows[] = {
-        {keepsFixedFunctions(), Compatible},
+        {gl::keepsFixedFunctions(), Compatible},
         {GLAD_GL_VERSION_3_0 != 0, V30},
         {GLAD_GL_VERSION_3_1 != 0, V31},
         {GLAD_GL_VERSION_3_2 != 0, V32},
@@ -108,11 +131,15 @@ constexpr Limit limits[] = {
 
 } // namespace
 
-const char* nameOf(const Piece& piece) {
-    const char* name = names;
-    for (const Piece* before = pieces; before != &piece; ++before)
-        name += std::strlen(name) + 1;
-    return name;
+std::string nameOf(const Piece& piece) {
+    std::string name;
+    const char* at = names.text;
+    for (const Piece* row = pieces; row <= &piece; ++row) {
+        name.resize(static_cast<std::size_t>(*at++));
+        while (at != names.text + names.size && isRest(*at))
+            name += *at++;
+    }
+    return "GL_" + name;
 }
 
 Shape Shape::here(unsigned int groups) {
@@ -135,41 +162,34 @@ Shape Shape::here(unsigned int groups) {
 
 unsigned int Shape::size() const {
     unsigned int all = 0;
-    for (Walk at(*this); at.next();)
-        all += at.size();
+    for (const Piece& piece : pieces)
+        all += contains(piece) ? count(piece.per) * size(piece) : 0;
     return all;
 }
 
-bool Walk::next() {
-    offset_ += size_;
-    ++row_;
-    for (;;) {
-        for (; row_ < end_; ++row_) {
-            if (shape_.contains(pieces[row_])) {
-                size_ = shape_.size(pieces[row_]);
-                return true;
-            }
-        }
-        if (++index_ < count_) {
-            row_ = begin_;
-            continue;
-        }
-        begin_ = row_ = end_;
-        size_ = 0;
+bool Walk::nextBlock() {
+    do {
+        begin_ = end_;
         if (begin_ == numPieces)
             return false;
         const Per per = pieces[begin_].per;
-        while (end_ < numPieces && pieces[end_].per == per)
-            ++end_;
-        index_ = 0;
+        numRows_ = index_ = 0;
         count_ = shape_.count(per);
-        if (count_ == 0)
-            row_ = end_;
-    }
+        for (; end_ < numPieces && pieces[end_].per == per; ++end_) {
+            if (!shape_.contains(pieces[end_]))
+                continue;
+            rows_[numRows_] = static_cast<std::uint8_t>(end_);
+            pnames_[numRows_] = pieces[end_].pname;
+            sizes_[numRows_++] = static_cast<std::uint8_t>(shape_.size(pieces[end_]));
+        }
+        numIntegers_ = per == Per::Unit ? numRows_ : 0;
+    } while (count_ == 0 || numRows_ == 0);
+    return true;
 }
 
 bool Walk::isBefore(const Walk& other) const {
-    return std::tie(begin_, index_, row_) < std::tie(other.begin_, other.index_, other.row_);
+    return std::tie(begin_, index_, rows_[at_]) <
+           std::tie(other.begin_, other.index_, other.rows_[other.at_]);
 }
 
 } // namespace vellis::state::snapshot

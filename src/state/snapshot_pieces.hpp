@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 /// \file
 /// What a Snapshot consists of.
@@ -153,8 +154,8 @@ static_assert(sizeof(Piece) == 12);
 extern const Piece pieces[];
 extern const unsigned int numPieces;
 
-/// The name of a piece, without its `GL_`.
-const char* nameOf(const Piece& piece);
+/// The name of a piece.
+std::string nameOf(const Piece& piece);
 
 /// What values are kept in: 32 bits of whatever type.
 using Word = unsigned int;
@@ -190,6 +191,9 @@ struct Shape {
 /// More draw buffers than drivers have.
 constexpr unsigned int mostDrawBuffers = 16;
 
+/// No block of rows has more.
+constexpr unsigned int mostPieces = 160;
+
 /// The words that queries may write past the last piece: some give more values than are kept.
 constexpr unsigned int slack = 4;
 
@@ -200,25 +204,60 @@ public:
 
     /// Goes on to the first piece, or the next one.
     /// \return false after the last.
-    bool next();
+    bool next() {
+        offset_ += size_;
+        if (++at_ >= numRows_) {
+            at_ = 0;
+            if (++index_ >= count_ && !nextBlock())
+                return false;
+        }
+        size_ = sizes_[at_];
+        return true;
+    }
 
-    const Piece& piece() const { return pieces[row_]; }
+    const Piece& piece() const { return pieces[rows_[at_]]; }
     unsigned int index() const { return index_; }   ///< among what there are several of
     unsigned int offset() const { return offset_; } ///< of its first word
     unsigned int size() const { return size_; }     ///< in words
+    bool isFirst() const { return at_ == 0; }       ///< of its index
+
+    /// \name Short cut
+    /// Of texture units there are many, and all their pieces are one integer each.
+    /// @{
+
+    /// How many pieces of this index there are, from the first on; 0 where they are not like that.
+    unsigned int numIntegers() const { return at_ == 0 ? numIntegers_ : 0; }
+    /// What they are asked for.
+    const std::uint16_t* pnames() const { return pnames_; }
+    /// The piece that comes so many later.
+    const Piece& pieceAfter(unsigned int number) const { return pieces[rows_[at_ + number]]; }
+    /// Has next() go on to the first of the next index.
+    void skip() {
+        at_ = numIntegers_ - 1;
+        offset_ += at_;
+    }
+
+    /// @}
 
     /// Whether this piece comes before the other's, of whatever shape.
     bool isBefore(const Walk& other) const;
 
 private:
+    bool nextBlock();
+
     const Shape& shape_;
     unsigned int offset_ = 0;
     unsigned int size_ = 0;
-    unsigned int begin_ = 0; ///< of the rows of which there are as many
-    unsigned int end_ = 0;
-    unsigned int row_ = 0;
+    unsigned int at_ = 0; ///< among the rows that there are
+    unsigned int numRows_ = 0;
     unsigned int index_ = 0;
     unsigned int count_ = 0;
+    unsigned int begin_ = 0; ///< of the block: of the rows of which there are as many
+    unsigned int end_ = 0;
+    std::uint8_t rows_[mostPieces]; ///< those of the block that there are
+    std::uint8_t sizes_[mostPieces];
+    unsigned int numIntegers_ = 0;
+    std::uint16_t pnames_[mostPieces];
 };
 
 } // namespace vellis::state::snapshot

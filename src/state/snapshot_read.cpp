@@ -2,6 +2,7 @@
 
 #include <vellis/gl.hpp>
 
+#include "gl/entry_point.hpp"
 #include "state/later_enumerators.hpp"
 #include "state/snapshot_access.hpp"
 
@@ -75,13 +76,7 @@ constexpr RangeQueries rangeQueries[] = {
 
 void readSize(unsigned int pname, unsigned int index, Word* words) {
     GLint64 value = 0;
-    if (glGetInteger64i_v != nullptr) {
-        glGetInteger64i_v(pname, index, &value);
-    } else {
-        int narrow = 0;
-        glGetIntegeri_v(pname, index, &narrow);
-        value = narrow;
-    }
+    callIfLoaded(glGetInteger64i_v, pname, index, &value);
     std::memcpy(words, &value, sizeof value);
 }
 
@@ -103,14 +98,12 @@ void readPointer(unsigned int index, unsigned int pname, Word* words) {
     std::memcpy(words, &pointer, sizeof pointer);
 }
 
-void readPiece(const Shape& shape, const Piece& piece, unsigned int index, unsigned int size,
+void readOther(const Shape& shape, const Piece& piece, unsigned int index, unsigned int size,
                Word* words) {
-    for (unsigned int i = 0; i < size; ++i) // what GL refuses to tell is 0
-        words[i] = 0;
     const unsigned int pname = piece.pname;
     switch (piece.query) {
     case Query::Integer:
-        glGetIntegerv(pname, integers(words));
+    case Query::Enabled:
         break;
     case Query::Float:
         readAs<float, 4>(words, [=](float* values) { glGetFloatv(pname, values); });
@@ -124,9 +117,6 @@ void readPiece(const Shape& shape, const Piece& piece, unsigned int index, unsig
         keep(bytes[0], words);
         break;
     }
-    case Query::Enabled:
-        keep(glIsEnabled(pname + (piece.per == Per::ClipDistance ? index : 0)), words);
-        break;
     case Query::EnabledList:
         readEnabledList(pname, size, words);
         break;
@@ -155,6 +145,34 @@ void readPiece(const Shape& shape, const Piece& piece, unsigned int index, unsig
         glGetIntegeri_v(pname, 0, integers(words));
         break;
     }
+}
+
+void readPiece(const Shape& shape, const Piece& piece, unsigned int index, unsigned int size,
+               Word* words) {
+    words[0] = 0;                      // what GL refuses to tell is 0
+    if (piece.query == Query::Enabled) // most of them are one of two kinds: without a detour
+        return keep(glIsEnabled(piece.pname + (piece.per == Per::ClipDistance ? index : 0)), words);
+    for (unsigned int i = 1; i < size; ++i)
+        words[i] = 0;
+    if (piece.query == Query::Integer)
+        glGetIntegerv(piece.pname, integers(words));
+    else
+        readOther(shape, piece, index, size, words);
+}
+
+void readIntegers(const std::uint16_t* pnames, unsigned int number, Word* words) {
+    for (unsigned int i = 0; i < number; ++i) {
+        words[i] = 0;
+        glGetIntegerv(pnames[i], integers(words + i));
+    }
+}
+
+bool areEqual(const Word* some, const Word* others, unsigned int size) {
+    for (unsigned int i = 0; i < size; ++i) {
+        if (some[i] != others[i])
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -196,10 +214,33 @@ void UnitSwitch::leave() {
 void read(const Shape& shape, Word* words) {
     UnitSwitch units;
     for (Walk at(shape); at.next();) {
-        units.goTo(at.piece().per, at.index());
-        readPiece(shape, at.piece(), at.index(), at.size(), words + at.offset());
+        if (at.isFirst())
+            units.goTo(at.piece().per, at.index());
+        if (const unsigned int number = at.numIntegers()) {
+            readIntegers(at.pnames(), number, words + at.offset());
+            at.skip();
+        } else {
+            readPiece(shape, at.piece(), at.index(), at.size(), words + at.offset());
+        }
     }
 }
+
+namespace {
+
+/// Puts back what differs of a command, or of a piece.
+Gone putBack(const Piece& piece, unsigned int index, const Word* before, const Word* now,
+             unsigned int size) {
+    if (areEqual(before, now, size))
+        return 0;
+    Word wanted[mostWords];
+    std::memcpy(wanted, before, size * sizeof(Word));
+    const Gone gone = forgetGone(piece, wanted);
+    if (!areEqual(wanted, now, size))
+        write(piece, index, wanted, size);
+    return gone;
+}
+
+} // namespace
 
 void restore(const Shape& shape, const Word* words) {
     UnitSwitch units;
@@ -209,10 +250,18 @@ void restore(const Shape& shape, const Word* words) {
         const Piece& piece = at.piece();
         const unsigned int index = at.index();
         const Word* const before = words + at.offset();
-        const bool isAsked = (piece.needs & gone) == 0;
-        if (isAsked)
+        if (at.isFirst())
             units.goTo(piece.per, index);
         Word now[mostWords];
+        if (const unsigned int number = at.numIntegers()) {
+            readIntegers(at.pnames(), number, now);
+            for (unsigned int i = 0; i < number; ++i)
+                putBack(at.pieceAfter(i), index, before + i, now + i, 1);
+            at.skip();
+            isThere = at.next();
+            continue;
+        }
+        const bool isAsked = (piece.needs & gone) == 0;
         unsigned int size = 0;
         do { // the rows of one command
             if (isAsked)
@@ -220,16 +269,8 @@ void restore(const Shape& shape, const Word* words) {
             size += at.size();
             isThere = at.next();
         } while (isThere && at.piece().write == Write::WithPrevious);
-        const auto differs = [&](const Word* wanted) {
-            return std::memcmp(wanted, now, size * sizeof(Word)) != 0;
-        };
-        if (!isAsked || !differs(before))
-            continue;
-        Word wanted[mostWords];
-        std::memcpy(wanted, before, size * sizeof(Word));
-        gone |= forgetGone(piece, wanted);
-        if (differs(wanted))
-            write(piece, index, wanted, size);
+        if (isAsked)
+            gone |= putBack(piece, index, before, now, size);
     }
 }
 

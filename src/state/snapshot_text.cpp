@@ -6,6 +6,7 @@
 #include <vellis/gl.hpp>
 
 #include "gl/enumerator_names.hpp"
+#include "gl/labels.hpp"
 #include "gl/log.hpp"
 #include "state/later_enumerators.hpp"
 #include "state/state_values.hpp"
@@ -43,8 +44,23 @@ void addHexadecimal(std::string& text, std::uint64_t number) {
         text += "0123456789abcdef"[number >> shift & 15];
 }
 
-/// The name of an object, as everything of state prints it.
-void addObject(std::string& text, Print, Word name) {
+/// The name of an object, and its label, if it has one.
+void addObject(std::string& text, Print print, Word name) {
+    struct Row {
+        Print print;
+        gl::Kind kind;
+    };
+    constexpr Row rows[] = {
+        {Print::Buffer, gl::Kind::Buffer},           {Print::Texture, gl::Kind::Texture},
+        {Print::VertexArray, gl::Kind::VertexArray}, {Print::Framebuffer, gl::Kind::Framebuffer},
+        {Print::Program, gl::Kind::Program},         {Print::Renderbuffer, gl::Kind::Renderbuffer},
+    };
+    for (const Row& row : rows) {
+        if (row.print == print) {
+            text += gl::nameText(row.kind, name);
+            return;
+        }
+    }
     addNumber(text, name);
 }
 
@@ -165,8 +181,7 @@ void addValue(std::string& text, const Piece& piece, const Word* words) {
 } // namespace
 
 std::string nameText(const Piece& piece, unsigned int index) {
-    std::string name = "GL_";
-    name += nameOf(piece);
+    std::string name = nameOf(piece);
     if (piece.per == Per::Context)
         return name;
     if (piece.per == Per::ClipDistance) {

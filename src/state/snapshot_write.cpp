@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <type_traits>
 
 #include <vellis/gl.hpp>
 #include <vellis/state/state.hpp>
@@ -112,13 +113,17 @@ void setPolygonMode(Word front, Word back) {
 
 template <class T, unsigned int N, unsigned int pname>
 void setRecord(const Word* words) {
-    State<T, N, pname> record;
-    std::memcpy(record.value, words, sizeof record.value);
-    set(record);
+    if constexpr (std::is_same_v<T, int>) { // of the words' own size: without a copy
+        set(reinterpret_cast<const State<T, N, pname>&>(*words));
+    } else {
+        State<T, N, pname> record;
+        std::memcpy(record.value, words, sizeof record.value);
+        set(record);
+    }
 }
 
-/// Writes the record of that enumerator.
-void writeRecord(unsigned int key, const Word* words) {
+/// Writes the record of that enumerator. Inlined, each command would end as the caller does.
+[[gnu::noinline]] void writeRecord(const Word* words, unsigned int key) {
     switch (key) {
 #define VELLIS_STATE(T, N, pname, queries, command)                                                \
     case pname:                                                                                    \
@@ -131,18 +136,17 @@ void writeRecord(unsigned int key, const Word* words) {
 }
 
 /// The commands that one piece has alone.
-void call(unsigned int pname, const Word* words) {
-    float floats[4];
-    std::memcpy(floats, words, sizeof floats);
+[[gnu::noinline]] void call(const Word* words, unsigned int pname) {
+    const auto number = [words](unsigned int i) { return floatOf(words[i]); };
     switch (pname) {
     case GL_CLIENT_ACTIVE_TEXTURE:
         return glClientActiveTexture(words[0]);
     case GL_CURRENT_COLOR:
-        return glColor4fv(floats);
+        return glColor4f(number(0), number(1), number(2), number(3));
     case GL_PROGRAM_PIPELINE_BINDING:
         return callIfLoaded(glBindProgramPipeline, words[0]);
     case GL_BLEND_COLOR:
-        return glBlendColor(floats[0], floats[1], floats[2], floats[3]);
+        return glBlendColor(number(0), number(1), number(2), number(3));
     case GL_STENCIL_WRITEMASK:
         return glStencilMaskSeparate(GL_FRONT, words[0]);
     case GL_STENCIL_BACK_WRITEMASK:
@@ -152,7 +156,7 @@ void call(unsigned int pname, const Word* words) {
     case GL_CLAMP_FRAGMENT_COLOR:
         return callIfLoaded(glClampColor, pname, words[0]);
     case GL_ALPHA_TEST_FUNC:
-        return glAlphaFunc(words[0], floats[1]);
+        return glAlphaFunc(words[0], number(1));
     case GL_CLIP_ORIGIN:
         return callIfLoaded(glClipControl, words[0], words[1]);
     case GL_PRIMITIVE_RESTART_INDEX:
@@ -164,7 +168,7 @@ void call(unsigned int pname, const Word* words) {
     case GL_POLYGON_MODE:
         return setPolygonMode(words[0], words[1]);
     case GL_POLYGON_OFFSET_FACTOR:
-        return glPolygonOffset(floats[0], floats[1]);
+        return glPolygonOffset(number(0), number(1));
     case GL_LINE_STIPPLE_REPEAT:
         return glLineStipple(signedOf(words[0]), static_cast<GLushort>(words[1]));
     case GL_POINT_SPRITE_COORD_ORIGIN:
@@ -172,10 +176,13 @@ void call(unsigned int pname, const Word* words) {
     case GL_POINT_FADE_THRESHOLD_SIZE:
     case GL_POINT_SIZE_MIN:
     case GL_POINT_SIZE_MAX:
-    case GL_POINT_DISTANCE_ATTENUATION:
-        return glPointParameterfv(pname, floats);
+        return glPointParameterf(pname, number(0));
+    case GL_POINT_DISTANCE_ATTENUATION: {
+        const float factors[] = {number(0), number(1), number(2)};
+        return glPointParameterfv(pname, factors);
+    }
     case GL_SAMPLE_COVERAGE_VALUE:
-        return glSampleCoverage(floats[0], truthOf(words[1]) ? GL_TRUE : GL_FALSE);
+        return glSampleCoverage(number(0), truthOf(words[1]) ? GL_TRUE : GL_FALSE);
     case GL_SAMPLE_MASK_VALUE:
         return callIfLoaded(glSampleMaski, 0u, words[0]);
     case GL_SHADE_MODEL:
@@ -249,10 +256,10 @@ void write(const Piece& piece, unsigned int index, const Word* words, unsigned i
     case Write::Record:
     case Write::Framebuffers:
     case Write::VertexArray:
-        writeRecord(pname, words);
+        writeRecord(words, pname);
         break;
     case Write::Call:
-        call(pname, words);
+        call(words, pname);
         break;
     case Write::Switch:
         switchCapability(pname + (piece.per == Per::ClipDistance ? index : 0), truthOf(words[0]));
@@ -299,12 +306,10 @@ void write(const Piece& piece, unsigned int index, const Word* words, unsigned i
     case Write::AttributeDivisor:
         callIfLoaded(glVertexAttribDivisorARB, index, words[0]);
         break;
-    case Write::AttributeValue: {
-        float floats[4];
-        std::memcpy(floats, words, sizeof floats);
-        glVertexAttrib4fv(index, floats);
+    case Write::AttributeValue:
+        glVertexAttrib4f(index, floatOf(words[0]), floatOf(words[1]), floatOf(words[2]),
+                         floatOf(words[3]));
         break;
-    }
     }
 }
 

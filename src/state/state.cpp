@@ -4,6 +4,7 @@
 
 #include "gl/capability.hpp"
 #include "gl/entry_point.hpp"
+#include "gl/loader.hpp"
 
 namespace vellis::state {
 namespace {
@@ -52,6 +53,16 @@ void bindFramebuffers(unsigned int draw, unsigned int read) {
     } else {
         callIfLoaded(glBindFramebuffer, GL_DRAW_FRAMEBUFFER, draw);
         callIfLoaded(glBindFramebuffer, GL_READ_FRAMEBUFFER, read);
+    }
+}
+
+/// A core context has one mode, of both faces.
+void setPolygonModes(unsigned int front, unsigned int back) {
+    if (loader::isCore()) {
+        glPolygonMode(GL_FRONT_AND_BACK, front);
+    } else {
+        glPolygonMode(GL_FRONT, front);
+        glPolygonMode(GL_BACK, back);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <locale>
 #include <sstream>
 
+#include "gl/labels.hpp"
 #include "gl/log.hpp"
 #include "state/value_writers.hpp"
 
@@ -47,6 +48,7 @@ std::string text(const StateRow& row, StateValues& values) {
         break;
     case ValueKind::Decimal:
         write_decimal_values(stream, values.integers, row.count);
+        stream << gl::labelOfBinding(row.pname, values.integers[0]);
         break;
     case ValueKind::Hexadecimal:
         write_hex_values(stream, values.integers, row.count);

@@ -8,7 +8,7 @@
 namespace vellis::internal {
 
 /// What a piece of GL state is: how GL is asked for it, and how its values are written.
-enum class ValueKind {
+enum class ValueKind : unsigned char {
     Boolean,     ///< glGetBooleanv, `true`
     Float,       ///< glGetFloatv, `0.5`
     Decimal,     ///< glGetIntegerv, `16`
@@ -28,9 +28,9 @@ struct StateRow {
 };
 
 /// Whether StateValues has room for every row of a table.
-template <std::size_t N>
-constexpr bool haveRoom(const StateRow (&rows)[N]) {
-    for (const StateRow& row : rows) {
+template <class Row, std::size_t N>
+constexpr bool haveRoom(const Row (&rows)[N]) {
+    for (const Row& row : rows) {
         if (row.count > mostStateValues)
             return false;
     }

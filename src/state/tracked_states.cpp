@@ -1,6 +1,7 @@
 #include <vellis/state/tracked_states.hpp>
 
 #include <array>
+#include <cstdint>
 #include <iterator>
 #include <string>
 
@@ -8,13 +9,39 @@
 
 #include "gl/context_state.hpp"
 #include "gl/log.hpp"
+#include "state/later_enumerators.hpp"
+#include "state/snapshot_pieces.hpp"
 #include "state/state_values.hpp"
 
 namespace vellis::internal {
 namespace {
 
-constexpr StateRow trackedStates[] = {
-#define VELLIS_TRACKED_STATE(name, kind, count) {#name, GL_##name, ValueKind::kind, count},
+/// A tracked state, in little room: the rest is in the row of snapshot_pieces.inc of its name.
+struct TrackedState {
+    std::uint8_t piece;
+    std::uint8_t count;
+    ValueKind kind;
+
+    unsigned int pname() const { return state::snapshot::pieces[piece].pname; }
+    StateRow row(const char* label) const { return {label, pname(), kind, count}; }
+    std::string label() const { return nameOf(state::snapshot::pieces[piece]).substr(3); }
+};
+
+constexpr std::uint8_t pieceOf(unsigned int pname) {
+    constexpr std::uint16_t pnames[] = {
+#define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups)        \
+    GL_##name,
+#include "state/snapshot_pieces.inc"
+#undef VELLIS_PIECE
+    };
+    std::uint8_t piece = 0;
+    while (pnames[piece] != pname)
+        ++piece;
+    return piece;
+}
+
+constexpr TrackedState trackedStates[] = {
+#define VELLIS_TRACKED_STATE(name, kind, count) {pieceOf(GL_##name), count, ValueKind::kind},
 #include "state/tracked_states.inc"
 #undef VELLIS_TRACKED_STATE
 };
@@ -34,14 +61,15 @@ AllRemembered& remembered() {
     return ofProcess;
 }
 
-void diff(const StateRow& state, Remembered& previous) {
-    StateValues current = query(state);
-    if (!previous.isFirstCall && !equal(state, previous.values, current)) {
+void diff(const TrackedState& state, Remembered& previous) {
+    const StateRow unnamed = state.row("");
+    StateValues current = query(unnamed);
+    if (!previous.isFirstCall && !equal(unnamed, previous.values, current)) {
         StateValues old = previous.values; // which stay where memory for a text runs out
-        const std::string before = text(state, old);
-        const std::string after = text(state, current);
+        const std::string before = text(unnamed, old);
+        const std::string after = text(unnamed, current);
         const std::string title = std::string(logTitle) + " DIFF ";
-        printLine(title.c_str(), state.label + (" = " + before + " -> " + after));
+        printLine(title.c_str(), state.label() + (" = " + before + " -> " + after));
     }
     previous.values = current;
     previous.isFirstCall = false;
@@ -50,13 +78,13 @@ void diff(const StateRow& state, Remembered& previous) {
 } // namespace
 
 void print_gl_states() {
-    for (const StateRow& state : trackedStates)
-        printState(state);
+    for (const TrackedState& state : trackedStates)
+        printState(state.row(state.label().c_str()));
 }
 
 void diff_gl_states() {
     Remembered* previous = remembered().data();
-    for (const StateRow& state : trackedStates)
+    for (const TrackedState& state : trackedStates)
         diff(state, *previous++);
 }
 

@@ -4,6 +4,7 @@
 
 #include "gl/entry_point.hpp"
 #include "gl/names.hpp"
+#include "gl/operation.hpp"
 
 namespace vellis {
 
@@ -38,6 +39,7 @@ void RBO::alloc(unsigned int format, unsigned int width, unsigned int height,
         return;
     if (!gl::isHere(gl::Kind::Renderbuffer, group_))
         return void(gl::refuse(gl::Kind::Renderbuffer));
+    const gl::Operation operation("Renderbuffer::make");
     bind();
     if (samples > 1) {
         glRenderbufferStorageMultisample(GL_RENDERBUFFER, static_cast<int>(samples), format,

@@ -3,6 +3,7 @@
 #include <vellis/detail/vector_of.hpp>
 #include <vellis/gl.hpp>
 
+#include "gl/operation.hpp"
 #include "gl/size_limits.hpp"
 #include "state/pixel_memory.hpp"
 
@@ -43,6 +44,7 @@ void SizedTexture::resize(const glm::uvec3& size) {
 void SizedTexture::generateMipmap() {
     if (idToUse() == 0)
         return;
+    const gl::Operation operation("Texture::generateMipmap");
     bind();
     Texture::generateMipmap();
     unbind();
@@ -51,6 +53,7 @@ void SizedTexture::generateMipmap() {
 void SizedTexture::uploadAll(const void* data, const glm::uvec3& size) {
     if (idToUse() == 0)
         return;
+    const gl::Operation operation("Texture::upload");
     const auto [format, pixelType, alignment] = layout_;
     const glm::uvec3 s = atMost(largestSide, size);
     bind();
@@ -73,6 +76,7 @@ void SizedTexture::uploadAll(const void* data, const glm::uvec3& size) {
 void SizedTexture::uploadPart(const void* data, const glm::uvec3& offset, const glm::uvec3& size) {
     if (idToUse() == 0 || isNowhere(data, GL_PIXEL_UNPACK_BUFFER_BINDING))
         return;
+    const gl::Operation operation("Texture::upload");
     const auto [format, pixelType, alignment] = layout_;
     const glm::uvec3 o = atMost(largestAddable, offset);
     const glm::uvec3 s = atMost(largestAddable, size);
@@ -93,6 +97,7 @@ void SizedTexture::uploadPart(const void* data, const glm::uvec3& offset, const 
 void SizedTexture::downloadAll(void* data) const {
     if (idToUse() == 0 || isNowhere(data, GL_PIXEL_PACK_BUFFER_BINDING))
         return;
+    const gl::Operation operation("Texture::download");
     bind();
     download3d(data, layout_.format, layout_.type, layout_.alignment); // the same for every target
     unbind();

@@ -4,6 +4,7 @@
 
 #include "gl/entry_point.hpp"
 #include "gl/names.hpp"
+#include "gl/operation.hpp"
 #include "state/pixel_alignment.hpp"
 
 namespace vellis {
@@ -43,6 +44,7 @@ Texture::Texture(Type type, unsigned int texelFormat, const Sampler& sampler)
     : target_(targetOf(type)),
       texelFormat_(texelFormat),
       group_(gl::indexHere(gl::Kind::Texture)) {
+    const gl::Operation operation("Texture::make");
     glGenTextures(1, &id_);
     sampler_ = sampler;
     Texture::bind();

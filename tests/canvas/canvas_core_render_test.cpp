@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <glm/gtc/matrix_transform.hpp>
@@ -17,6 +18,7 @@
 #include <offscreen/image.hpp>
 
 #include "support/pixels.hpp"
+#include "support/render_test.hpp"
 
 namespace {
 
@@ -60,13 +62,13 @@ std::vector<unsigned char> drawAll() {
     return offscreen::readPixels(side, side).pixels;
 }
 
-class CanvasCoreRender : public testing::TestWithParam<int> {};
+/// The version times 10, and whether it is forward-compatible.
+class CanvasCoreRender : public testing::TestWithParam<std::tuple<int, bool>> {};
 
 TEST_P(CanvasCoreRender, DrawsTheSameAsInACompatibilityContext) {
     std::string error;
-    offscreen::Settings settings;
-    settings.width = settings.height = side;
-    settings.platform = offscreen::Platform::Egl; // which alone makes core contexts
+    offscreen::Settings settings = renderSettings(side, side);
+    settings.coreVersion = 0;
     std::vector<unsigned char> expected;
     {
         const auto context = offscreen::Context::open(settings, error);
@@ -76,7 +78,7 @@ TEST_P(CanvasCoreRender, DrawsTheSameAsInACompatibilityContext) {
         expected = drawAll();
         engine::dispose();
     }
-    settings.coreVersion = GetParam();
+    std::tie(settings.coreVersion, settings.isForwardCompatible) = GetParam();
     const auto context = offscreen::Context::open(settings, error);
     if (context == nullptr)
         GTEST_SKIP() << error;
@@ -89,6 +91,7 @@ TEST_P(CanvasCoreRender, DrawsTheSameAsInACompatibilityContext) {
     engine::dispose();
 }
 
-INSTANTIATE_TEST_SUITE_P(Versions, CanvasCoreRender, testing::Values(32, 33, 41));
+INSTANTIATE_TEST_SUITE_P(Versions, CanvasCoreRender,
+                         testing::Combine(testing::Values(32, 33, 41), testing::Bool()));
 
 } // namespace

@@ -82,9 +82,9 @@ void drawPicture(Canvas& canvas) {
 }
 
 void drawImages(Canvas& canvas) {
-    const std::vector<unsigned char> texels(16, 200);
-    const auto texture =
-        Texture2D<unsigned char>::make(4, 4, texels.data(), Sampler::linear_clamp());
+    using Color = glm::vec<4, unsigned char>;
+    const std::vector<Color> texels(16, Color(200));
+    const auto texture = Texture2D<Color>::make(4, 4, texels.data(), Sampler::linear_clamp());
     const PixelQuad quad = {{-3.f, -3.f}, {6.f, 0.f}, {0.f, 6.f}, {}};
     for (const glm::vec2& place : star) {
         canvas.drawImage(texture, ImageFrame(place, place + 9.f).rotated(0.3));
@@ -256,10 +256,14 @@ const Setting settings[] = {
      }},
     {"the alpha test",
      [] {
+         if (isCore())
+             return;
          glEnable(GL_ALPHA_TEST);
          glAlphaFunc(GL_NEVER, 0.f);
      },
      [] {
+         if (isCore())
+             return;
          glDisable(GL_ALPHA_TEST);
          glAlphaFunc(GL_ALWAYS, 0.f);
      }},
@@ -269,7 +273,7 @@ const Setting settings[] = {
      [] {
          glEnable(GL_LINE_SMOOTH);
          glEnable(GL_POLYGON_SMOOTH);
-         glLineWidth(5.f);
+         glLineWidth(isForwardCompatible() ? 0.5f : 5.f);
      },
      [] {
          glDisable(GL_LINE_SMOOTH);
@@ -309,6 +313,8 @@ const Setting settingsTogether[] = {
     {"everything", [] { setAll(true); }, [] { setAll(false); }},
     {"two polygon modes",
      [] {
+         if (isCore())
+             return;
          glPolygonMode(GL_FRONT, GL_FILL);
          glPolygonMode(GL_BACK, GL_POINT);
      },

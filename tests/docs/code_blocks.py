@@ -10,6 +10,7 @@ PAGE and HEADER are paths below ROOT. For the C++ blocks of pages, OUTPUT gets
   <page>_<line>.cpp   each block that is a file of its own
   pictures.inc        VELLIS_PICTURE("name", function, width, height) for each block with a picture
 and, for the build and the other checks,
+  quoted.txt          the files that blocks quote, one a line
   sources.txt         the names of those files, one a line, but for
   picture_sources.txt the names of those that have a picture
   shell/, cmake/      the blocks of those languages, one file each
@@ -24,6 +25,9 @@ text before says otherwise:
   <!-- continues -->            it goes on in the scope of the block before
   <!-- file scope -->           it is declarations, not statements
   <!-- picture: name 480x320 -->  it defines void drawName(), which draws docs/images/name.png
+  <!-- from: FILE -->             it quotes FILE, a path below ROOT, and is not compiled here: its lines
+                                stand there in this order, one behind the other but for what a line
+                                of "// ..." leaves out, and indented as FILE likes
   <!-- not compiled: reason -->   it is not C++ that compiles, and why
 
 FILE gets the examples of the headers, which stand between \\code and \\endcode, each on a line of its
@@ -55,8 +59,10 @@ PROLOGUE = """\
 
 GIVEN_NAMES = "#include <docs/given_names.hpp>\n\nusing namespace given;\n"
 
+ELLIPSIS = "// ..."
+
 FENCE = re.compile(r"^( *)(`{3,}|~{3,})\s*(\S*)\s*$")
-OPTION = re.compile(r"<!--\s*(before|after|continues|file scope|picture|not compiled)\b:?(.*)-->", re.DOTALL)
+OPTION = re.compile(r"<!--\s*(before|after|continues|file scope|from|picture|not compiled)\b:?(.*)-->", re.DOTALL)
 PICTURE = re.compile(r"^([a-z][a-z0-9-]*) (\d+)x(\d+)$")
 
 
@@ -167,10 +173,36 @@ def camel_case(name):
     return "".join(word.capitalize() for word in name.split("-"))
 
 
+def pieces(lines):
+    """What stands between the ellipses of a quotation, each as its lines without indentation."""
+    piece = []
+    for line in (*lines, ELLIPSIS):
+        if line.strip() != ELLIPSIS:
+            piece.append(line.strip())
+        elif piece:
+            yield piece
+            piece = []
+
+
+def quotes(lines, file_lines):
+    """Whether lines with ellipses stand in a file."""
+    text = [line.strip() for line in file_lines]
+    at = 0
+    for piece in pieces(lines):
+        while text[at:at + len(piece)] != piece:
+            at += 1
+            if at >= len(text):
+                return False
+        at += len(piece)
+    return True
+
+
 class Writer:
     """Collects the translation units of all pages."""
 
-    def __init__(self):
+    def __init__(self, root):
+        self.root = root
+        self.quoted = set()
         self.sources = {}
         self.picture_sources = {}
         self.pictures = []
@@ -188,6 +220,9 @@ class Writer:
                     name = f"{folder}/{identifier(page)}_{block.line}.{suffix}"
                     self.others[name] = block.text()
                 continue
+            if "from" in block.options:
+                self.check_quotation(block)
+                continue
             if "not compiled" in block.options:
                 if not block.options["not compiled"][1].strip():
                     block.fail("a block that is not compiled needs a reason.")
@@ -203,6 +238,15 @@ class Writer:
                         for line in block.take_includes()]
             bodies = [self.function(page, group) for group in functions]
             self.sources[f"{identifier(page)}.cpp"] = "\n".join((PROLOGUE, *includes, *bodies))
+
+    def check_quotation(self, block):
+        name = block.options["from"][1].strip()
+        file = self.root / name
+        if not file.is_file():
+            block.fail(f"there is no {name} to quote.")
+        if not quotes(block.lines, file.read_text(encoding="utf-8").splitlines()):
+            block.fail(f"this does not stand in {name}.")
+        self.quoted.add(name)
 
     def add_file(self, block):
         if "continues" in block.options:
@@ -265,6 +309,7 @@ def write_if_different(path, text):
 def write_all(writer, output):
     files = {**writer.sources, **writer.picture_sources, **writer.others}
     files["pictures.inc"] = "".join(row + "\n" for row in writer.pictures)
+    files["quoted.txt"] = "".join(name + "\n" for name in sorted(writer.quoted))
     files["sources.txt"] = "".join(name + "\n" for name in writer.sources)
     files["picture_sources.txt"] = "".join(name + "\n" for name in writer.picture_sources)
     for old in list(output.glob("*/*")) + list(output.glob("*.cpp")):
@@ -290,7 +335,7 @@ def write_examples(root, file, *headers):
 
 
 def write_blocks(root, output, *pages):
-    writer = Writer()
+    writer = Writer(root)
     for page in pages:
         lines = (root / page).read_text(encoding="utf-8").splitlines()
         writer.add_page(page, read_blocks(page, lines))

@@ -38,6 +38,7 @@ const std::vector<std::string> families = {
     "Framebuffers",
     "State",
     "Diagnostics",
+    "Debug output",
 };
 
 /// Uses every operation once: some keep objects until the library is shut down.

@@ -113,6 +113,17 @@ class CodeBlocks(WithFolder):
                             "#include <cmath>", "```")
         self.expect_mistake("are for C\\+\\+", "<!-- continues -->", "```sh", "```")
 
+    def test_quotation_stands_in_its_file(self):
+        self.write("code.cpp", "class A {", "    int a;", "    int b;", "    int c;", "};", "int d;")
+        quote = ("<!-- from: code.cpp -->", "```cpp")
+        out = self.extract(*quote, "int a;", "int b;", "```")
+        self.assertEqual((out / "quoted.txt").read_text(encoding="utf-8"), "code.cpp\n")
+        self.assertEqual((out / "sources.txt").read_text(encoding="utf-8"), "")
+        self.extract(*quote, "class A {", "    int a;", "    // ...", "};", "// ...", "int d;", "```")
+        for lines in (["int a;", "int c;"], ["int b;", "// ...", "int a;"], ["int"], ["int d;", "int e;"]):
+            self.expect_mistake("page.md:2: this does not stand in code.cpp", *quote, *lines, "```")
+        self.expect_mistake("there is no a.cpp", "<!-- from: a.cpp -->", "```cpp", "```")
+
     def test_compiler_names_the_line_of_the_page(self):
         out = self.extract("# Page", "```cpp", "#include <cmath>", "int i = missing;", "```")
         run = subprocess.run([COMPILER, "-std=c++17", "-fsyntax-only", out / "page_3.cpp"],

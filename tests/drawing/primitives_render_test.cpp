@@ -169,6 +169,7 @@ TEST_F(PrimitivesRender, UnknownAttributeIsRefusedByGl) {
 }
 
 TEST_F(PrimitivesRender, LocationZeroFeedsTheVertexOfGlItself) {
+    SKIP_IN_CORE("gl_Vertex");
     const auto own = Program::make("#version 120 \n"
                                    "void main() { gl_Position = gl_Vertex; } \n",
                                    "#version 120 \n"

@@ -1,4 +1,4 @@
-/// The four mistakes, what is printed of them, and the page that shows it.
+/// The five mistakes, what is printed of them, and the page that shows it.
 
 #include <string>
 #include <vector>
@@ -42,6 +42,12 @@ TEST_F(DiagnoseProgram, DumpsNameTheOtherMistakes) {
                                   "framebuffer: GL_INVALID_FRAMEBUFFER_OPERATION\n"));
 }
 
+TEST_F(DiagnoseProgram, DifferencesNameTheUnit) {
+    EXPECT_THAT(errors, HasSubstr("--- A texture unit that stays active\n"
+                                  "mix: GL_ACTIVE_TEXTURE: GL_TEXTURE0 -> GL_TEXTURE1\n"));
+    EXPECT_THAT(errors, ::testing::EndsWith("GL_TEXTURE1\n")) << "and nothing else";
+}
+
 /// The blocks of a page that show output.
 std::vector<std::string> outputBlocks(const std::string& page) {
     const std::string begin = "```text\n";
@@ -56,7 +62,7 @@ std::vector<std::string> outputBlocks(const std::string& page) {
 
 TEST_F(DiagnoseProgram, PageShowsTheTrueOutput) {
     const std::vector<std::string> blocks = outputBlocks(contents(VELLIS_DIAGNOSE_PAGE));
-    ASSERT_EQ(blocks.size(), 4u);
+    ASSERT_EQ(blocks.size(), 5u);
     // The wording of a shader's log is the driver's: the page has Mesa's.
     const bool isMesa = errors.find("0:15(18): error: `colour' undeclared") != std::string::npos;
     for (const std::string& block : blocks) {

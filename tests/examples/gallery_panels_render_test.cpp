@@ -54,6 +54,7 @@ offscreen::Image onePicture(gallery::Color color) {
 }
 
 TEST_F(GalleryRender, EveryPanelShowsWhatItMust) {
+    SKIP_IN_FORWARD_COMPATIBLE("lines wider than 1");
     for (std::size_t i = 0; i < pictures.size(); ++i)
         EXPECT_THAT(gallery::check(gallery::panels()[i], pictures[i]), IsEmpty());
     const offscreen::Image again = gallery::render(gallery::panels().front());

@@ -79,20 +79,25 @@ void XClient::setResources(const std::string& resources) {
     XSync(connection_->display, False);
 }
 
-XClient::Window XClient::findWindow() {
+std::vector<XClient::Window> XClient::findWindows() {
     ::Window root = 0;
     ::Window parent = 0;
     ::Window* windows = nullptr;
     unsigned int count = 0;
-    Window found = 0;
+    std::vector<Window> found;
     XQueryTree(connection_->display, connection_->root, &root, &parent, &windows, &count);
     for (unsigned int i = 0; i < count; ++i) {
         if (connection_->isShown(windows[i]) && connection_->canBeAskedToClose(windows[i]))
-            found = windows[i];
+            found.push_back(windows[i]);
     }
     if (windows != nullptr)
         XFree(windows);
     return found;
+}
+
+XClient::Window XClient::findWindow() {
+    const std::vector<Window> windows = findWindows();
+    return windows.empty() ? 0 : windows.back();
 }
 
 std::string XClient::title(Window window) {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <offscreen/image.hpp>
 
@@ -22,7 +23,10 @@ public:
     /// Sets the resources that programs which start from now on read, such as `Xft.dpi: 96`.
     void setResources(const std::string& resources);
 
-    /// A window that is shown and can be asked to close; 0 where there is none.
+    /// The windows that are shown and can be asked to close, the lowest one first.
+    std::vector<Window> findWindows();
+
+    /// The uppermost of them; 0 where there is none.
     Window findWindow();
 
     std::string title(Window window);

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <vellis/context.hpp>
+#include <vellis/framebuffer.hpp>
 #include <vellis/internal.hpp>
 #include <vellis/shading.hpp>
 #include <vellis/texture/sampler.hpp>
@@ -13,6 +15,7 @@
 #include "operations/linked_again.hpp"
 #include "support/aborted.hpp"
 #include "support/allocation_count.hpp"
+#include "support/fake_context.hpp"
 #include "support/fake_gl.hpp"
 #include "support/stderr_capture.hpp"
 
@@ -57,6 +60,71 @@ TEST_F(AllocationEffects, ProgramHasAllUniformsAndAttributesOrNone) {
     EXPECT_GT(failUntilItSucceeds([&] { program.link(); }, hasAllOrNone), 5u);
     EXPECT_TRUE(program.hasUniform("color") && program.hasUniform("mvp"));
     EXPECT_TRUE(program.hasAttrib("position"));
+}
+
+TEST_F(AllocationEffects, ObjectKeepsItsLabel) {
+    const auto program = Program::make();
+    const auto other = Program::make();
+    internal::label(program, "water");
+    const std::string longer(64, 'x');
+    const auto keepsIt = [&] {
+        EXPECT_EQ(internal::label_of(program), "water");
+        EXPECT_EQ(internal::label_of(other), "");
+    };
+    gl.forget();
+    EXPECT_GT(failUntilItSucceeds([&] { internal::label(other, longer.c_str()); }, keepsIt), 0u);
+    EXPECT_EQ(gl.countOf("glObjectLabel"), 1u);
+    EXPECT_EQ(internal::label_of(other), longer);
+}
+
+TEST_F(AllocationEffects, LabelsEndWithTheContextOfTheirNames) {
+    test::FakeContext fake;
+    fake.makeCurrent();
+    const auto numLiveBehindContext = [](const char* label) {
+        const auto context = Context::make(FakeGl::lookUp);
+        internal::label(Program::make(), label);
+        const auto program = Program::make();
+        internal::label(program, label);
+        const auto framebuffer = Framebuffer::make();
+        internal::label(framebuffer, label);
+        context->abandon(); // while both are there
+        return test::numLiveAllocations();
+    };
+    const std::ptrdiff_t numLive = numLiveBehindContext(nullptr);
+    EXPECT_EQ(numLiveBehindContext("a label that needs memory of its own"), numLive);
+    fake.ignoreTheRest();
+    gl.makeCurrent();
+}
+
+TEST_F(AllocationEffects, DebugOutputIsStartedOrNothingIsChanged) {
+    std::size_t numMessages = 0;
+    internal::DebugOutputSettings settings;
+    settings.callback = [&](const internal::DebugMessage&) { ++numMessages; };
+    internal::start_debug_output(settings);
+    gl.forget();
+    const auto isAsBefore = [&] {
+        EXPECT_EQ(gl.takeCalls().size(), 0u);
+        gl.sendMessage(std::to_string(numMessages));
+    };
+    const std::size_t numFailures =
+        failUntilItSucceeds([] { internal::start_debug_output(); }, isAsBefore);
+    EXPECT_GT(numFailures, 0u);
+    EXPECT_EQ(numMessages, numFailures) << "the one before takes them";
+    internal::stop_debug_output();
+}
+
+TEST_F(AllocationEffects, AMessageIsLostWhereThereIsNoMemoryForIt) {
+    internal::start_debug_output();
+    const std::string text(600, 'x');
+    test::StderrCapture output;
+    {
+        const FailingAllocations failing(1, FailingAllocations::Extent::AndAfter);
+        gl.sendMessage(text);
+    }
+    EXPECT_EQ(output.take(), "");
+    gl.sendMessage("another");
+    EXPECT_EQ(output.take(), "Corvane: GL API error (high): another\n");
+    internal::stop_debug_output();
 }
 
 TEST_F(AllocationEffects, HandleKeepsItsValue) {

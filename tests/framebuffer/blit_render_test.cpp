@@ -151,12 +151,8 @@ Pixels resolvedEdge(const MultiSampleRenderbuffer<U8vec4>& samples) {
     EXPECT_EQ(problem(), "");
     Framebuffer::setViewport(0, 0, edgeSize, edgeSize);
     Framebuffer::clearColor(glm::vec4(0.f));
-    glColor4f(1.f, 1.f, 1.f, 1.f);
-    glBegin(GL_TRIANGLES);
-    glVertex2f(-1.f, -1.f);
-    glVertex2f(1.f, -1.f);
-    glVertex2f(-1.f, 0.6f);
-    glEnd();
+    drawByGl(GL_TRIANGLES, {{-1.f, -1.f, 0.f}, {1.f, -1.f, 0.f}, {-1.f, 0.6f, 0.f}},
+             glm::vec4(1.f));
     framebuffer.unbind();
     Framebuffer::blit(samples, *resolved, edgeSize, edgeSize);
     EXPECT_EQ(takeError(), "");

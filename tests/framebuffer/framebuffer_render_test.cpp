@@ -329,8 +329,12 @@ TEST_F(FramebufferRender, LevelOfATextureIsDrawnTo) {
 // Several fragment outputs at once.
 
 std::shared_ptr<Program> programOf(const std::string& outputs) {
-    return Program::make("#version 120 \nvoid main() { gl_Position = gl_Vertex; } \n",
-                         ("#version 120 \nvoid main() { " + outputs + " } \n").c_str());
+    const std::string version =
+        isCore() ? "#version 150 \n#define attribute in \n" : "#version 120 \n";
+    return Program::make((version + "attribute vec3 position; \n"
+                                    "void main() { gl_Position = vec4(position, 1.0); } \n")
+                             .c_str(),
+                         (version + "void main() { " + outputs + " } \n").c_str());
 }
 
 const char* const fourOutputs = "gl_FragData[0] = vec4(1.0, 0.0, 0.0, 1.0);"

@@ -1,3 +1,5 @@
+// needs: a process for EngineInit.WithoutAContextIsFalseAndSilentAndLeavesVersionZero
+
 /// engine::init and the loader functions of <vellis/gl.hpp>, without a driver.
 
 #include <cstring>

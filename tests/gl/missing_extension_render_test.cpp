@@ -50,9 +50,10 @@ protected:
 
     void SetUp() override {
         RenderTest::SetUp();
-        if (goesOn()) {
-            ASSERT_TRUE(hide(extension_));
-        }
+        if (!goesOn())
+            return;
+        SKIP_IN_CORE("what OpenGL 2.1 has");
+        ASSERT_TRUE(hide(extension_));
     }
 
 private:

@@ -136,6 +136,66 @@ TEST(OffscreenPlatform, ListsTheNamesWhereTheVariableHasAnother) {
                   platformNames + ".");
 }
 
+TEST(OffscreenProfile, IsLeftAsItIsByAnEmptyVariable) {
+    const EnvironmentVariable variable("OFFSCREEN_PROFILE", "");
+    offscreen::Settings settings;
+    settings.coreVersion = 33;
+    std::string error;
+    EXPECT_TRUE(offscreen::profileFromEnvironment(settings, error));
+    EXPECT_EQ(settings.coreVersion, 33);
+}
+
+TEST(OffscreenProfile, ComesFromTheVariable) {
+    struct Row {
+        const char* value;
+        int coreVersion;
+        bool isForwardCompatible;
+    };
+    for (const Row& row : {Row{"core-3.2", 32, false}, Row{"core-3.3-forward", 33, true},
+                           Row{"core-4.6", 46, false}, Row{"core-4.0-forward", 40, true}}) {
+        const EnvironmentVariable variable("OFFSCREEN_PROFILE", row.value);
+        offscreen::Settings settings;
+        std::string error;
+        EXPECT_TRUE(offscreen::profileFromEnvironment(settings, error)) << row.value;
+        EXPECT_EQ(settings.coreVersion, row.coreVersion);
+        EXPECT_EQ(settings.isForwardCompatible, row.isForwardCompatible);
+    }
+    const EnvironmentVariable variable("OFFSCREEN_PROFILE", "compatibility");
+    offscreen::Settings settings;
+    settings.coreVersion = 33;
+    std::string error;
+    EXPECT_TRUE(offscreen::profileFromEnvironment(settings, error));
+    EXPECT_EQ(settings.coreVersion, 0);
+}
+
+TEST(OffscreenProfile, IsRefusedWhereTheVariableHasAnotherValue) {
+    for (const char* const value :
+         {"core", "core-", "core-3.1", "core-3.4", "core-4.7", "core-3.3-", "core-3.3-forwards",
+          "CORE-3.3", "3.3", "core-33", "es-3.2"}) {
+        const EnvironmentVariable variable("OFFSCREEN_PROFILE", value);
+        offscreen::Settings settings;
+        settings.coreVersion = 45;
+        std::string error;
+        EXPECT_FALSE(offscreen::settingsFromEnvironment(settings, error)) << value;
+        EXPECT_EQ(settings.coreVersion, 45);
+        EXPECT_EQ(error,
+                  "The environment variable OFFSCREEN_PROFILE is \"" + std::string(value) +
+                      "\": unset it or set it to one of compatibility, core-3.2 to core-4.6, "
+                      "and core-3.2-forward to core-4.6-forward.");
+    }
+}
+
+TEST(OffscreenContext, IsRefusedByOsMesaWhereItIsToBeForwardCompatible) {
+    if (offscreen::defaultPlatform != offscreen::Platform::Egl)
+        GTEST_SKIP() << "there is no OSMesa here";
+    offscreen::Settings settings{16, 16, offscreen::Platform::OsMesa};
+    settings.coreVersion = 33;
+    std::string error;
+    EXPECT_EQ(offscreen::Context::open(settings, error), nullptr);
+    EXPECT_THAT(error, ::testing::AnyOf(HasSubstr("OSMesa has no forward-compatible contexts"),
+                                        HasSubstr("OSMesa cannot be used")));
+}
+
 TEST(OffscreenContext, SaysThatThereIsNoXServer) {
     if (offscreen::defaultPlatform != offscreen::Platform::Egl)
         GTEST_SKIP() << "there is no GLX here";

@@ -7,6 +7,7 @@
 
 #include <vellis/canvas.hpp>
 #include <vellis/gl.hpp>
+#include <vellis/internal.hpp>
 #include <vellis/texture.hpp>
 
 #include "operations/operations.hpp"
@@ -295,6 +296,13 @@ void useCanvas(UseRecorder& use) {
         canvas->drawLines(opaque, corners);
         canvas->flush();
     });
+    internal::start_debug_output();
+    use("flush (while debug output is on)", [&] {
+        canvas->begin(mvp);
+        canvas->drawLines(opaque, corners);
+        canvas->flush();
+    });
+    internal::stop_debug_output();
     canvas->end();
     use("destruction", [&] { canvas.reset(); });
     using What = Lacking::What;

@@ -94,8 +94,9 @@ void UseRecorder::begin(std::string family) {
 }
 
 void useEverything(UseRecorder& use) {
-    for (const auto family : {useEngine, useBuffers, useShading, useDrawing, useToolbox, useCanvas,
-                              useTextures, useFramebuffers, useState, useDiagnostics})
+    for (const auto family :
+         {useEngine, useBuffers, useShading, useDrawing, useToolbox, useCanvas, useTextures,
+          useFramebuffers, useState, useSnapshots, useDiagnostics, useDebugOutput})
         family(use);
 }
 

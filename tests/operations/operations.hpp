@@ -78,8 +78,14 @@ private:
 };
 
 /// The extensions of the context that operations work in: those that bring what they call.
-inline constexpr const char* loadedExtensions[] = {"GL_EXT_gpu_shader4", "GL_ARB_instanced_arrays",
-                                                   "GL_ARB_draw_instanced"};
+inline constexpr const char* loadedExtensions[] = {"GL_EXT_gpu_shader4",
+                                                   "GL_ARB_instanced_arrays",
+                                                   "GL_ARB_draw_instanced",
+                                                   "GL_ARB_sampler_objects",
+                                                   "GL_ARB_separate_shader_objects",
+                                                   "GL_ARB_clip_control",
+                                                   "GL_ARB_debug_output",
+                                                   "GL_KHR_debug"};
 
 void useEngine(UseRecorder& use);
 void useBuffers(UseRecorder& use);
@@ -90,7 +96,9 @@ void useCanvas(UseRecorder& use);
 void useTextures(UseRecorder& use);
 void useFramebuffers(UseRecorder& use);
 void useState(UseRecorder& use);
+void useSnapshots(UseRecorder& use);
 void useDiagnostics(UseRecorder& use);
+void useDebugOutput(UseRecorder& use);
 
 /// Comes last: the Toolbox and the built-in programs are over then.
 void useShutDown(UseRecorder& use);

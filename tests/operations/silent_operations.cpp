@@ -70,6 +70,13 @@ void useMessages(UseRecorder& use) {
     use("diff_gl_states (with a difference)", [] { internal::diff_gl_states(); });
     use.gl.setState(GL_DEPTH_TEST, {0});
     use("diff_gl_states (with a difference)", [] { internal::diff_gl_states(); });
+    const std::string text(300, 'x');
+    internal::label(program, text.c_str());
+    use("label_of", [&] { return internal::label_of(program); });
+    use("print_program_link_info (with a label)",
+        [&] { internal::print_program_link_info(program->id()); });
+    use("print_program_uniforms (with a label)",
+        [&] { internal::print_program_uniforms(program->id()); });
     use.of("Sampler");
     use("print", [] { Sampler::trilinear_clamp().print(); });
 }

@@ -62,6 +62,23 @@ const std::map<std::string, std::string> setters = {
     {"glStencilOp", "GL_STENCIL_FAIL"},
     {"glStencilOpSeparate", "GL_STENCIL_FAIL"},
     {"glViewport", "GL_VIEWPORT"},
+    {"glAlphaFunc", "GL_ALPHA_TEST_FUNC"},
+    {"glBindProgramPipeline", "GL_PROGRAM_PIPELINE_BINDING"},
+    {"glBindSampler", "GL_SAMPLER_BINDING"},
+    {"glClientActiveTexture", "GL_CLIENT_ACTIVE_TEXTURE"},
+    {"glClipControl", "GL_CLIP_ORIGIN"},
+    {"glColor4f", "GL_CURRENT_COLOR"},
+    {"glColorMaski", "GL_COLOR_WRITEMASK"},
+    {"glFrontFace", "GL_FRONT_FACE"},
+    {"glLineStipple", "GL_LINE_STIPPLE_PATTERN"},
+    {"glMatrixMode", "GL_MATRIX_MODE"},
+    {"glPolygonOffset", "GL_POLYGON_OFFSET_FACTOR"},
+    {"glPrimitiveRestartIndex", "GL_PRIMITIVE_RESTART_INDEX"},
+    {"glProvokingVertex", "GL_PROVOKING_VERTEX"},
+    {"glSampleCoverage", "GL_SAMPLE_COVERAGE_VALUE"},
+    {"glSampleMaski", "GL_SAMPLE_MASK_VALUE"},
+    {"glShadeModel", "GL_SHADE_MODEL"},
+    {"glStencilMaskSeparate", "GL_STENCIL_WRITEMASK"},
 };
 
 /// Calls whose first argument says which piece of state they set, and its name there.
@@ -70,7 +87,12 @@ const std::map<std::string, std::map<std::string, Arguments>> targetedSetters = 
      {{"GL_ARRAY_BUFFER", {"GL_ARRAY_BUFFER_BINDING"}},
       {"GL_ELEMENT_ARRAY_BUFFER", {"GL_ELEMENT_ARRAY_BUFFER_BINDING"}},
       {"GL_PIXEL_PACK_BUFFER", {"GL_PIXEL_PACK_BUFFER_BINDING"}},
-      {"GL_PIXEL_UNPACK_BUFFER", {"GL_PIXEL_UNPACK_BUFFER_BINDING"}}}},
+      {"GL_PIXEL_UNPACK_BUFFER", {"GL_PIXEL_UNPACK_BUFFER_BINDING"}},
+      {"GL_COPY_READ_BUFFER", {"GL_COPY_READ_BUFFER"}},
+      {"GL_COPY_WRITE_BUFFER", {"GL_COPY_WRITE_BUFFER"}},
+      {"GL_TEXTURE_BUFFER", {"GL_TEXTURE_BUFFER"}},
+      {"GL_TRANSFORM_FEEDBACK_BUFFER", {"GL_TRANSFORM_FEEDBACK_BUFFER_BINDING"}},
+      {"GL_UNIFORM_BUFFER", {"GL_UNIFORM_BUFFER_BINDING"}}}},
     {"glBindTexture",
      {{"GL_TEXTURE_1D", {"GL_TEXTURE_BINDING_1D"}},
       {"GL_TEXTURE_2D", {"GL_TEXTURE_BINDING_2D"}},
@@ -78,7 +100,10 @@ const std::map<std::string, std::map<std::string, Arguments>> targetedSetters = 
       {"GL_TEXTURE_RECTANGLE", {"GL_TEXTURE_BINDING_RECTANGLE"}},
       {"GL_TEXTURE_CUBE_MAP", {"GL_TEXTURE_BINDING_CUBE_MAP"}},
       {"GL_TEXTURE_1D_ARRAY", {"GL_TEXTURE_BINDING_1D_ARRAY"}},
-      {"GL_TEXTURE_2D_ARRAY", {"GL_TEXTURE_BINDING_2D_ARRAY"}}}},
+      {"GL_TEXTURE_2D_ARRAY", {"GL_TEXTURE_BINDING_2D_ARRAY"}},
+      {"GL_TEXTURE_BUFFER", {"GL_TEXTURE_BINDING_BUFFER"}},
+      {"GL_TEXTURE_2D_MULTISAMPLE", {"GL_TEXTURE_BINDING_2D_MULTISAMPLE"}},
+      {"GL_TEXTURE_2D_MULTISAMPLE_ARRAY", {"GL_TEXTURE_BINDING_2D_MULTISAMPLE_ARRAY"}}}},
     {"glBindRenderbuffer", {{"GL_RENDERBUFFER", {"GL_RENDERBUFFER_BINDING"}}}},
     {"glBindFramebuffer",
      {{"GL_FRAMEBUFFER", {"GL_DRAW_FRAMEBUFFER_BINDING", "GL_READ_FRAMEBUFFER_BINDING"}},
@@ -98,6 +123,7 @@ const char* const stateless[] = {
     "glClear",
     "glCompileShader",
     "glCreate",
+    "glDebugMessage",
     "glDelete",
     "glDisableVertexAttribArray",
     "glDrawArrays",
@@ -108,9 +134,12 @@ const char* const stateless[] = {
     "glFramebufferTexture2D",
     "glGen",
     "glGet",
-    "glIsEnabled",
+    "glIs",
     "glLinkProgram",
     "glMapBufferRange",
+    "glObjectLabel",
+    "glPopDebugGroup",
+    "glPushDebugGroup",
     "glReadPixels",
     "glRenderbufferStorage",
     "glShaderSource",
@@ -119,8 +148,7 @@ const char* const stateless[] = {
     "glTexSubImage",
     "glUniform",
     "glUnmapBuffer",
-    "glVertexAttribDivisorARB",
-    "glVertexAttribPointer",
+    "glVertexAttrib",
 };
 
 bool isStateless(const std::string& entryPoint) {
@@ -180,8 +208,18 @@ std::vector<StateSet> stateSetBy(const std::string& line) {
     const Arguments& arguments = call.arguments;
     if (call.entryPoint == "glEnable" || call.entryPoint == "glDisable")
         return {{arguments[0], call.entryPoint == "glEnable" ? "on" : "off"}};
-    if (call.entryPoint == "glHint" || call.entryPoint == "glPixelStorei")
-        return {{arguments[0], arguments[1]}};
+    if (call.entryPoint == "glEnablei" || call.entryPoint == "glDisablei")
+        return {{arguments[0], call.entryPoint == "glEnablei" ? "on" : "off"}};
+    if (call.entryPoint == "glEnableClientState" || call.entryPoint == "glDisableClientState")
+        return {{arguments[0], call.entryPoint == "glEnableClientState" ? "on" : "off"}};
+    for (const char* byParameter :
+         {"glHint", "glPixelStorei", "glPixelTransferf", "glClampColor", "glPointParameterf",
+          "glPointParameterfv", "glPointParameteri"}) {
+        if (call.entryPoint == byParameter)
+            return {{arguments[0], arguments[1]}};
+    }
+    if (call.entryPoint == "glBindBufferBase" || call.entryPoint == "glBindBufferRange")
+        return {{arguments[0] + "_BINDING", arguments[2]}};
     const auto setter = setters.find(call.entryPoint);
     if (setter != setters.end())
         return {{setter->second, join(arguments.begin(), arguments.end())}};

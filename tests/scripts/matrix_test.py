@@ -78,7 +78,8 @@ class Tables(unittest.TestCase):
         self.assertEqual(len(names), len(set(names)))
         for row in matrix.ROWS:
             self.assertIn(row.driver, matrix.DRIVER_ENVIRONMENT)
-            self.assertRegex(row.context, r"^(full|2\.1|GL_ARB_\w+)$")
+            self.assertRegex(row.context, r"^(full|2\.1|GL_ARB_\w+|core-\d\.\d(-forward)?)$")
+            self.assertEqual(row.context in matrix.CORE_LIMITS, row.context.startswith("core-"))
 
     def test_known_failures_are_of_drivers_of_rows_and_have_reasons(self):
         drivers = {row.driver for row in matrix.ROWS}

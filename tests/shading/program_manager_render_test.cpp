@@ -87,6 +87,7 @@ protected:
     }
 
     static constexpr int middle = size / 2;
+    static constexpr float inRow = 1.f / size; ///< the middle of the row of pixels there
 
     /// Expects a triangle over the left lower half, moved to the right by half the width.
     template <class V>
@@ -184,11 +185,11 @@ TEST_F(ProgramManagerRender, UniformColor3DTakesDepthFromThePosition) {
 }
 
 TEST_F(ProgramManagerRender, DashLines2DDrawsDashesInItsColor) {
-    expectDashes<vec3>(BuiltIn::DashLines2D, {{-1.f, 0.f, 0.f}, {1.f, 0.f, 8.f}});
+    expectDashes<vec3>(BuiltIn::DashLines2D, {{-1.f, inRow, 0.f}, {1.f, inRow, 8.f}});
 }
 
 TEST_F(ProgramManagerRender, DashLines3DDrawsDashesInItsColor) {
-    expectDashes<vec4>(BuiltIn::DashLines3D, {{-1.f, 0.f, 0.5f, 0.f}, {1.f, 0.f, 0.5f, 8.f}});
+    expectDashes<vec4>(BuiltIn::DashLines3D, {{-1.f, inRow, 0.5f, 0.f}, {1.f, inRow, 0.5f, 8.f}});
 }
 
 TEST_F(ProgramManagerRender, SoftPoints2DDrawsASoftDisc) {

@@ -469,6 +469,7 @@ TEST_F(UniformRender, UnusedAndUnknownNamesAreNoError) {
 }
 
 TEST_F(UniformRender, VariablesOfGlItselfHaveNoLocation) {
+    SKIP_IN_CORE("gl_ModelViewMatrix");
     const auto program =
         Program::make("#version 120 \n"
                       "void main() { gl_Position = gl_ModelViewMatrix*gl_Vertex; } \n",

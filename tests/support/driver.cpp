@@ -22,7 +22,7 @@ namespace {
 std::unique_ptr<offscreen::Context> openContext() {
     offscreen::Settings settings;
     std::string error;
-    if (!offscreen::platformFromEnvironment(settings.platform, error))
+    if (!offscreen::settingsFromEnvironment(settings, error))
         throw std::runtime_error(error);
     auto context = offscreen::Context::open(settings, error);
     if (context == nullptr)
@@ -45,7 +45,7 @@ void printDriver() {
 }
 
 void printExtensions() {
-    std::istringstream extensions(text(GL_EXTENSIONS));
+    std::istringstream extensions(extensionNames());
     for (std::string extension; extensions >> extension;)
         std::puts(extension.c_str());
 }

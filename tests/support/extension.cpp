@@ -126,6 +126,31 @@ bool knows(unsigned int pname) {
     return glGetError() == GL_NO_ERROR;
 }
 
+bool isCore() {
+    GLint profile = 0;
+    if (GLAD_GL_VERSION_3_2 != 0)
+        glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
+    return (profile & GL_CONTEXT_CORE_PROFILE_BIT) != 0;
+}
+
+bool isForwardCompatible() {
+    GLint flags = 0;
+    if (GLAD_GL_VERSION_3_0 != 0)
+        glGetIntegerv(GL_CONTEXT_FLAGS, &flags);
+    return (flags & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) != 0;
+}
+
+std::string extensionNames() {
+    if (!isCore())
+        return text(GL_EXTENSIONS);
+    GLint count = 0;
+    glGetIntegerv(GL_NUM_EXTENSIONS, &count);
+    std::string names;
+    for (GLuint i = 0; i < static_cast<GLuint>(count); ++i)
+        names += std::string(reinterpret_cast<const char*>(glGetStringi(GL_EXTENSIONS, i))) + " ";
+    return names;
+}
+
 std::string missingState() {
     struct StateRow {
         const char* name;

@@ -38,6 +38,26 @@ bool knows(unsigned int pname);
 /// all of them. Those of array and rectangle textures are no part of OpenGL 2.1.
 std::string missingState();
 
+/// Whether the loaded context has the core profile: without what OpenGL 3.1 has removed.
+bool isCore();
+
+/// Whether it is one that has nothing either of what is deprecated.
+bool isForwardCompatible();
+
+/// The names of the context's extensions, with a space behind each.
+std::string extensionNames();
+
+/// Skips a test, or the rest of a set-up, where the context has the core profile, which lacks
+/// \p what: the name of a call, a value or a feature.
+#define SKIP_IN_CORE(what)                                                                         \
+    if (isCore())                                                                                  \
+    GTEST_SKIP() << "a core context lacks " << (what)
+
+/// The same where it is forward-compatible.
+#define SKIP_IN_FORWARD_COMPATIBLE(what)                                                           \
+    if (isForwardCompatible())                                                                     \
+    GTEST_SKIP() << "a forward-compatible context lacks " << (what)
+
 /// Skips a test, or the rest of a set-up, where the context lacks a piece of state with a record.
 #define SKIP_WITHOUT_EVERY_STATE()                                                                 \
     if (const std::string missing = missingState(); !missing.empty())                              \

@@ -68,17 +68,6 @@ FakeContext::FakeContext(const FakeContext* sharing) : RecordedGl(sharing) {
     setString(GL_VENDOR, "fake");
     setString(GL_RENDERER, "fake");
     setString(GL_EXTENSIONS, allExtensions());
-    const auto isOfKind = [this](ObjectKind kind) {
-        return [this, kind](GLuint object) { return object != 0 && isLive(kind, object); };
-    };
-    answer(glad_glIsBuffer, isOfKind(ObjectKind::Buffer));
-    answer(glad_glIsTexture, isOfKind(ObjectKind::Texture));
-    answer(glad_glIsVertexArray, isOfKind(ObjectKind::VertexArray));
-    answer(glad_glIsFramebuffer, isOfKind(ObjectKind::Framebuffer));
-    answer(glad_glIsRenderbuffer, isOfKind(ObjectKind::Renderbuffer));
-    answer(glad_glIsQuery, isOfKind(ObjectKind::Query));
-    answer(glad_glIsShader, isOfKind(ObjectKind::Shader));
-    answer(glad_glIsProgram, isOfKind(ObjectKind::Program));
 }
 
 FakeContext::~FakeContext() {

@@ -151,6 +151,20 @@ void GlScript::answerGeneratedNames(AnswerTable& answers) {
     answerGenAndDelete(answers, glad_glGenQueries, glad_glDeleteQueries, ObjectKind::Query);
 }
 
+void GlScript::answerExistence(AnswerTable& answers) {
+    const auto isOfKind = [this](ObjectKind kind) {
+        return [this, kind](GLuint object) { return object != 0 && isLive(kind, object); };
+    };
+    answers.set(glad_glIsBuffer, isOfKind(ObjectKind::Buffer));
+    answers.set(glad_glIsTexture, isOfKind(ObjectKind::Texture));
+    answers.set(glad_glIsVertexArray, isOfKind(ObjectKind::VertexArray));
+    answers.set(glad_glIsFramebuffer, isOfKind(ObjectKind::Framebuffer));
+    answers.set(glad_glIsRenderbuffer, isOfKind(ObjectKind::Renderbuffer));
+    answers.set(glad_glIsQuery, isOfKind(ObjectKind::Query));
+    answers.set(glad_glIsShader, isOfKind(ObjectKind::Shader));
+    answers.set(glad_glIsProgram, isOfKind(ObjectKind::Program));
+}
+
 void GlScript::answerBindings(AnswerTable& answers) {
     const auto atTarget = [this](ObjectKind kind) {
         return [this, kind](GLenum target, GLuint name) { bindings_.bind(kind, target, name); };
@@ -305,6 +319,28 @@ void GlScript::answerState(AnswerTable& answers) {
         return error;
     });
     answers.set(glad_glCheckFramebufferStatus, [this](GLenum) { return framebufferStatus_; });
+}
+
+void GlScript::answerDebugMessages(AnswerTable& answers) {
+    const auto setCallback = [this](GLDEBUGPROC callback, const void* parameter) {
+        debugCallback_ = callback;
+        debugParameter_ = parameter;
+    };
+    answers.set(glad_glDebugMessageCallback, setCallback);
+    answers.set(glad_glDebugMessageCallbackARB, setCallback);
+    answers.set(glad_glGetPointerv, [this](GLenum pname, void** out) {
+        if (pname == GL_DEBUG_CALLBACK_FUNCTION)
+            *out = reinterpret_cast<void*>(debugCallback_);
+        else if (pname == GL_DEBUG_CALLBACK_USER_PARAM)
+            *out = const_cast<void*>(debugParameter_);
+    });
+}
+
+void GlScript::sendMessage(const std::string& text, GLenum severity, GLenum source, GLenum type,
+                           GLuint id) const {
+    if (debugCallback_ != nullptr)
+        debugCallback_(source, type, id, severity, static_cast<GLsizei>(text.size()), text.c_str(),
+                       debugParameter_);
 }
 
 void GlScript::answerImages(AnswerTable& answers) {
@@ -466,9 +502,11 @@ void GlScript::answerVariables(AnswerTable& answers, GetLocation& getLocation, G
 void GlScript::answerAll(AnswerTable& answers, const bool& recordingFlag) {
     recording_ = &recordingFlag;
     answerGeneratedNames(answers);
+    answerExistence(answers);
     answerBindings(answers);
     answerBuffers(answers);
     answerState(answers);
+    answerDebugMessages(answers);
     answerImages(answers);
     answerShaders(answers);
     answerPrograms(answers);

@@ -159,6 +159,8 @@ private:
     }
 
     std::string value(const ParameterSignature& parameter, const Argument& argument) const {
+        if (argument.kind == Argument::Kind::Pointer)
+            return pointer(argument, "function");
         const PnameSignature values = resolved(parameter);
         return formatValue(argument, values.meaning, values.group);
     }

@@ -73,7 +73,8 @@ struct PixelBuffers {
 ///
 /// Enumerators and bits are written by name, booleans as GL_TRUE and GL_FALSE, numbers in their
 /// shortest form, arrays with their contents (`{1, 0.5}`), texts quoted with the escapes of C,
-/// pointers that stand for offsets as numbers, other pointers as `null`, `data` or `out`.
+/// pointers that stand for offsets as numbers, other pointers as `null`, `data`, `out` or, to a
+/// function, `function`.
 std::string formatCall(EntryPoint entryPoint, const Argument* arguments,
                        PixelBuffers pixelBuffers = {});
 

@@ -211,6 +211,10 @@ public:
     void runOutOfMemory(bool isOut = true) { isOutOfMemory_ = isOut; }
     /// Adds an error to the queue that glGetError takes from.
     void queueError(GLenum error) { errors_.push_back(error); }
+    /// Calls what glDebugMessageCallback has set, as GL does with a debug message.
+    void sendMessage(const std::string& text, GLenum severity = GL_DEBUG_SEVERITY_HIGH,
+                     GLenum source = GL_DEBUG_SOURCE_API, GLenum type = GL_DEBUG_TYPE_ERROR,
+                     GLuint id = 1) const;
     /// What glCheckFramebufferStatus gives; GL_FRAMEBUFFER_COMPLETE where nothing is set.
     void setFramebufferStatus(GLenum status) { framebufferStatus_ = status; }
     /// @}
@@ -318,9 +322,11 @@ private:
     const ObjectNames& names(ObjectKind kind) const;
 
     void answerGeneratedNames(AnswerTable& answers);
+    void answerExistence(AnswerTable& answers);
     void answerBindings(AnswerTable& answers);
     void answerBuffers(AnswerTable& answers);
     void answerState(AnswerTable& answers);
+    void answerDebugMessages(AnswerTable& answers);
     void answerImages(AnswerTable& answers);
     void answerShaders(AnswerTable& answers);
     void answerPrograms(AnswerTable& answers);
@@ -363,6 +369,8 @@ private:
     std::map<GLenum, std::string> strings_;
     std::deque<GLenum> errors_;
     GLenum framebufferStatus_ = GL_FRAMEBUFFER_COMPLETE;
+    GLDEBUGPROC debugCallback_ = nullptr;
+    const void* debugParameter_ = nullptr;
 };
 
 } // namespace vellis::test

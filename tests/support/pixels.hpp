@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
@@ -43,19 +44,14 @@ inline std::string problem(GLenum target = GL_FRAMEBUFFER) {
     return name == nullptr ? "" : name;
 }
 
+/// Draws with GL alone, in one colour: \p points are in clip coordinates. A program that is in use
+/// gets them as its only attribute, `position`.
+void drawByGl(GLenum primitive, const std::vector<glm::vec3>& points, const glm::vec4& color);
+
 /// Draws a rectangle of one colour, all of the viewport unless corners in clip coordinates are
 /// given. The depth is what the depth buffer gets: 0 is near, 1 far.
-inline void fill(const glm::vec4& color, float depth = 0.5f, glm::vec2 from = glm::vec2(-1.f),
-                 glm::vec2 to = glm::vec2(1.f)) {
-    const float z = 2.f * depth - 1.f;
-    glColor4f(color.r, color.g, color.b, color.a);
-    glBegin(GL_QUADS);
-    glVertex3f(from.x, from.y, z);
-    glVertex3f(to.x, from.y, z);
-    glVertex3f(to.x, to.y, z);
-    glVertex3f(from.x, to.y, z);
-    glEnd();
-}
+void fill(const glm::vec4& color, float depth = 0.5f, glm::vec2 from = glm::vec2(-1.f),
+          glm::vec2 to = glm::vec2(1.f));
 
 /// How many names up to 1000 are framebuffers, or renderbuffers: `liveNames(glIsFramebuffer)`.
 /// A context that lacks the entry point has none.

@@ -45,7 +45,7 @@ offscreen::Settings renderSettings(unsigned int width, unsigned int height) {
     settings.width = width;
     settings.height = height;
     std::string error;
-    if (!offscreen::platformFromEnvironment(settings.platform, error))
+    if (!offscreen::settingsFromEnvironment(settings, error))
         throw std::invalid_argument(error);
     return settings;
 }

@@ -56,6 +56,6 @@ private:
 /// for.
 bool loadForTests(offscreen::Context& context);
 
-/// The settings of a test's context: the platform comes from the environment.
+/// The settings of a test's context: the platform and the profile come from the environment.
 /// \throws std::invalid_argument where the environment names an unknown one.
 offscreen::Settings renderSettings(unsigned int width, unsigned int height);

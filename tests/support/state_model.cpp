@@ -71,6 +71,7 @@ void setInitialState(RecordedGl& gl, int width, int height) {
     gl.setState(GL_CONTEXT_PROFILE_MASK, {GL_CONTEXT_COMPATIBILITY_PROFILE_BIT});
     gl.setState(GL_MAX_TEXTURE_SIZE, {4096});
     gl.setState(GL_MAX_TEXTURE_IMAGE_UNITS, {16});
+    gl.setState(GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS, {4});
 }
 
 } // namespace

@@ -98,18 +98,25 @@ const WrapRow wraps[] = {
     {Sampler::MIRRORED_REPEAT, "GRRGGR"},
 };
 
-/// Fills the viewport with the bound texture, its coordinates from -1 to 2.
-void drawThreeTimes() {
-    glEnable(GL_TEXTURE_2D);
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
-    glBegin(GL_QUADS);
-    for (const glm::vec2 corner :
-         {glm::vec2(0, 0), glm::vec2(1, 0), glm::vec2(1, 1), glm::vec2(0, 1)}) {
-        glTexCoord2f(3 * corner.x - 1, 3 * corner.y - 1);
-        glVertex2f(2 * corner.x - 1, 2 * corner.y - 1);
-    }
-    glEnd();
-    glDisable(GL_TEXTURE_2D);
+/// Fills the viewport with a texture, its coordinates from -1 to 2.
+void drawThreeTimes(const Texture& texture) {
+    const auto program = Program::make(
+        VertexShader::make("IN vec2 corner; OUT vec2 place;\n"
+                           "void main() {\n"
+                           "  place = 1.5 * corner + 0.5; gl_Position = vec4(corner, 0, 1);\n"
+                           "}\n",
+                           Shader::Version::V210),
+        FragmentShader::make("#if __VERSION__ >= 130\n"
+                             "#define texture2D texture\n"
+                             "#endif\n"
+                             "uniform sampler2D image; IN vec2 place; DECL_OUT0;\n"
+                             "void main() { OUT0 = texture2D(image, place); }\n",
+                             Shader::Version::V210));
+    const auto corners = VertexAttributeBuffer<glm::vec2>::make(
+        {{-1, -1}, {1, -1}, {-1, 1}, {1, 1}}, BufferUsage::Static, BufferAccess::Draw);
+    program->draw(
+        *drawable::TriangleStrip<VertexAttribute<glm::vec2>>::make(program, {"corner", corners}),
+        Uniform("image", texture));
 }
 
 char colorAt(const offscreen::Image& image, unsigned int x, unsigned int y) {
@@ -129,9 +136,7 @@ TEST_F(SamplerRender, WrapModesShowInPictures) {
         std::string seenAlongT;
         for (const auto& texture : {alongS, alongT}) {
             texture->setSampler(Sampler(Sampler::NEAREST, row.wrap));
-            texture->bind();
-            drawThreeTimes();
-            texture->unbind();
+            drawThreeTimes(*texture);
             const offscreen::Image image = offscreen::readPixels(side, side);
             for (unsigned int i = 0; i < 6; ++i) {
                 const unsigned int along = side * (2 * i + 1) / 12;

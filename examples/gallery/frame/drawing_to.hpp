@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include <glm/gtc/type_precision.hpp>
 
@@ -12,13 +14,17 @@ namespace gallery {
 using ColorTexture = vellis::Texture2D<glm::u8vec4>;
 using ColorSamples = vellis::MultiSampleRenderbuffer<glm::u8vec4>;
 
-/// Keeps all GL attributes and puts them back at the end of a scope.
+/// Keeps all GL attributes and puts them back at the end of a scope. In a core context, which has
+/// no stack of them, those that the library has records of and that name no object.
 class SavedAttributes {
 public:
     SavedAttributes();
     ~SavedAttributes();
     SavedAttributes(const SavedAttributes&) = delete;
     SavedAttributes& operator=(const SavedAttributes&) = delete;
+
+private:
+    std::vector<std::function<void()>> putBack_; ///< in a core context
 };
 
 /// While the object lives, drawing goes to images of one's own, which must live as long. They are

@@ -19,6 +19,10 @@
 
 namespace vellis {
 
+namespace internal {
+struct LabelAccess;
+}
+
 class Texture;
 
 namespace canvas {
@@ -441,6 +445,8 @@ public:
 
     /// Draws a part of a texture. Its edges are as GL draws them: antialiased where the framebuffer
     /// is multisampled.
+    /// \param texture  Whose texels.
+    /// \param frame    Where it goes.
     /// \param part  What is seen of it: exchanged coordinates turn it around. One that is not
     ///              finite draws nothing, nor does such a frame.
     /// \param tint  Is multiplied by the texels, which have straight alpha.
@@ -449,11 +455,14 @@ public:
 
     /// Draws parts of a texture whose extent is in pixels of the framebuffer, whatever the matrix
     /// is: glyphs and markers. setPixelRatio() does not apply.
+    /// \param texture  Whose texels.
+    /// \param style    What they are, and where the pixels begin.
     /// \param color  Is multiplied by the texels, or what they cover has it.
     /// \param place  Goes through the matrix; where it is not in front of the viewer or not finite,
     ///               nothing is drawn.
     /// \param quads  From the place on, in pixels, up being the framebuffer's: see
     ///               setPixelsDownward(). One that is not finite is left out.
+    /// \param count  How many there are.
     void drawQuads(const std::shared_ptr<const Texture>& texture, const QuadStyle& style,
                    const glm::vec4& color, const glm::dvec3& place, const PixelQuad* quads,
                    std::size_t count);
@@ -476,6 +485,8 @@ private:
     void drawPoints(const glm::vec4& color, float size, unsigned int first, unsigned int count,
                     const std::shared_ptr<const VertexBuffer>& buffer, unsigned int dimensions);
     /// @}
+
+    friend struct internal::LabelAccess;
 
     std::unique_ptr<canvas::Painter> painter_;
 };

@@ -48,12 +48,12 @@ struct PixelQuad {
     glm::vec2 corner; ///< where the part begins
     glm::vec2 right;  ///< from there along the texture's rows
     glm::vec2 up;     ///< from there along its columns
-    TexturePart part;
+    TexturePart part; ///< what is seen of it
 };
 
 /// How Canvas::drawQuads draws.
 struct QuadStyle {
-    Texels texels = Texels::Colors;
+    Texels texels = Texels::Colors; ///< what those of the texture are
     /// Whether the place of the call moves to the nearest corner of pixels, so that quads of whole
     /// pixels cover whole ones.
     bool onWholePixels = false;

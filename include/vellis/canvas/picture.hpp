@@ -7,6 +7,10 @@
 
 namespace vellis {
 
+namespace internal {
+struct LabelAccess;
+}
+
 namespace canvas {
 struct KeptDrawing;
 }
@@ -29,6 +33,7 @@ public:
 
 private:
     friend class Canvas;
+    friend struct internal::LabelAccess;
     explicit Picture(std::unique_ptr<canvas::KeptDrawing> drawing);
 
     std::unique_ptr<canvas::KeptDrawing> drawing_;

@@ -49,9 +49,9 @@ public:
         Triangles = 0x0004,     ///< `GL_TRIANGLES`
         TriangleStrip = 0x0005, ///< `GL_TRIANGLE_STRIP`
         TriangleFan = 0x0006,   ///< `GL_TRIANGLE_FAN`
-        Quads = 0x0007,         ///< `GL_QUADS`
-        QuadStrip = 0x0008,     ///< `GL_QUAD_STRIP`
-        Polygon = 0x0009,       ///< `GL_POLYGON`
+        Quads = 0x0007,         ///< `GL_QUADS`, which a core context refuses
+        QuadStrip = 0x0008,     ///< `GL_QUAD_STRIP`, which a core context refuses
+        Polygon = 0x0009,       ///< `GL_POLYGON`, which a core context refuses
     };
 
     /// The side of a polygon; each value is the GL enumerator's.
@@ -156,14 +156,16 @@ public:
     /// @}
 
     /// The width of lines in pixels; the driver rounds it and limits it to
-    /// `GL_ALIASED_LINE_WIDTH_RANGE` or `GL_SMOOTH_LINE_WIDTH_RANGE`.
+    /// `GL_ALIASED_LINE_WIDTH_RANGE` or `GL_SMOOTH_LINE_WIDTH_RANGE`. In a forward-compatible core
+    /// context, which has no lines wider than 1, a larger width does nothing.
     static void setLineWidth(float width);
 
     /// The diameter of points in pixels. Switches `GL_VERTEX_PROGRAM_POINT_SIZE` off, without which
     /// a fixed size has no effect.
     static void setPointSize(float size);
 
-    /// How polygons that show \p face are drawn.
+    /// How polygons that show \p face are drawn. A core context has one mode for both faces:
+    /// there, one for a single face does nothing.
     static void setPolygonMode(Face face, PolygonMode mode);
 
 protected:

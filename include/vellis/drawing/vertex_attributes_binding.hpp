@@ -45,6 +45,10 @@ public:
     /// use, that was bound last in it. GL is not asked.
     bool isCurrent() const { return current() == this; }
 
+    /// The GL name; 0 where the context has no vertex array objects, and where it does not exist:
+    /// see Context.
+    unsigned int id() const;
+
 protected:
     VertexAttributesBinding();
 
@@ -56,9 +60,6 @@ private:
     struct Inlined;
 
     static std::shared_ptr<VertexAttributesBinding> make();
-
-    /// The GL name; 0 where it does not exist.
-    unsigned int id() const;
 
     /// The binding that was bound last, or null. Only unbind clears it, so that it may outlive its
     /// object: it is compared, never followed.

@@ -15,8 +15,8 @@ namespace vellis::internal {
 VELLIS_EXPORT void print_gl_info();
 
 /// Prints `Corvane: OpenGL extensions: ` and the list of extensions on one line, which is cut at
-/// 276 characters behind the title: the start of the list. One `glGetString`; in a core profile,
-/// which has no such list, `(null)`.
+/// 276 characters behind the title: the start of the list. One `glGetString`; in a core context,
+/// which gives them one by one, a `glGetIntegerv` and a `glGetStringi` for each that is shown.
 VELLIS_EXPORT void print_gl_extensions();
 
 /// Prints 19 limits of the context, a line each: `Corvane: MAX_TEXTURE_SIZE = 16384`. The largest
@@ -26,6 +26,9 @@ VELLIS_EXPORT void print_gl_caps();
 /// @}
 
 /// \name Shaders
+/// The name of a shader or a program and its label stand behind the title, if it has one:
+/// `Corvane: Shader Source Code of 3 'lamp'`. See label().
+///
 /// The source lines and the logs are printed as formats without arguments: `%%` prints as `%`, any
 /// other percent sign stands as it is. Lines of any length are printed in full.
 /// @{
@@ -66,6 +69,8 @@ VELLIS_EXPORT void print_program_link_info(unsigned int program);
 /// @}
 
 /// \name The interface of a program
+/// Where the program has a label, its name and that stand behind the first word of each line:
+/// `Corvane: Uniform of 5 'water': loc = 0, ...`.
 /// @{
 
 /// Prints the active attributes of a program, a line each:

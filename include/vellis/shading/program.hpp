@@ -508,8 +508,8 @@ private:
     /// Whether the program exists in the Context in use.
     VELLIS_NO_EXPORT bool exists() const;
 
-    /// bind where the program does not exist.
-    VELLIS_NO_EXPORT void bindNothing() const;
+    /// bind where the program does not exist, or debug output is on, which wants to know its name.
+    VELLIS_NO_EXPORT void bindOther() const;
 
     /// What unbind does with the binding in other cases than a draw's.
     VELLIS_NO_EXPORT void unbindOther() const;

@@ -35,6 +35,10 @@ namespace vellis {
 /// | `DECL_OUT0;` | fragment | a float that nobody uses | `layout(location = 0) out vec4 OUT0;` |
 /// | `OUT0` | fragment | `gl_FragColor` | the output that `DECL_OUT0` declares |
 ///
+/// A core context need not have GLSL 1.20: there `V210` is GLSL 1.50, whose `DECL_OUT0;` is
+/// `out vec4 OUT0;`. `texture1D`, `texture2D`, `texture3D` and `textureCube`, which it lacks, are
+/// macros for `texture` then.
+///
 /// A source may be a string, characters up to a NUL, a view, or what converts to one of these. GL
 /// gets it as one text that a NUL ends, so that what follows a NUL within a source is left out;
 /// null characters count as an empty source.
@@ -50,7 +54,7 @@ public:
     /// The GL version whose GLSL the source is compiled as, times 100. Any other value counts as
     /// the newest.
     enum class Version : unsigned int {
-        V210 = 210, ///< GLSL 1.20
+        V210 = 210, ///< GLSL 1.20; in a core context 1.50
         V330 = 330, ///< GLSL 3.30
         V410 = 410, ///< GLSL 4.10
     };

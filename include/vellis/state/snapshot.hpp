@@ -31,20 +31,21 @@ VELLIS_EXPORT std::ostream& operator<<(std::ostream& stream, const Difference& d
 /// const auto before = vellis::state::Snapshot::take();
 /// drawOverlay();
 /// for (const auto& difference : differences(before, vellis::state::Snapshot::take()))
-///     std::cerr << difference << '\n';
+///     vellis::internal::log(nullptr, "%s", difference.name.c_str());
 /// before.restore();
 /// \endcode
 ///
 /// It has, each where the context has it: the framebuffers with their draw and read buffers; the
 /// vertex array with its index buffer; the attributes and client arrays, where no vertex array
 /// object is bound; the current values of attributes; the bindings of buffers, indexed ones with
-/// their ranges; the textures, sampler objects and fixed-function switches of all units; the
-/// program and the pipeline; the pixel store and pixel transfers; blending, tests, masks, clears,
-/// rasterisation, multisampling, hints; the switches of the fixed function. It has neither what is
-/// kept in objects, nor matrices, lights, materials, stipple patterns and queries, nor blend
-/// functions of draw buffers past the first. State of attributes is that of floats.
+/// their ranges (from GL 3.2 on); the textures, sampler objects and fixed-function switches of all
+/// units; the program and the pipeline; the pixel store and pixel transfers; blending, tests,
+/// masks, clears, rasterisation, multisampling, hints; the switches of the fixed function. It has
+/// neither what is kept in objects, nor matrices, lights, materials, stipple patterns and queries,
+/// nor blend functions of draw buffers past the first. State of attributes is that of floats.
 ///
-/// Equal are two that were taken in the same Context and differ in nothing.
+/// What there is of a later version is asked for by the version alone: in a context of OpenGL 2.1
+/// not the bindings of array and rectangle textures.
 class VELLIS_EXPORT Snapshot {
 public:
     /// Takes the state of the current GL context, which it leaves as it is, with no error of its
@@ -68,7 +69,10 @@ public:
     /// Whether this has nothing: it was default-made, or moved from.
     bool isEmpty() const { return words_.empty(); }
 
+    /// Whether both are empty, or were taken in the same Context with the same values.
     friend bool operator==(const Snapshot& a, const Snapshot& b) { return a.words_ == b.words_; }
+
+    /// The opposite.
     friend bool operator!=(const Snapshot& a, const Snapshot& b) { return a.words_ != b.words_; }
 
 private:

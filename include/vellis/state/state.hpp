@@ -50,8 +50,9 @@ VELLIS_EXPORT void get(State<T, N, pname>& record);
 ///
 /// The stencil records write their own face only. A framebuffer record whose two names are equal is
 /// one `glBindFramebuffer(GL_FRAMEBUFFER, …)`, otherwise a bind for drawing, then one for reading.
-/// Bindings of vertex arrays, framebuffers and renderbuffers are left alone where the context has
-/// no such objects.
+/// In a core context, which has one polygon mode for both faces, these get that of the front; in a
+/// forward-compatible one a line width over 1 does nothing. Bindings of vertex arrays, framebuffers
+/// and renderbuffers are left alone where the context has no such objects.
 template <class T, unsigned int N, unsigned int pname>
 VELLIS_EXPORT void set(const State<T, N, pname>& record);
 

@@ -24,6 +24,9 @@ namespace vellis::internal {
 /// the stencil's references and masks and the pixel store are hexadecimal; an enumerator without a
 /// name here (a read buffer of `GL_COLOR_ATTACHMENT0`) is `unknown enum : 0x8ce0`.
 ///
+/// Behind the name of what is bound stands its label, if it has one:
+/// `TEXTURE_BINDING_2D = 7 'noise'`. See label().
+///
 /// One `glGetBooleanv`, `glGetFloatv` or `glGetIntegerv` for each; no state changes. What the
 /// context does not know prints as zeros, and leaves its error in GL's queue. It takes nothing from
 /// what diff_gl_states() remembers.

@@ -35,9 +35,12 @@ struct Settings {
     /// Whose objects the new context shares: one of the same platform, on the same display, which
     /// is current on no other thread; or null.
     const Context* sharing = nullptr;
-    /// 32 for a context of OpenGL 3.2 of the core profile that is forward-compatible, and so on; 0
-    /// for one of the compatibility kind. EGL alone makes others than that.
+    /// 32 for a context of OpenGL 3.2 of the core profile, and so on up to 46: one of that version
+    /// or of a later one, as the driver likes. 0 for one of the compatibility kind.
     int coreVersion = 0;
+    /// Whether one of the core profile is forward-compatible: without what OpenGL has deprecated.
+    /// OSMesa has none that are.
+    bool isForwardCompatible = true;
 };
 
 /// Reads a platform from the environment variable `OFFSCREEN_PLATFORM` (`egl`, `egl-surfaceless`,
@@ -45,6 +48,14 @@ struct Settings {
 /// change. Leaves \p platform as it is where the variable is unset or empty. \param error  One
 /// sentence, where the result is false: the variable has another value.
 bool platformFromEnvironment(Platform& platform, std::string& error);
+
+/// The same for the profile, from `OFFSCREEN_PROFILE`: `compatibility`, or `core-3.2` to
+/// `core-4.6`, with `-forward` behind it for a forward-compatible one. Sets `coreVersion` and
+/// `isForwardCompatible`.
+bool profileFromEnvironment(Settings& settings, std::string& error);
+
+/// platformFromEnvironment() and profileFromEnvironment().
+bool settingsFromEnvironment(Settings& settings, std::string& error);
 
 /// A GL context with a default framebuffer that nobody sees: 8 bits each of red, green, blue and
 /// alpha, at least 24 of depth and 8 of stencil, one sample a pixel.

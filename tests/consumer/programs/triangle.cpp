@@ -96,7 +96,7 @@ int main(int count, char** arguments) {
     offscreen::Settings settings;
     settings.width = settings.height = size;
     std::string error;
-    if (!offscreen::platformFromEnvironment(settings.platform, error)) {
+    if (!offscreen::settingsFromEnvironment(settings, error)) {
         std::fprintf(stderr, "%s\n", error.c_str());
         return 1;
     }

@@ -1,6 +1,8 @@
 /// The operations of state records and of diagnostics, and what a program does with GL itself.
 
+#include <algorithm>
 #include <iterator>
+#include <vector>
 
 #include <vellis/gl.hpp>
 
@@ -51,9 +53,76 @@ void setUnit(World&, Bytes& bytes) {
     state::set(state::State<int, 1, GL_ACTIVE_TEXTURE>{{GL_TEXTURE0 + unit}});
 }
 
+void takeSnapshot(World& world, Bytes& bytes) {
+    pick(world.snapshots, bytes) = state::Snapshot::take();
+}
+
+/// Whether a piece may be another than in the snapshot that was restored: its name is gone, or the
+/// object that it belongs to.
+bool mayDiffer(const state::Difference& difference) {
+    static constexpr const char* ofObjects[] = {"GL_DRAW_BUFFER", "GL_READ_BUFFER",
+                                                "GL_ELEMENT_ARRAY_BUFFER", "GL_VERTEX_ATTRIB"};
+    return difference.after == "0" ||
+           std::any_of(std::begin(ofObjects), std::end(ofObjects),
+                       [&](const char* prefix) { return difference.name.rfind(prefix, 0) == 0; });
+}
+
+void restoreSnapshot(World& world, Bytes& bytes) {
+    const state::Snapshot& snapshot = pick(world.snapshots, bytes);
+    if (snapshot.isEmpty() || !snapshot.restore())
+        return;
+    const state::Snapshot now = state::Snapshot::take();
+    const auto left = differences(snapshot, now);
+    world.require(std::all_of(left.begin(), left.end(), mayDiffer),
+                  "a snapshot is not restored as it was taken");
+    world.require(snapshot.restore() && now == state::Snapshot::take(),
+                  "restoring a snapshot again changes something");
+}
+
+void keepState(World&, Bytes& bytes) {
+    state::Kept kept(static_cast<state::Group>(bytes.next()));
+    if (bytes.flag())
+        kept.dismiss();
+}
+
+void resetState(World&, Bytes&) {
+    state::reset();
+}
+
+/// All states that are looked at.
+std::vector<GLenum> everything() {
+    std::vector<GLenum> all;
+    for (const ObservedState& state : observedStates())
+        all.push_back(state.pname);
+    return all;
+}
+
 void check(World&, Bytes& bytes) {
     internal::check_glerror();
     internal::check_framebuffer_complete(bytes.flag() ? GL_READ_FRAMEBUFFER : bytes.next());
+}
+
+constexpr const char* labels[] = {"", "water", "a label that needs memory of its own", nullptr};
+
+/// Labels what there is, with and without the name of its object known in the Context in use.
+void label(World& world, Bytes& bytes) {
+    const char* const text = bytes.oneOf(labels);
+    const std::size_t place = bytes.below(2);
+    internal::label(world.vertices[place].object, text);
+    internal::label(world.pixels[place].object, text);
+    internal::label(world.vertexShaders[place], text);
+    internal::label(world.programs[place].object, text);
+    internal::label(world.shapes[place].drawable, text);
+    internal::label_of(world.programs[place].object);
+}
+
+void debugOutput(World&, Bytes& bytes) {
+    internal::DebugOutputSettings settings;
+    settings.callback = [](const internal::DebugMessage&) {};
+    if (bytes.flag())
+        internal::start_debug_output(settings);
+    else
+        internal::stop_debug_output();
 }
 
 } // namespace
@@ -66,7 +135,13 @@ std::vector<Operation> stateOperations() {
          setPixelStore,
          {{}, {std::begin(pixelStores), std::end(pixelStores)}}},
         {"state: set the texture unit", setUnit, {{}, {GL_ACTIVE_TEXTURE}}},
+        {"state: take a snapshot", takeSnapshot, {}},
+        {"state: restore a snapshot", restoreSnapshot, {{}, everything()}},
+        {"state: keep", keepState, {}},
+        {"state: reset", resetState, {{}, everything()}},
         {"internal: checks", check, {}},
+        {"internal: label", label, {}},
+        {"internal: start or stop debug output", debugOutput, {}},
     };
 }
 

@@ -69,6 +69,7 @@ struct World {
     std::array<Target, 2> framebuffers;
     std::array<std::shared_ptr<Picture>, 2> keptPictures;
     std::array<std::shared_ptr<Canvas>, 2> canvases;
+    std::array<state::Snapshot, 2> snapshots;
     Meddlers<Buffers> meddlingBuffers;
     Meddlers<Programs> meddlingPrograms;
 
