@@ -3,7 +3,8 @@
 #
 # Sets, in the including scope:
 #   VELLIS_GENERATED_INCLUDE_DIR  the include folder with vellis/glad/*.h
-#   VELLIS_LOADER_TABLE_DIR       the folder with entry_points.inc, the one table of entry points and flags
+#   VELLIS_LOADER_TABLE_DIR       the folder with entry_points.inc, the one table of entry points and flags,
+#                                 and entry_point_features.inc, what each entry point comes with
 #   VELLIS_BARE_LOADER_SOURCE     the loader that fills the pointers of vellis/glad/gl.h by itself
 #   VELLIS_GLAD_PYTHON            the interpreter that runs glad
 
@@ -75,7 +76,9 @@ function(vellis_generate_loader python out)
     vellis_run_glad("${python}" "${fresh}/global")
     vellis_run_glad("${python}" "${fresh}/context" --mx)
     vellis_run_script("${python}" trim_loader.py "${fresh}/global" "${fresh}/context")
-    vellis_run_script("${python}" pack_loader.py "${fresh}/context/src/gl.c")
+    file(MAKE_DIRECTORY "${fresh}/table")
+    vellis_run_script("${python}" pack_loader.py
+        "${fresh}/context/src/gl.c" "${fresh}/table/entry_point_features.inc")
 
     # glad's headers move into vellis's own include folder, so that an application's glad is never
     # mistaken for ours.

@@ -22,6 +22,7 @@ struct Row {
         Double,
         Boolean,
         Enabled,
+        EnabledOfIndex,
         EnabledList,
         MaskList,
         DrawBuffers,
@@ -114,7 +115,7 @@ private:
             glGetVertexAttribPointerv(1, row.pname, &pointer);
         else if (row.query == Row::AttributeInteger || row.query == Row::AttributeFloat)
             glGetVertexAttribiv(1, row.pname, value);
-        else if (row.query == Row::Enabled)
+        else if (row.query == Row::Enabled || row.query == Row::EnabledOfIndex)
             glIsEnabled(row.pname);
         else
             glGetIntegerv(row.pname, value);
@@ -133,7 +134,7 @@ private:
         for (const Row& row : plain[Row::Enabled])
             *out++ = glIsEnabled(row.pname);
         for (unsigned int i = 0; i < counts_[Row::ClipDistance]; ++i) {
-            for (const Row& row : at_[Row::ClipDistance][Row::Enabled])
+            for (const Row& row : at_[Row::ClipDistance][Row::EnabledOfIndex])
                 *out++ = glIsEnabled(row.pname + i);
         }
         float floats[4];
@@ -196,7 +197,7 @@ private:
         glActiveTexture(GL_TEXTURE0);
     }
 
-    std::vector<Row> at_[10][13];
+    std::vector<Row> at_[10][14];
     unsigned int counts_[10] = {};
     unsigned int numDrawBuffers_ = 0;
     std::vector<int> values_;

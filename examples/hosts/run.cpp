@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 
 #include <vellis/diagnostics.hpp>
 #include <vellis/state.hpp>
@@ -73,8 +74,11 @@ void Run::draw(const Scene& scene, std::size_t window, const glm::uvec2& size) {
     scene.draw(size, turn);
     reportErrors("while vellis draws");
     for (const auto& difference :
-         vellis::state::differences(before, vellis::state::Snapshot::take()))
-        complain(difference.name + ": " + difference.before + " -> " + difference.after);
+         vellis::state::differences(before, vellis::state::Snapshot::take())) {
+        std::ostringstream line;
+        line << difference;
+        complain(line.str());
+    }
 }
 
 void Run::finish(const Scene& scene) {

@@ -28,19 +28,30 @@ check() {
         fail "'$*' failed under valgrind: see above."
 }
 
+# Prints the tests of a program that match a filter, one on a line.
+list_tests() {
+    local suite name
+    "$1" --gtest_list_tests "--gtest_filter=$2" | while read -r name; do
+        case "$name" in
+        Running* | Note:*) ;;
+        *.) suite="$name" ;;
+        *) echo "$suite${name%% *}" ;;
+        esac
+    done
+}
+
+# Those that need a process of their own say so in their source; `*` is all of a program of its own.
+mapfile -t alone < <(grep -rhoP '^// needs: a process for \K\w.*' "$repository/tests" --include='*_trace_test.cpp')
+alone_pattern="$(IFS=: && echo "${alone[*]}")"
 for program in "$tests"/vellis_*trace_tests; do
-    # The diff remembers for the whole process: each of its tests has one of its own.
+    pattern="$alone_pattern"
     if [[ "$program" == */vellis_diff_gl_states_trace_tests ]]; then
-        suite=
-        while read -r name; do
-            case "$name" in
-            Running*) ;;
-            *.) suite="$name" ;;
-            *) check "$program" "--gtest_filter=$suite${name%% *}" ;;
-            esac
-        done < <("$program" --gtest_list_tests)
+        pattern='*' # the diff remembers for the whole process
     else
-        check "$program"
+        check "$program" "--gtest_filter=-$alone_pattern"
     fi
+    while read -r name; do
+        check "$program" "--gtest_filter=$name"
+    done < <(list_tests "$program" "$pattern")
 done
 say "No error, and no leak."

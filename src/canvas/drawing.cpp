@@ -1,5 +1,7 @@
 #include "canvas/drawing.hpp"
 
+#include <algorithm>
+
 namespace vellis::canvas {
 
 static_assert(sizeof(Corner<2>) == 12 && sizeof(Corner<3>) == 16);
@@ -18,6 +20,10 @@ bool Style::operator==(const Style& other) const {
     return isSame &&
            (!isDashed || (period == other.period && dashes == other.dashes &&
                           dashMatrix == other.dashMatrix && dashScale == other.dashScale));
+}
+
+float reachOf(const Style& style) {
+    return style.join == Stroke::Join::Miter ? std::max(style.miterLimit, 1.5f) : 1.5f;
 }
 
 Drawing::Drawing() = default;

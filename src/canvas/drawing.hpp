@@ -132,6 +132,9 @@ struct Style {
     bool operator==(const Style& other) const;
 };
 
+/// How many half widths a stroke reaches beyond its points: a square cap's corner does 1.42.
+float reachOf(const Style& style);
+
 /// A stroke whose pixels are painted once.
 struct Overlap {
     glm::vec3 lowest; ///< of the points; above `highest` where they are not known

@@ -61,11 +61,6 @@ bool isOnAtEnds(Ruler ruler, const Style& style, PointReader& points, std::size_
     return isOnAtStart && isOnDash(style, ruler.phase());
 }
 
-/// How many half widths a stroke reaches beyond its points: a square cap's corner does 1.42.
-float reachOf(const Style& style) {
-    return style.join == Stroke::Join::Miter ? std::max(style.miterLimit, 1.5f) : 1.5f;
-}
-
 /// What a point is to the triangles of a shape.
 struct CornerPlace {
     bool ends;           ///< whether it is the third corner of one

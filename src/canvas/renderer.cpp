@@ -7,6 +7,7 @@
 #include <vellis/gl.hpp>
 #include <vellis/texture/texture.hpp>
 
+#include "canvas/apart.hpp"
 #include "canvas/matrices.hpp"
 #include "canvas/texture_use.hpp"
 #include "gl/names.hpp"
@@ -70,10 +71,11 @@ Renderer::Renderer() : capabilities_(Capabilities::ask()), arrays_(capabilities_
 
 Renderer::~Renderer() = default;
 
-void Renderer::drawStreamed(const Drawing& drawing) {
+void Renderer::drawStreamed(Drawing& drawing) {
     SavedState saved(capabilities_);
     if (!saved.hasViewport())
         return;
+    joinApart(drawing, saved.viewport());
     // One store of one size, written from its beginning: drivers have the next one at hand.
     for (std::size_t i = 0; i < numArenas; ++i) {
         const Arena& arena = drawing.arenas[i];

@@ -34,7 +34,7 @@ public:
     const Capabilities& capabilities() const { return capabilities_; }
 
     /// Writes the arenas to their buffers, and draws the commands.
-    void drawStreamed(const Drawing& drawing);
+    void drawStreamed(Drawing& drawing);
 
     /// Draws what is kept, with its matrices behind \p matrix.
     void drawKept(const KeptDrawing& kept, const glm::mat4& matrix);

@@ -2,29 +2,13 @@
 
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <new>
 #include <utility>
 
-// The form of the generated loader that fills a structure. It declares the types that
-// <vellis/gl.hpp> does, but none of its pointers.
-#include <glad/gl.h>
-
-#include <vellis/export.hpp>
-
-#ifdef VELLIS_STATIC_DEFINE
-#include <vellis/glad/static_names.h>
-#endif
-
-extern "C" {
-#define VELLIS_ENTRY_POINT(name, member)                                                           \
-    VELLIS_EXPORT decltype(GladGLContext::member) glad_##name = nullptr;
-#define VELLIS_LOADER_FLAG(name, member) VELLIS_EXPORT int name = 0;
-#include "entry_points.inc"
-#undef VELLIS_ENTRY_POINT
-#undef VELLIS_LOADER_FLAG
-}
+#include "gl/exported_pointers.hpp"
 
 namespace vellis::loader {
 
@@ -32,57 +16,36 @@ std::atomic<const Table*> published = nullptr;
 
 namespace {
 
-// The addresses in the order of the structure: what is held by the offsets, which then need no room
-// in the library.
-
-#define VELLIS_LOADER_FLAG(name, member)
-#define VELLIS_ENTRY_POINT(name, member) &glad_##name,
-void* const entryPoints[] = {
-#include "entry_points.inc"
-};
-#undef VELLIS_ENTRY_POINT
-#define VELLIS_ENTRY_POINT(name, member) offsetof(GladGLContext, member),
-constexpr std::size_t entryPointOffsets[] = {
-#include "entry_points.inc"
-};
-#undef VELLIS_ENTRY_POINT
-#undef VELLIS_LOADER_FLAG
-
+/// A version of GL or an extension: the flag of that number, from 1 on.
+enum class Feature : unsigned char {
+    None,
 #define VELLIS_ENTRY_POINT(name, member)
-#define VELLIS_LOADER_FLAG(name, member) &name,
-int* const flags[] = {
+#define VELLIS_LOADER_FLAG(name, member) member,
 #include "entry_points.inc"
-};
-#undef VELLIS_LOADER_FLAG
-#define VELLIS_LOADER_FLAG(name, member) offsetof(GladGLContext, member),
-constexpr std::size_t flagOffsets[] = {
-#include "entry_points.inc"
-};
 #undef VELLIS_LOADER_FLAG
 #undef VELLIS_ENTRY_POINT
+};
 
-/// Whether the members at these offsets follow each other without a gap.
-template <std::size_t N>
-constexpr bool consecutive(const std::size_t (&offsets)[N], std::size_t size) {
-    for (std::size_t i = 1; i < N; ++i) {
-        if (offsets[i] != offsets[i - 1] + size)
-            return false;
-    }
-    return true;
-}
+/// Which ones an entry point comes with.
+struct Features {
+    Feature version;
+    Feature extension;
+};
+constexpr Features features[] = {
+#define VELLIS_ENTRY_POINT_OF(version, extension) {Feature::version, Feature::extension},
+#include "entry_point_features.inc"
+#undef VELLIS_ENTRY_POINT_OF
+};
+static_assert(std::size(features) == numEntryPoints);
+static_assert(isReadable(entryPointNames, 0));
 
-static_assert(consecutive(entryPointOffsets, sizeof(EntryPoint)));
-static_assert(consecutive(flagOffsets, sizeof(int)));
-
-/// Gives each of \p places the value that stands for it in the row that begins at \p value. What
-/// has it already is not written.
-template <class Value, class Place, std::size_t N>
-void assign(Place* const (&places)[N], const unsigned char* value) {
-    for (Place* const place : places) {
-        if (std::memcmp(place, value, sizeof(Value)) != 0)
-            std::memcpy(place, value, sizeof(Value));
-        value += sizeof(Value);
-    }
+bool has(const GladGLContext& context, Feature feature) {
+    if (feature == Feature::None)
+        return false;
+    int flag = 0;
+    const std::size_t index = static_cast<std::size_t>(feature) - 1;
+    std::memcpy(&flag, flagsOf(context) + index * sizeof flag, sizeof flag);
+    return flag != 0;
 }
 
 /// What guards the exported pointers and the list of tables.
@@ -132,6 +95,22 @@ GLADapiproc findForLoader(void* user, const char* name) {
 }
 
 } // namespace
+
+/// What the generated loader calls for its entry points: those of the context's versions, then
+/// those of its extensions.
+extern "C" void vellis_loadEntryPoints(GladGLContext* context, GLADuserptrloadfunc load,
+                                       void* userptr, int areOfExtensions) {
+    NameReader names(entryPointNames, "");
+    unsigned char* place = reinterpret_cast<unsigned char*>(context) + table::entryPoints[0];
+    for (const Features& row : features) {
+        const char* const name = names.next();
+        if (has(*context, areOfExtensions != 0 ? row.extension : row.version)) {
+            const GLADapiproc entryPoint = load(userptr, name);
+            std::memcpy(place, &entryPoint, sizeof entryPoint);
+        }
+        place += sizeof(GLADapiproc);
+    }
+}
 
 struct Table {
     GladGLContext context;
@@ -202,9 +181,7 @@ Version versionOf(const Table& table) {
 
 void publishAnew(const Table& table) noexcept {
     const Lock lock(mutex);
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(&table.context);
-    assign<EntryPoint>(entryPoints, bytes + entryPointOffsets[0]);
-    assign<int>(flags, bytes + flagOffsets[0]);
+    assignExported(table.context);
     setVersion(versionOf(table));
     published.store(&table, std::memory_order_release);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ostream>
+#include <string>
 
 #include <vellis/gl.hpp>
 
@@ -61,6 +62,14 @@ bool restoreHere(const Word* words) {
     return true;
 }
 
+Difference makeDifference(const std::string& name, const std::string& before,
+                          const std::string& after) {
+    const auto text = std::make_shared<const std::string>(name + before + after);
+    const std::string_view view = *text;
+    return {view.substr(0, name.size()), view.substr(name.size(), before.size()),
+            view.substr(name.size() + before.size()), text};
+}
+
 /// Writes what both have where it differs, from \p out on; counts it alone where that is null.
 std::size_t compare(const Word* before, const Word* after, Difference* out) {
     const Shape shapes[] = {shapeOf(before), shapeOf(after)};
@@ -79,11 +88,10 @@ std::size_t compare(const Word* before, const Word* after, Difference* out) {
         const Word* const old = before + shapeWords + a.offset();
         const Word* const now = after + shapeWords + b.offset();
         if (a.size() != b.size() || std::memcmp(old, now, a.size() * sizeof(Word)) != 0) {
-            if (out != nullptr) {
-                out[number].name = nameText(a.piece(), a.index());
-                out[number].before = valueText(a.piece(), old, a.size());
-                out[number].after = valueText(a.piece(), now, b.size());
-            }
+            if (out != nullptr)
+                out[number] = makeDifference(nameText(a.piece(), a.index()),
+                                             valueText(a.piece(), old, a.size()),
+                                             valueText(a.piece(), now, b.size()));
             ++number;
         }
         isThere = a.next() && b.next();

@@ -8,6 +8,7 @@
 #include <vellis/gl.hpp>
 
 #include "gl/capability.hpp"
+#include "gl/joined_names.hpp"
 #include "gl/thread.hpp"
 #include "state/later_enumerators.hpp"
 
@@ -26,43 +27,13 @@ static_assert(std::size(pieces) <= 256);
 
 namespace {
 
-/// The names one after the other. Most begin as the one before: each is the number of characters
-/// that they share, which is no letter and so ends the one before, and the rest.
-template <std::size_t most>
-struct Names {
-    std::size_t size = 0;
-    char text[most] = {};
-
-    constexpr void add(const char* name, const char* previous) {
-        std::size_t shared = 0;
-        while (previous[shared] != '\0' && previous[shared] == name[shared])
-            ++shared;
-        text[size++] = static_cast<char>(shared);
-        for (name += shared; *name != '\0'; ++name)
-            text[size++] = *name;
-    }
-};
-
-template <std::size_t most>
-constexpr Names<most> join() {
-    Names<most> all;
-    const char* previous = "";
-    for (const char* name : {
+constexpr const char* nameList[] = {
 #define VELLIS_PIECE(name, query, count, print, needs, per, write, target, initial, groups) #name,
 #include "state/snapshot_pieces.inc"
 #undef VELLIS_PIECE
-         }) {
-        all.add(name, previous);
-        previous = name;
-    }
-    return all;
-}
-
-constexpr Names names = join<join<8192>().size>();
-
-constexpr bool isRest(char character) {
-    return character >= '0'; // of a name: none shares as many characters
-}
+};
+constexpr auto names = joinNames<joinNames<8192>(nameList).size>(nameList);
+static_assert(isReadable(names, sizeof "GL_"));
 
 /// A limit of the context, so far as it is sensible.
 unsigned int limit(unsigned int pname, int least = 0, int most = 1024) {
@@ -132,14 +103,11 @@ constexpr Limit limits[] = {
 } // namespace
 
 std::string nameOf(const Piece& piece) {
-    std::string name;
-    const char* at = names.text;
-    for (const Piece* row = pieces; row <= &piece; ++row) {
-        name.resize(static_cast<std::size_t>(*at++));
-        while (at != names.text + names.size && isRest(*at))
-            name += *at++;
-    }
-    return "GL_" + name;
+    NameReader reader(names, "GL_");
+    const char* name = reader.next();
+    for (const Piece* row = pieces; row != &piece; ++row)
+        name = reader.next();
+    return name;
 }
 
 Shape Shape::here(unsigned int groups) {
@@ -180,6 +148,7 @@ bool Walk::nextBlock() {
                 continue;
             rows_[numRows_] = static_cast<std::uint8_t>(end_);
             pnames_[numRows_] = pieces[end_].pname;
+            queries_[numRows_] = pieces[end_].query;
             sizes_[numRows_++] = static_cast<std::uint8_t>(shape_.size(pieces[end_]));
         }
         numIntegers_ = per == Per::Unit ? numRows_ : 0;

@@ -48,7 +48,8 @@ enum class Query : std::uint32_t {
     Double,
     Boolean,
     Enabled,
-    EnabledList, ///< of each draw buffer
+    EnabledOfIndex, ///< the index is added to the name
+    EnabledList,    ///< of each draw buffer
     MaskList,
     DrawBuffers,
     Range, ///< the buffer, the offset and the size
@@ -216,10 +217,12 @@ public:
     }
 
     const Piece& piece() const { return pieces[rows_[at_]]; }
-    unsigned int index() const { return index_; }   ///< among what there are several of
-    unsigned int offset() const { return offset_; } ///< of its first word
-    unsigned int size() const { return size_; }     ///< in words
-    bool isFirst() const { return at_ == 0; }       ///< of its index
+    unsigned int pname() const { return pnames_[at_]; } ///< the piece's
+    Query query() const { return queries_[at_]; }       ///< the piece's
+    unsigned int index() const { return index_; }       ///< among what there are several of
+    unsigned int offset() const { return offset_; }     ///< of its first word
+    unsigned int size() const { return size_; }         ///< in words
+    bool isFirst() const { return at_ == 0; }           ///< of its index
 
     /// \name Short cut
     /// Of texture units there are many, and all their pieces are one integer each.
@@ -256,6 +259,7 @@ private:
     unsigned int end_ = 0;
     std::uint8_t rows_[mostPieces]; ///< those of the block that there are
     std::uint8_t sizes_[mostPieces];
+    Query queries_[mostPieces];
     unsigned int numIntegers_ = 0;
     std::uint16_t pnames_[mostPieces];
 };

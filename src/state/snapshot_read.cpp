@@ -9,6 +9,9 @@
 namespace vellis::state::snapshot {
 namespace {
 
+/// Those of a buffer that is bound at an index: its name, and two of 64 bits.
+constexpr unsigned int rangeWords = 5;
+
 /// The most words that one command writes, and those that queries may write past them.
 constexpr unsigned int mostWords = mostDrawBuffers + slack;
 
@@ -80,10 +83,8 @@ void readSize(unsigned int pname, unsigned int index, Word* words) {
     std::memcpy(words, &value, sizeof value);
 }
 
+/// The range of a buffer that is bound at an index.
 void readRange(unsigned int pname, unsigned int index, Word* words) {
-    glGetIntegeri_v(pname, index, integers(words));
-    if (words[0] == 0)
-        return; // where there is no buffer, there is no range
     for (const RangeQueries& row : rangeQueries) {
         if (row.binding == pname) {
             readSize(row.start, index, words + 1);
@@ -102,8 +103,15 @@ void readOther(const Shape& shape, const Piece& piece, unsigned int index, unsig
                Word* words) {
     const unsigned int pname = piece.pname;
     switch (piece.query) {
-    case Query::Integer:
     case Query::Enabled:
+    case Query::AttributeInteger:
+    case Query::Range:
+        break; // asked for without a detour
+    case Query::Integer:
+        glGetIntegerv(pname, integers(words));
+        break;
+    case Query::EnabledOfIndex:
+        keep(glIsEnabled(pname + index), words);
         break;
     case Query::Float:
         readAs<float, 4>(words, [=](float* values) { glGetFloatv(pname, values); });
@@ -126,12 +134,6 @@ void readOther(const Shape& shape, const Piece& piece, unsigned int index, unsig
     case Query::DrawBuffers:
         readDrawBuffers(size, words);
         break;
-    case Query::Range:
-        readRange(pname, index, words);
-        break;
-    case Query::AttributeInteger:
-        glGetVertexAttribiv(index, pname, integers(words));
-        break;
     case Query::AttributePointer:
         readPointer(index, pname, words);
         break;
@@ -147,17 +149,32 @@ void readOther(const Shape& shape, const Piece& piece, unsigned int index, unsig
     }
 }
 
-void readPiece(const Shape& shape, const Piece& piece, unsigned int index, unsigned int size,
-               Word* words) {
-    words[0] = 0;                      // what GL refuses to tell is 0
-    if (piece.query == Query::Enabled) // most of them are one of two kinds: without a detour
-        return keep(glIsEnabled(piece.pname + (piece.per == Per::ClipDistance ? index : 0)), words);
-    for (unsigned int i = 1; i < size; ++i)
-        words[i] = 0;
-    if (piece.query == Query::Integer)
-        glGetIntegerv(piece.pname, integers(words));
-    else
-        readOther(shape, piece, index, size, words);
+/// Asks for the piece at which a walk is. Most of them are of a few kinds, which take no detour.
+inline void readPiece(const Shape& shape, const Walk& at, Word* words) {
+    const unsigned int pname = at.pname();
+    const unsigned int size = at.size();
+    words[0] = 0; // what GL refuses to tell is 0
+    switch (at.query()) {
+    case Query::Enabled:
+        return keep(glIsEnabled(pname), words);
+    case Query::AttributeInteger:
+        return glGetVertexAttribiv(at.index(), pname, integers(words));
+    case Query::Range:
+        for (unsigned int i = 1; i < rangeWords; ++i)
+            words[i] = 0; // where there is no buffer, there is no range
+        glGetIntegeri_v(pname, at.index(), integers(words));
+        if (words[0] != 0)
+            readRange(pname, at.index(), words);
+        return;
+    case Query::Integer:
+        if (size == 1)
+            return glGetIntegerv(pname, integers(words));
+        [[fallthrough]];
+    default:
+        for (unsigned int i = 1; i < size; ++i)
+            words[i] = 0;
+        readOther(shape, at.piece(), at.index(), size, words);
+    }
 }
 
 void readIntegers(const std::uint16_t* pnames, unsigned int number, Word* words) {
@@ -220,7 +237,7 @@ void read(const Shape& shape, Word* words) {
             readIntegers(at.pnames(), number, words + at.offset());
             at.skip();
         } else {
-            readPiece(shape, at.piece(), at.index(), at.size(), words + at.offset());
+            readPiece(shape, at, words + at.offset());
         }
     }
 }
@@ -265,7 +282,7 @@ void restore(const Shape& shape, const Word* words) {
         unsigned int size = 0;
         do { // the rows of one command
             if (isAsked)
-                readPiece(shape, at.piece(), index, at.size(), now + size);
+                readPiece(shape, at, now + size);
             size += at.size();
             isThere = at.next();
         } while (isThere && at.piece().write == Write::WithPrevious);

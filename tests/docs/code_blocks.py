@@ -46,6 +46,7 @@ PROLOGUE = """\
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>

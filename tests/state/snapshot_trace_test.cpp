@@ -248,6 +248,21 @@ TEST_F(SnapshotTrace, DifferenceIsWrittenAsALine) {
     EXPECT_EQ(stream.str(), "GL_ACTIVE_TEXTURE: GL_TEXTURE0 -> GL_TEXTURE1");
 }
 
+TEST_F(SnapshotTrace, CopyOfADifferenceKeepsTheText) {
+    const Snapshot before = Snapshot::take();
+    gl.setState(GL_LINE_WIDTH, {3});
+    state::Difference copy;
+    EXPECT_EQ(copy.name, "");
+    {
+        const auto list = differences(before, Snapshot::take());
+        ASSERT_EQ(list.size(), 1u);
+        copy = list[0];
+    }
+    EXPECT_EQ(copy.name, "GL_LINE_WIDTH");
+    EXPECT_EQ(copy.after, "3");
+    gl.forget();
+}
+
 TEST_F(SnapshotTrace, OnlyWhatBothHaveIsCompared) {
     gl.setState(GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS, {2});
     const Snapshot two = Snapshot::take();

@@ -134,7 +134,8 @@ VELLIS_EXPORT std::string label_of(const Picture& object);
 VELLIS_EXPORT std::string label_of(const Canvas& object);
 template <class T>
 auto label_of(const std::shared_ptr<T>& object) {
-    return object != nullptr ? label_of(*object) : label_of_name(LabelledKind::VertexArray, 0);
+    using Label = decltype(label_of(*object)); // std::string, which need not be complete here
+    return object != nullptr ? label_of(*object) : Label();
 }
 /// @}
 

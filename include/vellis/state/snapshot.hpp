@@ -5,20 +5,22 @@
 
 #include <iosfwd>
 #include <memory>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include <vellis/export.hpp>
 
 namespace vellis::state {
 
-/// A piece of GL state that is another in two snapshots.
+/// A piece of GL state that is another in two snapshots. Copies share the text.
 struct Difference {
     /// GL's name of the piece, `GL_BLEND_SRC_RGB`; of those that there are several of with the
     /// number: `GL_TEXTURE_BINDING_2D[1]` is that of texture unit 1.
-    std::string name;
-    std::string before; ///< its value in the first snapshot, `GL_ONE`
-    std::string after;  ///< its value in the second
+    std::string_view name;
+    std::string_view before; ///< its value in the first snapshot, `GL_ONE`
+    std::string_view after;  ///< its value in the second
+    /// Keeps the text that these three look at: they are valid as long as there is a copy of it.
+    std::shared_ptr<const void> text = nullptr;
 };
 
 /// Writes a line without its end: `GL_ACTIVE_TEXTURE: GL_TEXTURE0 -> GL_TEXTURE1`.
@@ -31,7 +33,7 @@ VELLIS_EXPORT std::ostream& operator<<(std::ostream& stream, const Difference& d
 /// const auto before = vellis::state::Snapshot::take();
 /// drawOverlay();
 /// for (const auto& difference : differences(before, vellis::state::Snapshot::take()))
-///     vellis::internal::log(nullptr, "%s", difference.name.c_str());
+///     std::cerr << difference << '\n';
 /// before.restore();
 /// \endcode
 ///
