@@ -47,29 +47,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND BUILD_SHARED_LIBS AND NOT WIN32 AND 
     target_link_options(vellis PRIVATE -flto-partition=one)
 endif()
 
-# Calls within the library are direct: nobody replaces its functions at run time. Its data, the loader's
-# pointers among them, may lie in the program that uses it, so -Bsymbolic would be wrong. The benchmark
-# draw/handles shows it.
-check_linker_flag(CXX -Wl,-Bsymbolic-functions VELLIS_HAS_BSYMBOLIC_FUNCTIONS)
-target_compile_options(vellis PRIVATE
-    $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-semantic-interposition>)
-target_link_options(vellis PRIVATE
-    $<$<BOOL:${VELLIS_HAS_BSYMBOLIC_FUNCTIONS}>:-Wl,-Bsymbolic-functions>)
-
-# Code and constants share pages, where each would have its own: 8 kB less.
-check_linker_flag(CXX "-Wl,-z,noseparate-code" VELLIS_HAS_NOSEPARATE_CODE)
-target_link_options(vellis PRIVATE
-    $<$<BOOL:${VELLIS_HAS_NOSEPARATE_CODE}>:-Wl,-z,noseparate-code>)
-
 # gcc 12 takes the two words of a shared pointer into one register, only to part them again: some
 # instructions less for each draw without (draw/handles).
 target_compile_options(vellis PRIVATE
     $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-tree-slp-vectorize>)
 
-# What the library calls is found when it is loaded, and not in the first calls, which engine::init would
-# pay for (scripts/measurements/startup.sh); its tables of addresses are read-only from then on.
+# The rest is for each of the libraries: vellis_tune_linking(target).
+check_linker_flag(CXX -Wl,-Bsymbolic-functions VELLIS_HAS_BSYMBOLIC_FUNCTIONS)
+check_linker_flag(CXX "-Wl,-z,noseparate-code" VELLIS_HAS_NOSEPARATE_CODE)
 check_linker_flag(CXX "-Wl,-z,relro,-z,now" VELLIS_HAS_BIND_NOW)
-target_link_options(vellis PRIVATE $<$<BOOL:${VELLIS_HAS_BIND_NOW}>:-Wl,-z,relro,-z,now>)
 
 # Most relocations only add the address that the library is loaded at: packed they take 20 kB less room
 # (scripts/measurements/footprint.sh). Where the C library that is here can unpack them, so can those that the library
@@ -83,7 +69,26 @@ if(VELLIS_PACK_RELOCATIONS)
         #endif
         int main() {}" VELLIS_LOADS_PACKED_RELOCATIONS)
     if(VELLIS_HAS_PACKED_RELOCATIONS AND VELLIS_LOADS_PACKED_RELOCATIONS)
-        target_link_options(vellis PRIVATE -Wl,-z,pack-relative-relocs)
         set(vellis_packs_relocations ON)
     endif()
 endif()
+
+function(vellis_tune_linking target)
+    # Calls within a library are direct: nobody replaces its functions at run time. Its data, the loader's
+    # pointers among them, may lie in the program that uses it, so -Bsymbolic would be wrong. The
+    # benchmark draw/handles shows it.
+    target_compile_options(${target} PRIVATE
+        $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-semantic-interposition>)
+    target_link_options(${target} PRIVATE
+        $<$<BOOL:${VELLIS_HAS_BSYMBOLIC_FUNCTIONS}>:-Wl,-Bsymbolic-functions>)
+    # Code and constants share pages, where each would have its own: 8 kB less.
+    target_link_options(${target} PRIVATE
+        $<$<BOOL:${VELLIS_HAS_NOSEPARATE_CODE}>:-Wl,-z,noseparate-code>)
+    # What a library calls is found when it is loaded, and not in the first calls, which engine::init
+    # would pay for (scripts/measurements/startup.sh); its tables of addresses are read-only from then on.
+    target_link_options(${target} PRIVATE $<$<BOOL:${VELLIS_HAS_BIND_NOW}>:-Wl,-z,relro,-z,now>)
+    if(vellis_packs_relocations)
+        target_link_options(${target} PRIVATE -Wl,-z,pack-relative-relocs)
+    endif()
+endfunction()
+vellis_tune_linking(vellis)

@@ -119,10 +119,12 @@ KEPT_EXTENSIONS = re.compile("|".join([
     "GL_EXT_stencil_two_side",
 ]))
 
-# The tests of the library and of the examples, and those that need a process of their own.
+# The tests of the libraries and of the examples, and those that need a process of their own. Those of text
+# are there where that is built.
 EXAMPLES = "examples/vellis_example_tests"
+TEXT = "text/vellis_text_render_tests"
 PROGRAMS = ["vellis_render_tests", "vellis_toolbox_render_tests", "vellis_context_host_render_tests",
-            "vellis_context_threads_render_tests", "vellis_context_hand_over_render_tests", EXAMPLES]
+            "vellis_context_threads_render_tests", "vellis_context_hand_over_render_tests", TEXT, EXAMPLES]
 ALONE = "TrackedStatesRender.*"
 # What --quick keeps of the examples, and what a test that hides an extension does: the programs that the
 # others start have the whole context.
@@ -370,6 +372,8 @@ class Matrix:
 
     def _run_programs(self, row, environment, log):
         for program in PROGRAMS:
+            if program == TEXT and not (self._build / program).exists():
+                continue
             only_panels = program == EXAMPLES and (self._quick or row.context.startswith("GL_"))
             self._run_tests(environment, log, program, PANELS if only_panels else "-" + ALONE)
         listed = subprocess.run([self._build / PROGRAMS[0], "--gtest_list_tests", f"--gtest_filter={ALONE}"],

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes Debian packages of the library and checks them: lintian has no error to report, and a program
-# builds and runs with what they unpack to. Installs what is missing.
+# Makes Debian packages of vellis and of vellis::text, and checks them: lintian has no error to report,
+# and programs build and run with what they unpack to. Installs what is missing.
 #
 # Usage: scripts/checks/package.sh [--install]
 #
@@ -18,6 +18,7 @@ fi
 build="$repository/build/package"
 debs="$repository/build/packages"
 consumers="$repository/tests/consumer"
+font=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
 
 # As Debian builds its packages: with the distribution's flags, for /usr, where the library folder is
 # the one of the architecture.
@@ -29,25 +30,39 @@ make_packages() {
     cmake -S "$repository" -B "$build" \
         -DCMAKE_INSTALL_PREFIX=/usr \
         -DCMAKE_BUILD_TYPE=None \
+        -DCMAKE_SKIP_INSTALL_RPATH=ON \
         -DCMAKE_C_FLAGS="$flags" -DCMAKE_CXX_FLAGS="$flags" \
         -DCMAKE_SHARED_LINKER_FLAGS="$linker_flags" \
-        -DVELLIS_BUILD_TESTS=OFF -DVELLIS_BUILD_EXAMPLES=OFF >/dev/null ||
+        -DVELLIS_BUILD_TEXT=ON -DVELLIS_BUILD_TESTS=OFF -DVELLIS_BUILD_EXAMPLES=OFF >/dev/null ||
         fail "configuring failed: see above."
     cmake --build "$build" --parallel "$(nproc)" || fail "building failed: mend the first error above."
     cpack -G DEB --config "$build/CPackConfig.cmake" -B "$debs" || fail "cpack failed: see above."
     rm -rf "$debs/_CPack_Packages"
 }
 
-# A library with packed relocations needs a C library that unpacks them, which no symbol tells of.
+# The packages that a package depends on, of the given ones.
+dependencies_of() {
+    dpkg-deb --field "$1" Depends | grep --only-matching --extended-regexp "\b($2)[0-9a-z]*" | sort --unique
+}
+
 check_dependencies() {
     local package library
-    package="$(printf '%s\n' "$debs"/libvellis[0-9]*.deb)"
-    dpkg-deb --extract "$package" "$scratch/runtime"
-    library="$(find "$scratch/runtime" -name 'libvellis.so.*' -type f)"
-    if readelf --dynamic "$library" | grep '(RELR)' >/dev/null; then
-        dpkg-deb --field "$package" Depends | grep 'libc6 (>= 2\.36)' >/dev/null ||
-            fail "$package does not depend on the C library that its library needs, libc6 (>= 2.36)."
-    fi
+    for package in "$debs"/libvellis[0-9]*.deb "$debs"/libvellis-text[0-9]*.deb; do
+        # A library with packed relocations needs a C library that unpacks them, which no symbol tells of.
+        rm -rf "$scratch/runtime"
+        dpkg-deb --extract "$package" "$scratch/runtime"
+        library="$(find "$scratch/runtime" -name 'libvellis*.so.*' -type f)"
+        if readelf --dynamic "$library" | grep '(RELR)' >/dev/null; then
+            dpkg-deb --field "$package" Depends | grep 'libc6 (>= 2\.36)' >/dev/null ||
+                fail "$package does not depend on the C library that its library needs, libc6 (>= 2.36)."
+        fi
+    done
+    # What text is built on is the matter of its packages alone.
+    local needs='libvellis|libfreetype|libharfbuzz|libfribidi'
+    [[ "$(dependencies_of "$debs"/libvellis-text[0-9]*.deb "$needs" | wc -l)" -eq 4 ]] ||
+        fail "libvellis-text does not depend on each of $needs: see dpkg-deb --field."
+    [[ -z "$(dependencies_of "$debs"/libvellis[0-9]*.deb "$needs")" ]] ||
+        fail "libvellis depends on one of $needs: see dpkg-deb --field."
 }
 
 # Runs a command, which is quiet unless it fails.
@@ -62,19 +77,27 @@ use_packages() {
     if [[ $# -gt 0 ]]; then
         common+=(-Dprefix="$1")
     fi
-    quietly cmake "${common[@]}" -Dproject="$consumers/find_package" \
-        -Dfolder="$scratch/find_package" -P "$consumers/consume.cmake"
-    quietly cmake "${common[@]}" -Dprogram="$consumers/programs/triangle.cpp" \
-        -Dpkg_config=pkg-config -Dfolder="$scratch/pkg_config" -P "$consumers/pkg_config.cmake"
+    local project
+    for project in find_package text; do
+        quietly cmake "${common[@]}" -Dproject="$consumers/$project" \
+            -Dfolder="$scratch/$project" -P "$consumers/consume.cmake"
+    done
+    common+=(-Dpkg_config=pkg-config -Dfolder="$scratch/pkg_config")
+    quietly cmake "${common[@]}" -Dpackage=vellis -Dprogram="$consumers/programs/triangle.cpp" \
+        -Darguments=shared -P "$consumers/pkg_config.cmake"
+    quietly cmake "${common[@]}" -Dpackage=vellis-text -Dprogram="$consumers/programs/words.cpp" \
+        -Darguments="shared $font" -P "$consumers/pkg_config.cmake"
     say "Programs build and run with find_package and with pkg-config."
 }
 
 unpack_and_use() {
-    local package
+    local package library
     for package in "$debs"/*.deb; do
         dpkg-deb --extract "$package" "$scratch/root"
     done
-    use_packages "$scratch/root/usr"
+    # The loader knows the folder where they are installed, and must be told of this one.
+    library="$(find "$scratch/root" -name 'libvellis.so')"
+    LD_LIBRARY_PATH="$(dirname "$library")" use_packages "$scratch/root/usr"
 }
 
 # apt-get, which waits while another one works.
@@ -85,8 +108,9 @@ apt() {
         apt-get --option DPkg::Lock::Timeout=300 --yes "$@"
 }
 
-linker_knows_library() {
-    ldconfig -p | grep "libvellis\.so\." >/dev/null
+# How many of the libraries the linker knows.
+num_known_libraries() {
+    ldconfig -p | grep --count --extended-regexp "libvellis(-text)?\.so\." || true
 }
 
 install_and_use() {
@@ -101,7 +125,7 @@ install_and_use() {
     installed=("${names[@]}")
     apt install --no-install-recommends "$debs"/*.deb
     mapfile -t files < <(dpkg --listfiles "${names[@]}" | grep vellis)
-    linker_knows_library || fail "the linker does not know the library."
+    [[ "$(num_known_libraries)" -eq 2 ]] || fail "the linker does not know the two libraries."
     use_packages
 
     say "Removing ${names[*]}"
@@ -110,7 +134,7 @@ install_and_use() {
     for file in "${files[@]}"; do
         [[ ! -e "$file" ]] || fail "$file is left behind."
     done
-    ! linker_knows_library || fail "the linker still knows the library."
+    [[ "$(num_known_libraries)" -eq 0 ]] || fail "the linker still knows a library."
     say "Nothing is left behind."
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
@@ -7,10 +8,13 @@
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
 
-#include <vellis/canvas/canvas.hpp>
 #include <vellis/text/export.hpp>
 #include <vellis/text/font.hpp>
 #include <vellis/text/layout.hpp>
+
+namespace vellis {
+class Canvas; // <vellis/canvas.hpp>
+}
 
 namespace vellis::text {
 
