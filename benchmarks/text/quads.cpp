@@ -125,7 +125,7 @@ PlainQuads::PlainQuads(text::Font& font, const std::vector<Word>& words)
     glGenTextures(1, &texture_);
     glBindTexture(GL_TEXTURE_2D, texture_);
     for (const GLenum filter : {GLenum{GL_TEXTURE_MIN_FILTER}, GLenum{GL_TEXTURE_MAG_FILTER}})
-        glTexParameteri(GL_TEXTURE_2D, filter, GL_LINEAR);
+        glTexParameteri(GL_TEXTURE_2D, filter, GL_NEAREST);
     for (const GLenum wrap : {GLenum{GL_TEXTURE_WRAP_S}, GLenum{GL_TEXTURE_WRAP_T}})
         glTexParameteri(GL_TEXTURE_2D, wrap, GL_CLAMP_TO_EDGE);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_R8, Strip::width, Strip::height, 0, GL_RED, GL_UNSIGNED_BYTE,

@@ -412,14 +412,30 @@ void Recorder::beginImages(const std::shared_ptr<const Texture>& texture, unsign
 }
 
 void Recorder::putImage(const Vertex (&corners)[4], const TexturePart& part, Color color) {
+    if (dimensions_ == 2)
+        putCorners<2>(corners, part, color);
+    else
+        putCorners<3>(corners, part, color);
+}
+
+template <unsigned int D>
+void Recorder::putCorners(const Vertex (&corners)[4], const TexturePart& part, Color color) {
     const glm::vec2 places[] = {
         part.from, {part.to.x, part.from.y}, {part.from.x, part.to.y}, part.to};
-    Record record;
+    ImageCorner<D> record[4];
     for (int i = 0; i < 4; ++i) {
         const Vertex& corner = corners[i];
-        record.add(corner.point, dimensions_).add(corner.offset).add(places[i]).add(color);
+        std::memcpy(record[i].position, &corner.point, sizeof record[i].position);
+        std::memcpy(record[i].offset, &corner.offset, sizeof record[i].offset);
+        std::memcpy(record[i].part, &places[i], sizeof record[i].part);
+        record[i].color = color;
     }
-    put(record);
+    if (arena_->bytes.size() - arena_->used < sizeof record + Record::slack || command_ == none)
+        makeRoom(sizeof record, 0);
+    std::memcpy(arena_->bytes.data() + arena_->used, record, sizeof record);
+    arena_->used += sizeof record;
+    ++arena_->count;
+    ++drawing_.commands[command_].count;
 }
 
 void Recorder::image(const std::shared_ptr<const Texture>& texture, const Points& corners,
@@ -449,9 +465,10 @@ void Recorder::quads(const std::shared_ptr<const Texture>& texture, const QuadSt
     look_.isOnWholePixels = style.onWholePixels;
     for (std::size_t i = 0; i < count; ++i) {
         const PixelQuad& quad = quads[i];
+        // Which is not finite where one of the three is not.
         const glm::vec2 opposite = quad.corner + quad.right + quad.up;
-        if (!isFinite({quad.corner, quad.right.x}) || !isFinite({opposite, quad.right.y}) ||
-            !isFinite({quad.part.from, 0.f}) || !isFinite({quad.part.to, 0.f}))
+        if (!isFinite({opposite, quad.part.from.x}) ||
+            !isFinite({quad.part.from.y, quad.part.to.x, quad.part.to.y}))
             continue;
         const auto at = [&](const glm::vec2& offset) {
             return Vertex{point, {offset.x, offset.y * setting.pixelUp}};

@@ -77,7 +77,7 @@ public:
     }
 
 private:
-    std::uint32_t words_[32]; ///< up to the corners of an image in space
+    std::uint32_t words_[12]; ///< up to a segment in space
     unsigned int numWords_ = 0;
 };
 
@@ -172,6 +172,8 @@ private:
         glm::vec2 offset;
     };
     void putImage(const Vertex (&corners)[4], const TexturePart& part, Color color);
+    template <unsigned int D>
+    void putCorners(const Vertex (&corners)[4], const TexturePart& part, Color color);
 
     /// Puts what is of no length in the middle of a stroke: a disc where its caps are round.
     void putDot(const glm::vec3& point, Color color, const Stroke& stroke, const Setting& setting);
