@@ -14,6 +14,7 @@
 #include <vellis/engine.hpp>
 
 #include "canvas/scenes.hpp"
+#include "null_driver/null_driver.hpp"
 #include "text/once.hpp"
 #include "text/workloads.hpp"
 #include "times/program.hpp"
@@ -30,15 +31,18 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "text and the quads by hand have different pixels.\n");
         return EXIT_FAILURE;
     }
-    for (const Workload& workload : textWorkloads()) {
-        for (const unsigned int size : workload.sizes) {
-            if (isNamed(workload.name))
-                printTurns(workload, size);
+    const auto printWords = [&](Where where) {
+        for (const Workload& workload : textWorkloads()) {
+            if (workload.where == where && isNamed(workload.name))
+                printTurns(workload, workload.sizes.front());
         }
-    }
+    };
+    printWords(Where::Driver);
     if (isNamed("words/new"))
         printShaping();
     if (isNamed("glyphs/new"))
         printNewGlyphs();
+    NullDriver::install();
+    printWords(Where::NullDriver);
     vellis::engine::dispose();
 }

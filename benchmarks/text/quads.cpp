@@ -11,21 +11,21 @@
 namespace vellis::bench {
 namespace {
 
-constexpr const char* vertexSource = "#version 120\n"
+constexpr const char* vertexSource = "#version 130\n"
                                      "uniform mat4 matrix;\n"
-                                     "attribute vec2 position, place;\n"
-                                     "varying vec2 texel;\n"
+                                     "in vec2 position, place;\n"
+                                     "noperspective out vec2 texel;\n"
                                      "void main() {\n"
                                      "  texel = place;\n"
                                      "  gl_Position = matrix * vec4(position, 0.0, 1.0);\n"
                                      "}\n";
 constexpr const char* fragmentSource =
-    "#version 120\n"
+    "#version 130\n"
     "uniform sampler2D atlas;\n"
     "uniform vec4 color;\n"
-    "varying vec2 texel;\n"
+    "noperspective in vec2 texel;\n"
     "void main() {\n"
-    "  gl_FragColor = vec4(color.rgb, color.a * texture2D(atlas, texel).r);\n"
+    "  gl_FragColor = vec4(color.rgb, color.a * texture(atlas, texel).r);\n"
     "}\n";
 
 struct Vertex {

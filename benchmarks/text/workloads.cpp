@@ -1,6 +1,7 @@
 #include "text/workloads.hpp"
 
 #include <memory>
+#include <utility>
 
 #include <vellis/canvas.hpp>
 #include <vellis/gl.hpp>
@@ -70,20 +71,26 @@ std::vector<unsigned char> pixelsOf() {
     return pixels;
 }
 
+Workload workload(const char* name, Where where, std::vector<Implementation> sides) {
+    Workload result = {};
+    result.name = name;
+    result.implementations = std::move(sides);
+#ifdef VELLIS_HAS_IMGUI
+    result.implementations.push_back({"imgui", makeSide<ImguiWords>});
+#endif
+    result.where = where;
+    result.sizes = {10000};
+    return result;
+}
+
 } // namespace
 
 std::vector<Workload> textWorkloads() {
-    Workload drawing = {};
-    drawing.name = "words/kept";
-    drawing.implementations = {{"raw", makeSide<RawWords>},
-                               {"vellis", makeSide<Words>},
-                               {"picture", makeSide<PictureWords>}};
-#ifdef VELLIS_HAS_IMGUI
-    drawing.implementations.push_back({"imgui", makeSide<ImguiWords>});
-#endif
-    drawing.where = Where::Driver;
-    drawing.sizes = {10000};
-    return {drawing};
+    return {workload("words/kept", Where::Driver,
+                     {{"raw", makeSide<RawWords>},
+                      {"vellis", makeSide<Words>},
+                      {"picture", makeSide<PictureWords>}}),
+            workload("words/calls", Where::NullDriver, {{"vellis", makeSide<Words>}})};
 }
 
 bool haveSamePixels() {

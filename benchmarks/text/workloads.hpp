@@ -12,6 +12,8 @@ namespace vellis::bench {
 ///   vellis    a call of text::draw for each word
 ///   picture   a picture that was recorded before
 ///   imgui     Dear ImGui, where it is found
+///
+/// `words/kept` is with a driver, `words/calls` without one.
 std::vector<Workload> textWorkloads();
 
 /// Whether `raw` and `vellis` leave the same pixels, byte for byte.

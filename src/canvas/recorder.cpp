@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
 
 namespace vellis::canvas {
@@ -66,14 +67,69 @@ float reachOf(const Style& style) {
     return style.join == Stroke::Join::Miter ? std::max(style.miterLimit, 1.5f) : 1.5f;
 }
 
-/// What a point is to the triangles of a shape.
+// What follows runs for each glyph: in plain numbers, which a compiler leaves in registers.
+
+/// 0 where it is finite.
+float infinityIn(const TexturePart& part) {
+    return part.from.x * 0.f + part.from.y * 0.f + part.to.x * 0.f + part.to.y * 0.f;
+}
+
+/// The corner opposite the first is not finite where one of its sides is not.
+bool isFiniteQuad(const PixelQuad& quad) {
+    const float x = quad.corner.x + quad.right.x + quad.up.x;
+    const float y = quad.corner.y + quad.right.y + quad.up.y;
+    return x * 0.f + y * 0.f + infinityIn(quad.part) == 0.f;
+}
+
+/// A corner of an image, without what all four have in common.
 struct CornerPlace {
+    float offset[2];
+    float part[2];
+};
+
+/// Writes an image.
+/// \param step  From a point to the next: 0 where all four are one.
+/// \return where the next one goes.
+template <unsigned int D>
+unsigned char* writeImage(unsigned char* to, const glm::vec3* point, std::size_t step,
+                          const CornerPlace (&places)[4], Color color) {
+    for (const CornerPlace& place : places) {
+        auto* const corner = new (to) ImageCorner<D>;
+        std::memcpy(corner->position, point, sizeof corner->position);
+        std::memcpy(corner->offset, place.offset, sizeof corner->offset);
+        std::memcpy(corner->part, place.part, sizeof corner->part);
+        corner->color = color;
+        point += step;
+        to += sizeof *corner;
+    }
+    return to;
+}
+
+/// Writes a quad.
+/// \param up  -1 where pixels count downwards.
+/// \return where the next one goes.
+template <unsigned int D>
+unsigned char* writeQuad(unsigned char* to, const glm::vec3& point, const PixelQuad& quad,
+                         Color color, float up) {
+    const float x = quad.corner.x, y = quad.corner.y * up;
+    const float rightX = quad.right.x, rightY = quad.right.y * up;
+    const float upX = quad.up.x, upY = quad.up.y * up;
+    const TexturePart& part = quad.part;
+    const CornerPlace places[] = {{{x, y}, {part.from.x, part.from.y}},
+                                  {{x + rightX, y + rightY}, {part.to.x, part.from.y}},
+                                  {{x + upX, y + upY}, {part.from.x, part.to.y}},
+                                  {{x + rightX + upX, y + rightY + upY}, {part.to.x, part.to.y}}};
+    return writeImage<D>(to, &point, 0, places, color);
+}
+
+/// What a point is to the triangles of a shape.
+struct TriangleCorner {
     bool ends;           ///< whether it is the third corner of one
     std::size_t before;  ///< which of the kept corners is the second then; 0 is the first
     std::size_t keepsAs; ///< as which it is kept
 };
 
-CornerPlace placeOf(Shape shape, std::size_t i) {
+TriangleCorner placeOf(Shape shape, std::size_t i) {
     switch (shape) {
     case Shape::TriangleStrip: // which keeps its winding: GL 2.1, section 2.6.1
         return {i >= 2, 1, i % 2};
@@ -411,46 +467,66 @@ void Recorder::beginImages(const std::shared_ptr<const Texture>& texture, unsign
     look_.texture = texture.get();
 }
 
-void Recorder::putImage(const Vertex (&corners)[4], const TexturePart& part, Color color) {
-    if (dimensions_ == 2)
-        putCorners<2>(corners, part, color);
-    else
-        putCorners<3>(corners, part, color);
+/// Makes room for an image at least.
+/// \return where the next one goes.
+unsigned char* Recorder::roomForImages(std::size_t numBytes) {
+    if (arena_->bytes.size() - arena_->used < numBytes + Record::slack || command_ == none)
+        makeRoom(numBytes, 0);
+    return arena_->bytes.data() + arena_->used;
+}
+
+void Recorder::addImages(std::size_t count, std::size_t numBytes) {
+    arena_->used += numBytes;
+    arena_->count += count;
+    drawing_.commands[command_].count += count;
 }
 
 template <unsigned int D>
-void Recorder::putCorners(const Vertex (&corners)[4], const TexturePart& part, Color color) {
-    const glm::vec2 places[] = {
-        part.from, {part.to.x, part.from.y}, {part.from.x, part.to.y}, part.to};
-    ImageCorner<D> record[4];
-    for (int i = 0; i < 4; ++i) {
-        const Vertex& corner = corners[i];
-        std::memcpy(record[i].position, &corner.point, sizeof record[i].position);
-        std::memcpy(record[i].offset, &corner.offset, sizeof record[i].offset);
-        std::memcpy(record[i].part, &places[i], sizeof record[i].part);
-        record[i].color = color;
-    }
-    if (arena_->bytes.size() - arena_->used < sizeof record + Record::slack || command_ == none)
-        makeRoom(sizeof record, 0);
-    std::memcpy(arena_->bytes.data() + arena_->used, record, sizeof record);
-    arena_->used += sizeof record;
-    ++arena_->count;
-    ++drawing_.commands[command_].count;
+void Recorder::putImage(const glm::vec3 (&points)[4], const TexturePart& part, Color color) {
+    const CornerPlace places[] = {{{0.f, 0.f}, {part.from.x, part.from.y}},
+                                  {{0.f, 0.f}, {part.to.x, part.from.y}},
+                                  {{0.f, 0.f}, {part.from.x, part.to.y}},
+                                  {{0.f, 0.f}, {part.to.x, part.to.y}}};
+    constexpr std::size_t size = 4 * sizeof(ImageCorner<D>);
+    writeImage<D>(roomForImages(size), points, 1, places, color);
+    addImages(1, size);
 }
 
 void Recorder::image(const std::shared_ptr<const Texture>& texture, const Points& corners,
                      const TexturePart& part, Color tint, const Setting& setting) {
     PointReader reader(corners, setting.placement);
-    Vertex vertices[4] = {};
+    glm::vec3 points[4];
     for (std::size_t i = 0; i < 4; ++i) {
-        vertices[i].point = reader[i];
-        if (!isFinite(vertices[i].point))
+        points[i] = reader[i];
+        if (!isFinite(points[i]))
             return;
     }
-    if (!isFinite({part.from, 0.f}) || !isFinite({part.to, 0.f}))
+    if (infinityIn(part) != 0.f)
         return;
     beginImages(texture, reader.dimensions(), setting);
-    putImage(vertices, part, tint);
+    if (reader.dimensions() == 2)
+        putImage<2>(points, part, tint);
+    else
+        putImage<3>(points, part, tint);
+}
+
+template <unsigned int D>
+void Recorder::putQuads(const glm::vec3& point, const PixelQuad* quads, std::size_t count,
+                        Color color, float up) {
+    constexpr std::size_t size = 4 * sizeof(ImageCorner<D>);
+    for (std::size_t i = 0; i < count;) {
+        if (!isFiniteQuad(quads[i])) {
+            ++i;
+            continue;
+        }
+        unsigned char* const first = roomForImages(size);
+        unsigned char* const end = arena_->bytes.data() + arena_->bytes.size();
+        unsigned char* to = first;
+        for (; i < count && isFiniteQuad(quads[i]) && to + size <= end; ++i)
+            to = writeQuad<D>(to, point, quads[i], color, up);
+        const auto numBytes = static_cast<std::size_t>(to - first);
+        addImages(numBytes / size, numBytes);
+    }
 }
 
 void Recorder::quads(const std::shared_ptr<const Texture>& texture, const QuadStyle& style,
@@ -463,20 +539,10 @@ void Recorder::quads(const std::shared_ptr<const Texture>& texture, const QuadSt
     beginImages(texture, reader.dimensions(), setting);
     look_.isCoverage = style.texels == Texels::Coverage;
     look_.isOnWholePixels = style.onWholePixels;
-    for (std::size_t i = 0; i < count; ++i) {
-        const PixelQuad& quad = quads[i];
-        // Which is not finite where one of the three is not.
-        const glm::vec2 opposite = quad.corner + quad.right + quad.up;
-        if (!isFinite({opposite, quad.part.from.x}) ||
-            !isFinite({quad.part.from.y, quad.part.to.x, quad.part.to.y}))
-            continue;
-        const auto at = [&](const glm::vec2& offset) {
-            return Vertex{point, {offset.x, offset.y * setting.pixelUp}};
-        };
-        putImage({at(quad.corner), at(quad.corner + quad.right), at(quad.corner + quad.up),
-                  at(opposite)},
-                 quad.part, color);
-    }
+    if (reader.dimensions() == 2)
+        putQuads<2>(point, quads, count, color, setting.pixelUp);
+    else
+        putQuads<3>(point, quads, count, color, setting.pixelUp);
 }
 
 // --- Areas and points ---
@@ -498,7 +564,7 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
     const std::size_t end = shape == Shape::Quads ? size - size % 4 : size;
     for (std::size_t i = 0; i < end; ++i) {
         const Entry next = {reader[i], colorReader.at(i)};
-        const CornerPlace place = placeOf(shape, i);
+        const TriangleCorner place = placeOf(shape, i);
         const Entry& second = before[place.before];
         if (place.ends && isFinite(before[0].point) && isFinite(second.point) &&
             isFinite(next.point)) {

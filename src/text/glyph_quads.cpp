@@ -28,7 +28,7 @@ const std::vector<GlyphQuad>& GlyphQuads::make(Font& font, std::string_view text
         if (entry.isBlank)
             continue;
         quads_.push_back(entry.upright);
-        PixelQuad& quad = quads_.back().quad;
+        PixelQuad& quad = quads_.back();
         if (turn.isTurned())
             quad = turned(entry, turn);
         quad.corner += glyph.origin;
@@ -41,7 +41,7 @@ const std::vector<GlyphQuad>& GlyphQuads::make(Font& font, std::string_view text
 /// beyond that, those of other glyphs would show.
 PixelQuad GlyphQuads::turned(const Entry& entry, const Turn& turn) {
     constexpr float margin = 0.5f;
-    const PixelQuad& upright = entry.upright.quad;
+    const PixelQuad& upright = entry.upright;
     const glm::vec2 edge(margin * entry.texel.x, -margin * entry.texel.y);
     return {turn(upright.corner - margin),
             turn({upright.right.x + 2.f * margin, 0.f}),
@@ -75,7 +75,7 @@ GlyphQuads::Entry GlyphQuads::makeEntry(const GlyphBitmap& bitmap) {
     entry.upright.texture = region.texture;
     const glm::vec2 size(texture.width(), texture.height());
     entry.texel = 1.f / size;
-    PixelQuad& quad = entry.upright.quad;
+    PixelQuad& quad = entry.upright;
     quad.corner = {bitmap.left, bitmap.top - static_cast<int>(bitmap.height)};
     quad.right = {rect.width, 0.f};
     quad.up = {0.f, rect.height};

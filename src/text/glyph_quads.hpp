@@ -19,8 +19,7 @@ namespace vellis::text {
 
 /// A glyph as seen from its text's position. Its part of the texture begins in the lower left
 /// corner.
-struct GlyphQuad {
-    PixelQuad quad;
+struct GlyphQuad : PixelQuad {
     std::size_t texture; ///< of the atlas
 };
 

@@ -51,7 +51,7 @@ void GlyphTextures::draw(Canvas& canvas, Font& font, const glm::dvec3& position,
         const std::size_t texture = quads[i].texture;
         pixelQuads_.clear();
         for (; i < quads.size() && quads[i].texture == texture; ++i)
-            pixelQuads_.push_back(quads[i].quad);
+            pixelQuads_.push_back(quads[i]);
         canvas.drawQuads(textures_[texture], style, color, position, pixelQuads_.data(),
                          pixelQuads_.size());
     }

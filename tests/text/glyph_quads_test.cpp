@@ -36,20 +36,19 @@ TEST(GlyphQuads, ShowEachPixelOfAGlyphWhereItBelongs) {
         const GlyphBitmap bitmap = font->render(placed[i].index);
         const glm::vec2 size(bitmap.width, bitmap.height);
         const GlyphQuad& quad = made[i];
-        EXPECT_EQ(quad.quad.corner,
+        EXPECT_EQ(quad.corner,
                   placed[i].origin +
                       glm::vec2(bitmap.left, bitmap.top - static_cast<int>(bitmap.height)));
-        EXPECT_EQ(quad.quad.right, glm::vec2(size.x, 0.f));
-        EXPECT_EQ(quad.quad.up, glm::vec2(0.f, size.y));
+        EXPECT_EQ(quad.right, glm::vec2(size.x, 0.f));
+        EXPECT_EQ(quad.up, glm::vec2(0.f, size.y));
         for (unsigned int row = 0; row < bitmap.height; ++row) {
             for (unsigned int column = 0; column < bitmap.width; ++column) {
                 // The middle of the pixel, from the lower left corner on.
                 const glm::vec2 part((static_cast<float>(column) + 0.5f) / size.x,
                                      (size.y - static_cast<float>(row) - 0.5f) / size.y);
-                ASSERT_EQ(
-                    texelAt(quads, quad.texture,
-                            quad.quad.part.from + part * (quad.quad.part.to - quad.quad.part.from)),
-                    bitmap.coverage[std::size_t{row} * bitmap.width + column])
+                ASSERT_EQ(texelAt(quads, quad.texture,
+                                  quad.part.from + part * (quad.part.to - quad.part.from)),
+                          bitmap.coverage[std::size_t{row} * bitmap.width + column])
                     << i << ": " << column << ", " << row;
             }
         }
@@ -71,7 +70,7 @@ TEST(GlyphQuads, AGlyphIsInTheAtlasOnce) {
     const auto& made = quads.make(*font, "aaa", Anchor::Left, 0.f);
     EXPECT_TRUE(quads.atlas().texture(0).dirty().isEmpty());
     ASSERT_EQ(made.size(), 3u);
-    EXPECT_EQ(made[0].quad.part.from, made[2].quad.part.from);
+    EXPECT_EQ(made[0].part.from, made[2].part.from);
 }
 
 TEST(GlyphQuads, FontsShareThePages) {
@@ -81,8 +80,8 @@ TEST(GlyphQuads, FontsShareThePages) {
     const GlyphQuad small = quads.make(*font, "a", Anchor::Center, 0.f)[0];
     const GlyphQuad large = quads.make(*larger, "a", Anchor::Center, 0.f)[0];
     EXPECT_EQ(small.texture, large.texture);
-    EXPECT_NE(small.quad.part.from, large.quad.part.from);
-    EXPECT_GT(large.quad.right.x, small.quad.right.x);
+    EXPECT_NE(small.part.from, large.part.from);
+    EXPECT_GT(large.right.x, small.right.x);
     EXPECT_EQ(quads.atlas().numTextures(), 1u);
 }
 
@@ -94,19 +93,19 @@ TEST(GlyphQuads, TurnWithTheirEdgesAndTheTexelsAroundThem) {
     const GlyphQuad turned = quads.make(*font, "R", Anchor::Center, angle)[0];
     const glm::vec2 right(std::cos(angle), std::sin(angle));
     const glm::vec2 up(-std::sin(angle), std::cos(angle));
-    const float width = straight.quad.right.x + 1.f;
-    const float height = straight.quad.up.y + 1.f;
-    EXPECT_NEAR(turned.quad.right.x, right.x * width, 1e-4f);
-    EXPECT_NEAR(turned.quad.right.y, right.y * width, 1e-4f);
-    EXPECT_NEAR(turned.quad.up.x, up.x * height, 1e-4f);
-    EXPECT_NEAR(turned.quad.up.y, up.y * height, 1e-4f);
+    const float width = straight.right.x + 1.f;
+    const float height = straight.up.y + 1.f;
+    EXPECT_NEAR(turned.right.x, right.x * width, 1e-4f);
+    EXPECT_NEAR(turned.right.y, right.y * width, 1e-4f);
+    EXPECT_NEAR(turned.up.x, up.x * height, 1e-4f);
+    EXPECT_NEAR(turned.up.y, up.y * height, 1e-4f);
     // The middle of both is at one place, but for the whole pixels.
-    const glm::vec2 middle = straight.quad.corner + 0.5f * (straight.quad.right + straight.quad.up);
+    const glm::vec2 middle = straight.corner + 0.5f * (straight.right + straight.up);
     const glm::vec2 expected = middle.x * right + middle.y * up;
-    const glm::vec2 found = turned.quad.corner + 0.5f * (turned.quad.right + turned.quad.up);
+    const glm::vec2 found = turned.corner + 0.5f * (turned.right + turned.up);
     EXPECT_NEAR(found.x, expected.x, 0.75f);
     EXPECT_NEAR(found.y, expected.y, 0.75f);
-    EXPECT_EQ(texelAt(quads, turned.texture, {turned.quad.part.from.x, turned.quad.part.to.y}), 0);
+    EXPECT_EQ(texelAt(quads, turned.texture, {turned.part.from.x, turned.part.to.y}), 0);
 }
 
 TEST(GlyphQuads, QuadsOfATextureFollowEachOther) {
