@@ -81,45 +81,40 @@ bool isFiniteQuad(const PixelQuad& quad) {
     return x * 0.f + y * 0.f + infinityIn(quad.part) == 0.f;
 }
 
-/// A corner of an image, without what all four have in common.
-struct CornerPlace {
-    float offset[2];
-    float part[2];
-};
-
-/// Writes an image.
-/// \param step  From a point to the next: 0 where all four are one.
-/// \return where the next one goes.
+/// Writes a corner of an image, number by number: copies of several at once would wait for those.
 template <unsigned int D>
-unsigned char* writeImage(unsigned char* to, const glm::vec3* point, std::size_t step,
-                          const CornerPlace (&places)[4], Color color) {
-    for (const CornerPlace& place : places) {
-        auto* const corner = new (to) ImageCorner<D>;
-        std::memcpy(corner->position, point, sizeof corner->position);
-        std::memcpy(corner->offset, place.offset, sizeof corner->offset);
-        std::memcpy(corner->part, place.part, sizeof corner->part);
-        corner->color = color;
-        point += step;
-        to += sizeof *corner;
-    }
-    return to;
+void writeCorner(unsigned char* to, const glm::vec3& point, Color color, float x, float y, float s,
+                 float t) {
+    auto* const corner = new (to) ImageCorner<D>;
+    corner->position[0] = point.x;
+    corner->position[1] = point.y;
+    if constexpr (D == 3)
+        corner->position[2] = point.z;
+    corner->offset[0] = x;
+    corner->offset[1] = y;
+    corner->part[0] = s;
+    corner->part[1] = t;
+    corner->color = color;
 }
 
 /// Writes a quad.
 /// \param up  -1 where pixels count downwards.
-/// \return where the next one goes.
 template <unsigned int D>
-unsigned char* writeQuad(unsigned char* to, const glm::vec3& point, const PixelQuad& quad,
-                         Color color, float up) {
-    const float x = quad.corner.x, y = quad.corner.y * up;
-    const float rightX = quad.right.x, rightY = quad.right.y * up;
-    const float upX = quad.up.x, upY = quad.up.y * up;
-    const TexturePart& part = quad.part;
-    const CornerPlace places[] = {{{x, y}, {part.from.x, part.from.y}},
-                                  {{x + rightX, y + rightY}, {part.to.x, part.from.y}},
-                                  {{x + upX, y + upY}, {part.from.x, part.to.y}},
-                                  {{x + rightX + upX, y + rightY + upY}, {part.to.x, part.to.y}}};
-    return writeImage<D>(to, &point, 0, places, color);
+void writeQuad(unsigned char* to, const glm::vec3& point, Color color, const PixelQuad& quad,
+               float up) {
+    constexpr std::size_t step = sizeof(ImageCorner<D>);
+    const float x = quad.corner.x;
+    const float y = quad.corner.y * up;
+    const float rightX = quad.right.x;
+    const float rightY = quad.right.y * up;
+    const float upX = quad.up.x;
+    const float upY = quad.up.y * up;
+    const glm::vec2& from = quad.part.from;
+    const glm::vec2& end = quad.part.to;
+    writeCorner<D>(to, point, color, x, y, from.x, from.y);
+    writeCorner<D>(to + step, point, color, x + rightX, y + rightY, end.x, from.y);
+    writeCorner<D>(to + 2 * step, point, color, x + upX, y + upY, from.x, end.y);
+    writeCorner<D>(to + 3 * step, point, color, x + rightX + upX, y + rightY + upY, end.x, end.y);
 }
 
 /// What a point is to the triangles of a shape.
@@ -483,13 +478,14 @@ void Recorder::addImages(std::size_t count, std::size_t numBytes) {
 
 template <unsigned int D>
 void Recorder::putImage(const glm::vec3 (&points)[4], const TexturePart& part, Color color) {
-    const CornerPlace places[] = {{{0.f, 0.f}, {part.from.x, part.from.y}},
-                                  {{0.f, 0.f}, {part.to.x, part.from.y}},
-                                  {{0.f, 0.f}, {part.from.x, part.to.y}},
-                                  {{0.f, 0.f}, {part.to.x, part.to.y}}};
-    constexpr std::size_t size = 4 * sizeof(ImageCorner<D>);
-    writeImage<D>(roomForImages(size), points, 1, places, color);
-    addImages(1, size);
+    constexpr std::size_t size = sizeof(ImageCorner<D>);
+    unsigned char* const to = roomForImages(4 * size);
+    for (std::size_t i = 0; i < 4; ++i) {
+        const float s = i % 2 == 0 ? part.from.x : part.to.x;
+        const float t = i < 2 ? part.from.y : part.to.y;
+        writeCorner<D>(to + i * size, points[i], color, 0.f, 0.f, s, t);
+    }
+    addImages(1, 4 * size);
 }
 
 void Recorder::image(const std::shared_ptr<const Texture>& texture, const Points& corners,
@@ -522,8 +518,8 @@ void Recorder::putQuads(const glm::vec3& point, const PixelQuad* quads, std::siz
         unsigned char* const first = roomForImages(size);
         unsigned char* const end = arena_->bytes.data() + arena_->bytes.size();
         unsigned char* to = first;
-        for (; i < count && isFiniteQuad(quads[i]) && to + size <= end; ++i)
-            to = writeQuad<D>(to, point, quads[i], color, up);
+        for (; i < count && isFiniteQuad(quads[i]) && to + size <= end; ++i, to += size)
+            writeQuad<D>(to, point, color, quads[i], up);
         const auto numBytes = static_cast<std::size_t>(to - first);
         addImages(numBytes / size, numBytes);
     }
