@@ -43,9 +43,8 @@ glm::vec2 placeOf(Fixed x, Fixed y, const Turn& turn) {
 
 void place(Font& font, std::string_view text, Anchor anchor, float angle,
            std::vector<PlacedGlyph>& placed) {
-    placed.clear();
     if (!std::isfinite(angle))
-        return;
+        return placed.clear();
     const std::shared_ptr<const ShapedText> shape = font.shape(text);
     const FontMetrics& metrics = font.metrics();
     const Halves halves = halvesOf(anchor);
