@@ -11,21 +11,26 @@
 namespace vellis::bench {
 namespace {
 
+// With the colour as a uniform of the fragments, a driver that draws with the processor takes a
+// tenth longer.
 constexpr const char* vertexSource = "#version 130\n"
                                      "uniform mat4 matrix;\n"
+                                     "uniform vec4 color;\n"
                                      "in vec2 position, place;\n"
                                      "noperspective out vec2 texel;\n"
+                                     "flat out vec4 paint;\n"
                                      "void main() {\n"
                                      "  texel = place;\n"
+                                     "  paint = color;\n"
                                      "  gl_Position = matrix * vec4(position, 0.0, 1.0);\n"
                                      "}\n";
 constexpr const char* fragmentSource =
     "#version 130\n"
     "uniform sampler2D atlas;\n"
-    "uniform vec4 color;\n"
     "noperspective in vec2 texel;\n"
+    "flat in vec4 paint;\n"
     "void main() {\n"
-    "  gl_FragColor = vec4(color.rgb, color.a * texture(atlas, texel).r);\n"
+    "  gl_FragColor = vec4(paint.rgb, paint.a * texture(atlas, texel).r);\n"
     "}\n";
 
 struct Vertex {
