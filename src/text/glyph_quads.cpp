@@ -52,13 +52,15 @@ GlyphQuad GlyphQuads::quadOf(const Entry& entry, const glm::vec2& origin, const 
 }
 
 const GlyphQuads::Entry& GlyphQuads::entryOf(Font& font, std::uint32_t glyph) {
-    const Key key{font.id(), glyph};
-    const auto known = entries_.find(key);
-    if (known != entries_.end())
-        return known->second;
+    // Made first, since memory may run out: the atlas has no glyph that nobody knows.
+    Entry& entry = entries_[{font.id(), glyph}];
+    if (entry.isMade)
+        return entry;
     const GlyphBitmap bitmap = font.render(glyph);
-    const glm::vec2 offset(bitmap.left, bitmap.top - static_cast<int>(bitmap.height));
-    return entries_.emplace(key, Entry{atlas_.add(bitmap), offset}).first->second;
+    entry.region = atlas_.add(bitmap);
+    entry.offset = {bitmap.left, bitmap.top - static_cast<int>(bitmap.height)};
+    entry.isMade = true;
+    return entry;
 }
 
 void GlyphQuads::clear() {

@@ -44,8 +44,9 @@ public:
 
 private:
     struct Entry {
+        bool isMade = false; ///< whether the atlas has the glyph
         AtlasRegion region;
-        glm::vec2 offset; ///< from the glyph's origin to its lower left corner
+        glm::vec2 offset{0.f}; ///< from the glyph's origin to its lower left corner
     };
     struct Key {
         std::uint64_t font;
