@@ -3,6 +3,8 @@
 #include <functional>
 #include <memory>
 #include <new>
+#include <optional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,8 @@
 #include "faults/failing_allocations.hpp"
 #include "support/allocation_count.hpp"
 #include "support/stderr_capture.hpp"
+#include "text/random_number.hpp"
+#include "text/skyline.hpp"
 #include "text/test_font.hpp"
 
 namespace {
@@ -184,7 +188,31 @@ TEST_P(TextAllocationFaults, PlacesAreThereAfterwards) {
     });
 }
 
-/// The same for drawing.
+TEST(SkylineFaults, NothingMovesWhereThereIsNoMemory) {
+    SKIP_WITHOUT_LIBRARY_ALLOCATIONS();
+    std::mt19937 random(11);
+    vellis::text::Skyline undisturbed(512);
+    vellis::text::Skyline skyline(512);
+    int numFailed = 0;
+    for (int i = 0; i < 400; ++i) {
+        const unsigned int width = 1 + vellis::test::randomBelow(random, 40);
+        const unsigned int height = 1 + vellis::test::randomBelow(random, 40);
+        const auto expected = undisturbed.add(width, height);
+        std::optional<vellis::text::Skyline::Place> place;
+        if (!succeeds(1, Extent::One, [&] { place = skyline.add(width, height); })) {
+            ++numFailed;
+            place = skyline.add(width, height);
+        }
+        ASSERT_EQ(place.has_value(), expected.has_value()) << i;
+        if (place) {
+            EXPECT_EQ(place->x, expected->x) << i;
+            EXPECT_EQ(place->y, expected->y) << i;
+        }
+    }
+    EXPECT_GE(numFailed, 4);
+}
+
+/// Drawing with a canvas.
 class TextDrawingFaults : public vellis::test::CanvasTest,
                           public testing::WithParamInterface<Extent> {
 protected:
