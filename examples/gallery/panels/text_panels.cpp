@@ -134,6 +134,43 @@ void drawPlaces(const Canvas& surface) {
     write(small, onLand(-0.1f, 0.85f), "S\u00FCdtor", navy);
 }
 
+/// A compass as high as 2, with letters around it.
+void recordCompass(const std::shared_ptr<vellis::Canvas>& canvas) {
+    const auto rim = aroundCurve(64, [](float t) { return onCircle(2.0f * pi * t, 0.7f); });
+    canvas->drawLineLoop(Stroke(toRgba(navy), 2.0f), rim);
+    const auto font = loadFont(latin, 15.0f);
+    const char* const letters[] = {"E", "N", "W", "S"};
+    for (int i = 0; i < 4; ++i) {
+        const float angle = pi / 2.0f * static_cast<float>(i);
+        const Color color = i == 1 ? coral : blue;
+        const std::vector<glm::vec2> needle = {
+            onCircle(angle, 0.62f), onCircle(angle + 1.2f, 0.12f), onCircle(angle - 1.2f, 0.12f)};
+        canvas->drawTriangles(toRgba(color), needle);
+        canvas->drawLineLoop(Stroke(toRgba(color)), needle); // a smooth edge
+        vellis::text::draw(canvas, font, onCircle(angle, 1.0f), letters[i], toRgba(color),
+                           Anchor::Center);
+    }
+}
+
+/// A compass that is recorded once and drawn in several sizes and directions.
+void drawCompasses(const Canvas& surface) {
+    const PanelCanvas canvas(surface);
+    canvas->beginPicture(glm::mat4(1.0f));
+    recordCompass(canvas.shared());
+    const auto compass = canvas->endPicture();
+    canvas->begin(panelPixels);
+    const auto draw = [&](const glm::vec2& middle, float size, float turn) {
+        const glm::vec3 scale(size, -size, 1.0f);
+        const glm::mat4 moved = glm::translate(glm::mat4(1.0f), glm::vec3(middle, 0.0f));
+        canvas->setTransform(
+            glm::rotate(glm::scale(moved, scale), turn, glm::vec3(0.0f, 0.0f, 1.0f)));
+        canvas->drawPicture(compass);
+    };
+    draw({88.0f, 90.0f}, 74.0f, 0.0f);
+    draw({184.0f, 174.0f}, 46.0f, -0.6f);
+    draw({58.0f, 202.0f}, 30.0f, 0.3f);
+}
+
 } // namespace
 
 std::vector<Panel> textPanels() {
@@ -215,6 +252,24 @@ std::vector<Panel> textPanels() {
              ColorAt{{165, 94}, frame},
              widthBetween({4, 60}, {120, 60}, 0),
              widthBetween({4, 210}, {236, 228}, 0),
+         }},
+        {"text-pictures",
+         "kept in a picture",
+         1,
+         drawCompasses,
+         {
+             ColorAt{{88, 17}, coral},
+             ColorAt{{12, 90}, blue},
+             ColorAt{{88, 158}, blue}, // letters
+             ColorAt{{88, 60}, coral},
+             ColorAt{{88, 110}, blue},
+             ColorAt{{36, 90}, navy, 20},
+             ColorAt{{88, 89}, paper},
+             widthBetween({80, 16}, {96, 16}, 4, 8),
+             widthBetween({5, 90}, {22, 90}, 6, 10), // as large as another
+             ColorAt{{151, 174}, navy, 20},
+             ColorAt{{216, 174}, navy, 20},
+             ColorAt{{178, 174}, blue},
          }},
     };
 }
