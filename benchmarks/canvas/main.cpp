@@ -7,8 +7,6 @@
 /// `memory` have allocations or bytes in their place.
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
 #include <string>
 
 #include <vellis/engine.hpp>
@@ -25,27 +23,6 @@
 
 namespace vellis::bench {
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-constexpr std::chrono::seconds leastTime(2);
-constexpr int fewestTurns = 5;
-constexpr int mostTurns = 101;
-
-void print(const char* workload, unsigned int size, const char* side, double value) {
-    std::printf("%s %u %s %.1f\n", workload, size, side, value);
-}
-
-void printTimes(const Workload& workload, unsigned int size) {
-    Turns turns(workload.implementations, size);
-    const Clock::time_point start = Clock::now();
-    for (int i = 0; i < mostTurns && (i < fewestTurns || Clock::now() - start < leastTime); ++i) {
-        const std::vector<double> times = turns.take();
-        for (std::size_t side = 0; side < times.size(); ++side)
-            print(workload.name, size, workload.implementations[side].library, times[side]);
-    }
-    std::fflush(stdout);
-}
 
 /// The most allocations that a batch makes which is like the two before.
 double allocationsOfABatch() {
@@ -64,9 +41,9 @@ double allocationsOfABatch() {
 }
 
 void printMemory() {
-    print("memory", 1, "allocations", allocationsOfABatch());
+    printSide("memory", 1, "allocations", allocationsOfABatch());
     for (const unsigned int dimensions : {2u, 3u})
-        print("memory", dimensions, "picture_bytes", pictureBytes(dimensions));
+        printSide("memory", dimensions, "picture_bytes", pictureBytes(dimensions));
 }
 
 std::vector<Workload> workloadsNamed(const std::vector<std::string>& names) {
@@ -96,7 +73,7 @@ int main(int argc, char** argv) {
     const auto context = openContext(pictureSize);
     for (const Workload& workload : workloadsNamed({argv + 1, argv + argc})) {
         for (const unsigned int size : workload.sizes)
-            printTimes(workload, size);
+            printTurns(workload, size);
     }
     vellis::engine::dispose();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <limits>
 
 #include <vellis/gl.hpp>
@@ -14,6 +15,11 @@ using Nanoseconds = std::chrono::duration<double, std::nano>;
 
 /// How long a block of one side's operations takes, at least.
 constexpr Nanoseconds blockTime = std::chrono::microseconds(500);
+
+// How long printTurns() goes on.
+constexpr std::chrono::seconds leastTime(2);
+constexpr int fewestTurns = 5;
+constexpr int mostTurns = 101;
 
 /// The time of \p count operations, up to the end of the work that they give the driver.
 Nanoseconds timeBlock(Side& side, unsigned int count) {
@@ -64,6 +70,21 @@ double median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
+}
+
+void printSide(const char* workload, unsigned int size, const char* side, double value) {
+    std::printf("%s %u %s %.1f\n", workload, size, side, value);
+}
+
+void printTurns(const Workload& workload, unsigned int size) {
+    Turns turns(workload.implementations, size);
+    const Clock::time_point start = Clock::now();
+    for (int i = 0; i < mostTurns && (i < fewestTurns || Clock::now() - start < leastTime); ++i) {
+        const std::vector<double> times = turns.take();
+        for (std::size_t side = 0; side < times.size(); ++side)
+            printSide(workload.name, size, workload.implementations[side].library, times[side]);
+    }
+    std::fflush(stdout);
 }
 
 } // namespace vellis::bench

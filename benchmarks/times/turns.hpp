@@ -36,4 +36,11 @@ private:
 
 double median(std::vector<double> values);
 
+/// Prints one of the lines that scripts/measurements/reports.py reads for sides: workload, size,
+/// side, value.
+void printSide(const char* workload, unsigned int size, const char* side, double value);
+
+/// Prints such lines for the turns of two seconds or more, with nanoseconds.
+void printTurns(const Workload& workload, unsigned int size);
+
 } // namespace vellis::bench

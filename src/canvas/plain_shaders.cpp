@@ -74,13 +74,18 @@ void main() {
 
 // The place of a vertex, moved by so many pixels; with WHOLE_PIXELS from the nearest corner of
 // pixels on.
-const char imageVertexSource[] = R"(uniform mat4 matrix;
+const char imageVertexSource[] = R"(#ifdef WHOLE_PIXELS
+#define PLACE LINEAR
+#else
+#define PLACE
+#endif
+uniform mat4 matrix;
 uniform vec4 viewport;
 IN vec3 position;
 IN vec2 offset, part;
 IN vec4 color;
-OUT vec4 paint;
-OUT vec2 place;
+FLAT OUT vec4 paint;
+PLACE OUT vec2 place;
 void main() {
   vec4 c = matrix * vec4(position, 1);
   vec2 scale = .5 * viewport.zw;
@@ -95,9 +100,14 @@ void main() {
 }
 )";
 
-const char imageFragmentSource[] = R"(uniform sampler2D texels;
-IN vec4 paint;
-IN vec2 place;
+const char imageFragmentSource[] = R"(#ifdef WHOLE_PIXELS
+#define PLACE LINEAR
+#else
+#define PLACE
+#endif
+uniform sampler2D texels;
+FLAT IN vec4 paint;
+PLACE IN vec2 place;
 void main() {
 #ifdef COVERAGE
   OUT0 = vec4(paint.rgb, paint.a * TEXTURE(texels, place).r);

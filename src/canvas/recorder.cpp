@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "canvas/image_records.hpp"
+
 namespace vellis::canvas {
 namespace {
 
@@ -67,13 +69,13 @@ float reachOf(const Style& style) {
 }
 
 /// What a point is to the triangles of a shape.
-struct CornerPlace {
+struct TriangleCorner {
     bool ends;           ///< whether it is the third corner of one
     std::size_t before;  ///< which of the kept corners is the second then; 0 is the first
     std::size_t keepsAs; ///< as which it is kept
 };
 
-CornerPlace placeOf(Shape shape, std::size_t i) {
+TriangleCorner placeOf(Shape shape, std::size_t i) {
     switch (shape) {
     case Shape::TriangleStrip: // which keeps its winding: GL 2.1, section 2.6.1
         return {i >= 2, 1, i % 2};
@@ -411,30 +413,67 @@ void Recorder::beginImages(const std::shared_ptr<const Texture>& texture, unsign
     look_.texture = texture.get();
 }
 
-void Recorder::putImage(const Vertex (&corners)[4], const TexturePart& part, Color color) {
-    const glm::vec2 places[] = {
-        part.from, {part.to.x, part.from.y}, {part.from.x, part.to.y}, part.to};
-    Record record;
-    for (int i = 0; i < 4; ++i) {
-        const Vertex& corner = corners[i];
-        record.add(corner.point, dimensions_).add(corner.offset).add(places[i]).add(color);
+/// Makes room for an image at least.
+/// \return where the next one goes.
+unsigned char* Recorder::roomForImages(std::size_t numBytes) {
+    if (arena_->bytes.size() - arena_->used < numBytes + Record::slack || command_ == none)
+        makeRoom(numBytes, 0);
+    return arena_->bytes.data() + arena_->used;
+}
+
+void Recorder::addImages(std::size_t count, std::size_t numBytes) {
+    arena_->used += numBytes;
+    arena_->count += count;
+    drawing_.commands[command_].count += count;
+}
+
+template <unsigned int D>
+void Recorder::putImage(const glm::vec3 (&points)[4], const TexturePart& part, Color color) {
+    constexpr std::size_t size = sizeof(ImageCorner<D>);
+    unsigned char* const to = roomForImages(4 * size);
+    for (std::size_t i = 0; i < 4; ++i) {
+        const float s = i % 2 == 0 ? part.from.x : part.to.x;
+        const float t = i < 2 ? part.from.y : part.to.y;
+        writeCorner<D>(to + i * size, points[i], color, 0.f, 0.f, s, t);
     }
-    put(record);
+    addImages(1, 4 * size);
 }
 
 void Recorder::image(const std::shared_ptr<const Texture>& texture, const Points& corners,
                      const TexturePart& part, Color tint, const Setting& setting) {
     PointReader reader(corners, setting.placement);
-    Vertex vertices[4] = {};
+    glm::vec3 points[4];
     for (std::size_t i = 0; i < 4; ++i) {
-        vertices[i].point = reader[i];
-        if (!isFinite(vertices[i].point))
+        points[i] = reader[i];
+        if (!isFinite(points[i]))
             return;
     }
-    if (!isFinite({part.from, 0.f}) || !isFinite({part.to, 0.f}))
+    if (infinityIn(part) != 0.f)
         return;
     beginImages(texture, reader.dimensions(), setting);
-    putImage(vertices, part, tint);
+    if (reader.dimensions() == 2)
+        putImage<2>(points, part, tint);
+    else
+        putImage<3>(points, part, tint);
+}
+
+template <unsigned int D>
+void Recorder::putQuads(const glm::vec3& point, const PixelQuad* quads, std::size_t count,
+                        Color color, float up) {
+    constexpr std::size_t size = 4 * sizeof(ImageCorner<D>);
+    for (std::size_t i = 0; i < count;) {
+        if (!isFiniteQuad(quads[i])) {
+            ++i;
+            continue;
+        }
+        unsigned char* const first = roomForImages(size);
+        unsigned char* const end = arena_->bytes.data() + arena_->bytes.size();
+        unsigned char* to = first;
+        for (; i < count && isFiniteQuad(quads[i]) && to + size <= end; ++i, to += size)
+            writeQuad<D>(to, point, color, quads[i], up);
+        const auto numBytes = static_cast<std::size_t>(to - first);
+        addImages(numBytes / size, numBytes);
+    }
 }
 
 void Recorder::quads(const std::shared_ptr<const Texture>& texture, const QuadStyle& style,
@@ -447,19 +486,10 @@ void Recorder::quads(const std::shared_ptr<const Texture>& texture, const QuadSt
     beginImages(texture, reader.dimensions(), setting);
     look_.isCoverage = style.texels == Texels::Coverage;
     look_.isOnWholePixels = style.onWholePixels;
-    for (std::size_t i = 0; i < count; ++i) {
-        const PixelQuad& quad = quads[i];
-        const glm::vec2 opposite = quad.corner + quad.right + quad.up;
-        if (!isFinite({quad.corner, quad.right.x}) || !isFinite({opposite, quad.right.y}) ||
-            !isFinite({quad.part.from, 0.f}) || !isFinite({quad.part.to, 0.f}))
-            continue;
-        const auto at = [&](const glm::vec2& offset) {
-            return Vertex{point, {offset.x, offset.y * setting.pixelUp}};
-        };
-        putImage({at(quad.corner), at(quad.corner + quad.right), at(quad.corner + quad.up),
-                  at(opposite)},
-                 quad.part, color);
-    }
+    if (reader.dimensions() == 2)
+        putQuads<2>(point, quads, count, color, setting.pixelUp);
+    else
+        putQuads<3>(point, quads, count, color, setting.pixelUp);
 }
 
 // --- Areas and points ---
@@ -481,7 +511,7 @@ void Recorder::area(Shape shape, const Colors& colors, const Points& points,
     const std::size_t end = shape == Shape::Quads ? size - size % 4 : size;
     for (std::size_t i = 0; i < end; ++i) {
         const Entry next = {reader[i], colorReader.at(i)};
-        const CornerPlace place = placeOf(shape, i);
+        const TriangleCorner place = placeOf(shape, i);
         const Entry& second = before[place.before];
         if (place.ends && isFinite(before[0].point) && isFinite(second.point) &&
             isFinite(next.point)) {

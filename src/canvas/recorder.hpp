@@ -77,7 +77,7 @@ public:
     }
 
 private:
-    std::uint32_t words_[32]; ///< up to the corners of an image in space
+    std::uint32_t words_[12]; ///< up to a segment in space
     unsigned int numWords_ = 0;
 };
 
@@ -166,12 +166,13 @@ private:
     void beginImages(const std::shared_ptr<const Texture>& texture, unsigned int dimensions,
                      const Setting& setting);
 
-    /// A corner of an image, as it will stand in memory.
-    struct Vertex {
-        glm::vec3 point;
-        glm::vec2 offset;
-    };
-    void putImage(const Vertex (&corners)[4], const TexturePart& part, Color color);
+    unsigned char* roomForImages(std::size_t numBytes);
+    void addImages(std::size_t count, std::size_t numBytes);
+    template <unsigned int D>
+    void putImage(const glm::vec3 (&points)[4], const TexturePart& part, Color color);
+    template <unsigned int D>
+    void putQuads(const glm::vec3& point, const PixelQuad* quads, std::size_t count, Color color,
+                  float up);
 
     /// Puts what is of no length in the middle of a stroke: a disc where its caps are round.
     void putDot(const glm::vec3& point, Color color, const Stroke& stroke, const Setting& setting);

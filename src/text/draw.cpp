@@ -19,9 +19,9 @@ void draw(const std::shared_ptr<Canvas>& canvas, const std::shared_ptr<Font>& fo
     if (attachment == nullptr)
         return;
     if (*attachment == nullptr)
-        *attachment = std::make_shared<GlyphTextures>();
-    auto* const textures = static_cast<GlyphTextures*>(attachment->get());
-    textures->draw(*canvas, *font, position.point, text, color, anchor, angle);
+        *attachment = std::make_shared<CanvasGlyphs>();
+    auto* const glyphs = static_cast<CanvasGlyphs*>(attachment->get());
+    glyphs->draw(*canvas, *font, position.point, text, color, anchor, angle);
 }
 
 } // namespace vellis::text

@@ -21,51 +21,76 @@ const std::vector<GlyphQuad>& GlyphQuads::make(Font& font, std::string_view text
     quads_.clear();
     place(font, text, anchor, angle, placed_);
     const Turn turn(angle);
-    // Off the pixels' grid, a glyph's edge fades up to the middle of the empty texels around it:
-    // beyond that, those of other glyphs would show.
-    const float margin = angle != 0.f ? 0.5f : 0.f;
+    const std::uint64_t id = font.id();
+    quads_.reserve(placed_.size());
     for (const PlacedGlyph& glyph : placed_) {
-        const Entry& entry = entryOf(font, glyph.index);
-        const TexelRect& rect = entry.region.rect;
-        if (rect.isEmpty())
+        const Entry& entry = entryOf({id, glyph.index}, font);
+        if (entry.isBlank)
             continue;
-        quads_.push_back(quadOf(entry, glyph.origin, turn, margin));
+        quads_.push_back(entry.upright);
+        PixelQuad& quad = quads_.back();
+        if (turn.isTurned())
+            quad = turned(entry, turn);
+        quad.corner += glyph.origin;
     }
     sortByTexture(quads_);
     return quads_;
 }
 
-GlyphQuad GlyphQuads::quadOf(const Entry& entry, const glm::vec2& origin, const Turn& turn,
-                             float margin) {
-    const Atlas::Texture& texture = atlas_.texture(entry.region.texture);
-    const TexelRect& rect = entry.region.rect;
-    const glm::vec2 size(texture.width(), texture.height());
-    const glm::vec2 low = glm::vec2(rect.x, rect.y) - margin;
-    const glm::vec2 high = glm::vec2(rect.x + rect.width, rect.y + rect.height) + margin;
-    // The first row of texels is a glyph's uppermost.
-    return {entry.region.texture,
-            origin + turn(entry.offset - margin),
-            turn({high.x - low.x, 0.f}),
-            turn({0.f, high.y - low.y}),
-            glm::vec2(low.x, high.y) / size,
-            glm::vec2(high.x, low.y) / size};
+/// Off the pixels' grid, a glyph's edge fades up to the middle of the empty texels around it:
+/// beyond that, those of other glyphs would show.
+PixelQuad GlyphQuads::turned(const Entry& entry, const Turn& turn) {
+    constexpr float margin = 0.5f;
+    const PixelQuad& upright = entry.upright;
+    const glm::vec2 edge(margin * entry.texel.x, -margin * entry.texel.y);
+    return {turn(upright.corner - margin),
+            turn({upright.right.x + 2.f * margin, 0.f}),
+            turn({0.f, upright.up.y + 2.f * margin}),
+            {upright.part.from - edge, upright.part.to + edge}};
 }
 
-const GlyphQuads::Entry& GlyphQuads::entryOf(Font& font, std::uint32_t glyph) {
+/// Most texts have few different glyphs.
+const GlyphQuads::Entry& GlyphQuads::entryOf(const Key& key, Font& font) {
+    Recent& recent = recent_[Hash()(key) % recent_.size()];
+    if (!(recent.key == key))
+        recent = {key, &findOrMake(key, font)};
+    return *recent.entry;
+}
+
+const GlyphQuads::Entry& GlyphQuads::findOrMake(const Key& key, Font& font) {
     // Made first, since memory may run out: the atlas has no glyph that nobody knows.
-    Entry& entry = entries_[{font.id(), glyph}];
-    if (entry.isMade)
-        return entry;
-    const GlyphBitmap bitmap = font.render(glyph);
-    entry.region = atlas_.add(bitmap);
-    entry.offset = {bitmap.left, bitmap.top - static_cast<int>(bitmap.height)};
+    Entry& entry = entries_[key];
+    if (!entry.isMade)
+        entry = makeEntry(font.render(key.glyph));
+    return entry;
+}
+
+GlyphQuads::Entry GlyphQuads::makeEntry(const GlyphBitmap& bitmap) {
+    const AtlasRegion region = atlas_.add(bitmap);
+    const TexelRect& rect = region.rect;
+    Entry entry = {};
     entry.isMade = true;
+    entry.isBlank = rect.isEmpty();
+    if (entry.isBlank)
+        return entry;
+    const Atlas::Texture& texture = atlas_.texture(region.texture);
+    entry.upright.texture = region.texture;
+    const glm::vec2 size(texture.width(), texture.height());
+    entry.texel = 1.f / size;
+    PixelQuad& quad = entry.upright;
+    quad.corner = {bitmap.left, bitmap.top - static_cast<int>(bitmap.height)};
+    quad.right = {rect.width, 0.f};
+    quad.up = {0.f, rect.height};
+    // The first row of texels is a glyph's uppermost.
+    quad.part.from = glm::vec2(rect.x, rect.y + rect.height) / size;
+    quad.part.to = glm::vec2(rect.x + rect.width, rect.y) / size;
     return entry;
 }
 
 void GlyphQuads::clear() {
     atlas_.clear();
     entries_.clear();
+    recent_.fill({});
 }
 
 } // namespace vellis::text

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -8,6 +9,7 @@
 
 #include <glm/vec2.hpp>
 
+#include <vellis/canvas/image.hpp>
 #include <vellis/text/layout.hpp>
 
 #include "text/atlas.hpp"
@@ -15,20 +17,18 @@
 
 namespace vellis::text {
 
-/// A glyph as a parallelogram of pixels with a part of a texture.
-struct GlyphQuad {
+/// A glyph as seen from its text's position. Its part of the texture begins in the lower left
+/// corner.
+struct GlyphQuad : PixelQuad {
     std::size_t texture; ///< of the atlas
-    glm::vec2 corner;    ///< the lower left one, from the text's position on, in pixels
-    glm::vec2 right;     ///< from there along the texture's rows
-    glm::vec2 up;        ///< from there to the upper left one
-    glm::vec2 low;       ///< the texture coordinates of the lower left corner
-    glm::vec2 high;      ///< those of the upper right one
 };
 
 /// The glyphs of all fonts in one atlas.
 class GlyphQuads {
 public:
     explicit GlyphQuads(unsigned int pageSize = Atlas::usualPageSize) : atlas_(pageSize) {}
+    GlyphQuads(const GlyphQuads&) = delete;
+    GlyphQuads& operator=(const GlyphQuads&) = delete;
 
     /// The quads of a text, those of each texture behind each other, and new glyphs in the atlas.
     /// Glyphs that show nothing have none. The result is this object's, until the next call; a text
@@ -44,9 +44,10 @@ public:
 
 private:
     struct Entry {
-        bool isMade = false; ///< whether the atlas has the glyph
-        AtlasRegion region;
-        glm::vec2 offset{0.f}; ///< from the glyph's origin to its lower left corner
+        bool isMade = false;  ///< whether the atlas has the glyph
+        bool isBlank = false; ///< whether it shows nothing
+        GlyphQuad upright;    ///< as seen from the glyph's origin
+        glm::vec2 texel;      ///< its size in texture coordinates
     };
     struct Key {
         std::uint64_t font;
@@ -60,12 +61,20 @@ private:
             return std::hash<std::uint64_t>()(key.font * 0x9E3779B97F4A7C15u + key.glyph);
         }
     };
+    /// An entry that was looked for, where the next search for it finds it first.
+    struct Recent {
+        Key key{0, 0}; ///< no font is 0
+        const Entry* entry = nullptr;
+    };
 
-    GlyphQuad quadOf(const Entry& entry, const glm::vec2& origin, const Turn& turn, float margin);
-    const Entry& entryOf(Font& font, std::uint32_t glyph);
+    static PixelQuad turned(const Entry& entry, const Turn& turn);
+    const Entry& entryOf(const Key& key, Font& font);
+    const Entry& findOrMake(const Key& key, Font& font);
+    Entry makeEntry(const GlyphBitmap& bitmap);
 
     Atlas atlas_;
     std::unordered_map<Key, Entry, Hash> entries_;
+    std::array<Recent, 256> recent_;
     std::vector<PlacedGlyph> placed_;
     std::vector<GlyphQuad> quads_;
 };

@@ -40,9 +40,9 @@ bool fits(const Atlas::Texture& texture) {
 /// Uploads rows of texels, of all rows where there is no texture yet.
 template <class Texel>
 void send(std::shared_ptr<Texture>& to, const Atlas::Texture& from, const Rows& rows,
-          const Texel* texels) {
+          const Sampler& sampler, const Texel* texels) {
     if (to == nullptr)
-        to = Texture2D<Texel>::make(from.width(), from.height(), texels, Sampler::linear_clamp());
+        to = Texture2D<Texel>::make(from.width(), from.height(), texels, sampler);
     else
         static_cast<Texture2D<Texel>&>(*to).upload(texels, 0, rows.first, from.width(), rows.count);
 }
@@ -52,10 +52,6 @@ void send(std::shared_ptr<Texture>& to, const Atlas::Texture& from, const Rows& 
 void GlyphTextures::draw(Canvas& canvas, Font& font, const glm::dvec3& position,
                          std::string_view text, const glm::vec4& color, Anchor anchor,
                          float angle) {
-    if (quads_.atlas().numTexels() > mostTextureTexels) {
-        quads_.clear();
-        textures_.clear(); // the canvas keeps those that it has yet to draw
-    }
     const std::vector<GlyphQuad>& quads = quads_.make(font, text, anchor, angle);
     upload();
     QuadStyle style;
@@ -64,13 +60,16 @@ void GlyphTextures::draw(Canvas& canvas, Font& font, const glm::dvec3& position,
     for (std::size_t i = 0; i < quads.size();) {
         const std::size_t texture = quads[i].texture;
         pixelQuads_.clear();
-        for (; i < quads.size() && quads[i].texture == texture; ++i) {
-            const GlyphQuad& quad = quads[i];
-            pixelQuads_.push_back({quad.corner, quad.right, quad.up, {quad.low, quad.high}});
-        }
+        for (; i < quads.size() && quads[i].texture == texture; ++i)
+            pixelQuads_.push_back(quads[i]);
         canvas.drawQuads(textures_[texture], style, color, position, pixelQuads_.data(),
                          pixelQuads_.size());
     }
+}
+
+void GlyphTextures::clear() {
+    quads_.clear();
+    textures_.clear();
 }
 
 /// Brings what is new in the atlas to GL.
@@ -101,16 +100,26 @@ void GlyphTextures::upload(std::size_t index) {
     const Rows rows = to == nullptr ? Rows{0, from.height()} : Rows{dirty.y, dirty.height};
     const std::uint8_t* const first = from.texels() + std::size_t{rows.first} * from.width();
     if (hasRed()) {
-        send(to, from, rows, first);
+        send(to, from, rows, sampler_, first);
     } else {
         const std::size_t count = std::size_t{rows.count} * from.width();
         std::vector<Wide> texels;
         texels.reserve(count);
         std::transform(first, first + count, std::back_inserter(texels),
                        [](std::uint8_t coverage) { return Wide(coverage); });
-        send(to, from, rows, texels.data());
+        send(to, from, rows, sampler_, texels.data());
     }
     from.setClean();
+}
+
+void CanvasGlyphs::draw(Canvas& canvas, Font& font, const glm::dvec3& position,
+                        std::string_view text, const glm::vec4& color, Anchor anchor, float angle) {
+    if (upright_.numTexels() + turned_.numTexels() > mostTextureTexels) {
+        upright_.clear();
+        turned_.clear();
+    }
+    GlyphTextures& textures = angle == 0.f ? upright_ : turned_;
+    textures.draw(canvas, font, position, text, color, anchor, angle);
 }
 
 } // namespace vellis::text

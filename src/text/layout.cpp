@@ -29,8 +29,7 @@ Halves halvesOf(Anchor anchor) {
 /// The nearest whole number of pixels; the higher one of two.
 Fixed wholePixels(Fixed value) {
     const Fixed raised = value + fixedPixel / 2;
-    const Fixed rest = ((raised % fixedPixel) + fixedPixel) % fixedPixel;
-    return (raised - rest) / fixedPixel;
+    return (raised - (raised & (fixedPixel - 1))) / fixedPixel; // 64 is a power of two
 }
 
 /// Where a position is once it is turned about the text's own; on whole pixels without a turn.
@@ -44,9 +43,8 @@ glm::vec2 placeOf(Fixed x, Fixed y, const Turn& turn) {
 
 void place(Font& font, std::string_view text, Anchor anchor, float angle,
            std::vector<PlacedGlyph>& placed) {
-    placed.clear();
     if (!std::isfinite(angle))
-        return;
+        return placed.clear();
     const std::shared_ptr<const ShapedText> shape = font.shape(text);
     const FontMetrics& metrics = font.metrics();
     const Halves halves = halvesOf(anchor);
@@ -54,12 +52,13 @@ void place(Font& font, std::string_view text, Anchor anchor, float angle,
     const auto numSteps = static_cast<Fixed>(shape->lines.size() - 1);
     const Fixed height = metrics.ascent + metrics.descent + metrics.lineHeight * numSteps;
     Fixed baseLine = height * halves.above / 2 - metrics.ascent;
-    placed.reserve(shape->glyphs.size());
+    placed.resize(shape->glyphs.size());
     for (const ShapedLine& line : shape->lines) {
         const Fixed left = -line.advance * halves.left / 2;
-        for (std::size_t i = 0; i < line.numGlyphs; ++i) {
-            const ShapedGlyph& glyph = shape->glyphs[line.firstGlyph + i];
-            placed.push_back({glyph.index, placeOf(left + glyph.x, baseLine + glyph.y, turn)});
+        const std::size_t end = line.firstGlyph + line.numGlyphs;
+        for (std::size_t i = line.firstGlyph; i < end; ++i) {
+            const ShapedGlyph& glyph = shape->glyphs[i];
+            placed[i] = {glyph.index, placeOf(left + glyph.x, baseLine + glyph.y, turn)};
         }
         baseLine -= metrics.lineHeight;
     }

@@ -12,8 +12,14 @@ struct Levels {
     bool isRightToLeft;
 };
 
+/// The first character that may turn others around, be it a letter or a control.
+constexpr std::uint32_t firstTurning = 0x590;
+
 /// The level of each character.
 Levels findLevels(const std::uint32_t* characters, std::size_t count) {
+    if (std::all_of(characters, characters + count,
+                    [](std::uint32_t character) { return character < firstTurning; }))
+        return {std::vector<FriBidiLevel>(count), false};
     const auto length = static_cast<FriBidiStrIndex>(count);
     std::vector<FriBidiCharType> types(count);
     std::vector<FriBidiBracketType> brackets(count);

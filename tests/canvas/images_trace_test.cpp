@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <vellis/texture.hpp>
@@ -108,6 +109,32 @@ TEST_F(ImagesTrace, QuadsStandInPixelsAroundAPlace) {
         EXPECT_EQ(glm::vec2(corners[i].position[0], corners[i].position[1]), glm::vec2(7.f, 8.f));
         EXPECT_EQ(glm::vec2(corners[i].offset[0], corners[i].offset[1]), offsets[i]) << i;
     }
+}
+
+TEST_F(ImagesTrace, QuadsThatAreNotFiniteLeaveNoGapBetweenTheOthers) {
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    std::vector<PixelQuad> quads;
+    for (int i = 0; i < 5; ++i)
+        quads.push_back({{static_cast<float>(i), 0.f}, {1.f, 0.f}, {0.f, 1.f}, {}});
+    quads[0].up.y = quads[2].corner.x = quads[3].part.to.y = nan;
+    const auto draw = [&] {
+        canvas->drawQuads(texture, {}, white, {}, quads.data(), quads.size());
+    };
+    EXPECT_EQ(drawsOf(draw), Lines({test::quadsDrawn(0, 2)}));
+    const auto corners = gl.bufferContents<Corner>(buffer());
+    EXPECT_EQ(corners[0].offset[0], 1.f);
+    EXPECT_EQ(corners[4].offset[0], 4.f);
+}
+
+TEST_F(ImagesTrace, MoreQuadsThanThereIsRoomForAreSeveralCalls) {
+    constexpr std::size_t most = 4096;
+    const PixelQuad quad = {{}, {3.f, 0.f}, {0.f, 4.f}, {}};
+    const std::vector<PixelQuad> quads(2 * most + 5, quad);
+    const auto draw = [&] {
+        canvas->drawQuads(texture, {}, white, {}, quads.data(), quads.size());
+    };
+    EXPECT_EQ(drawsOf(draw), Lines({test::quadsDrawn(0, most), test::quadsDrawn(0, most),
+                                    test::quadsDrawn(0, 5)}));
 }
 
 TEST_F(ImagesTrace, StylesHaveProgramsOfTheirOwn) {

@@ -34,7 +34,7 @@ Image drawWithQuads(Font& font, std::string_view text) {
     for (const GlyphQuad& quad : quads.make(font, text, Anchor::Center, 0.f)) {
         const Atlas::Texture& texture = quads.atlas().texture(quad.texture);
         const glm::vec2 size(texture.width(), texture.height());
-        const glm::ivec2 texel(glm::vec2(quad.low.x, quad.high.y) * size + 0.5f);
+        const glm::ivec2 texel(glm::vec2(quad.part.from.x, quad.part.to.y) * size + 0.5f);
         const int left = width / 2 + static_cast<int>(quad.corner.x);
         const int top = height / 2 - static_cast<int>(quad.corner.y + quad.up.y);
         for (int y = 0; y < static_cast<int>(quad.up.y); ++y) {

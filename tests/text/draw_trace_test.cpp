@@ -54,6 +54,29 @@ TEST_F(DrawTrace, NewGlyphsAreUploadedAndThoseThatAreKnownAreNot) {
     EXPECT_EQ(later[0].rfind("glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 1, 1024, ", 0), 0u) << later[0];
 }
 
+TEST_F(DrawTrace, TurnedTextsHaveTexturesThatAreFiltered) {
+    const std::string filter = "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, ";
+    const auto filtersOf = [&](float angle) {
+        return only(callsOf([&] { drawText("abc", angle); }), {filter.c_str()});
+    };
+    EXPECT_EQ(filtersOf(0.f), Lines({filter + "GL_NEAREST)"}));
+    EXPECT_EQ(filtersOf(1.f), Lines({filter + "GL_LINEAR)"}));
+    EXPECT_EQ(filtersOf(0.f), Lines());
+    EXPECT_EQ(filtersOf(-2.f), Lines());
+}
+
+TEST_F(DrawTrace, AGlyphOfMoreThanAQuarterOfAPageHasATextureOfItsOwn) {
+    font = Font::load(vellis::test::findFont(name), 900.f);
+    ASSERT_NE(font, nullptr);
+    const auto bitmap = font->render(font->shape("W")->glyphs[0].index);
+    const Lines uploads = uploadsOf("W");
+    ASSERT_EQ(uploads.size(), 1u);
+    const std::string size =
+        std::to_string(bitmap.width + 2) + ", " + std::to_string(bitmap.height + 2);
+    EXPECT_EQ(uploads[0].rfind("glTexImage2D(GL_TEXTURE_2D, 0, GL_R8, " + size, 0), 0u)
+        << uploads[0];
+}
+
 TEST_F(DrawTrace, WithoutTexelsOfOneComponentThoseOfFourAreUploaded) {
     const int hasRed = GLAD_GL_ARB_texture_rg;
     GLAD_GL_ARB_texture_rg = 0;

@@ -46,7 +46,8 @@ TEST(GlyphQuads, ShowEachPixelOfAGlyphWhereItBelongs) {
                 // The middle of the pixel, from the lower left corner on.
                 const glm::vec2 part((static_cast<float>(column) + 0.5f) / size.x,
                                      (size.y - static_cast<float>(row) - 0.5f) / size.y);
-                ASSERT_EQ(texelAt(quads, quad.texture, quad.low + part * (quad.high - quad.low)),
+                ASSERT_EQ(texelAt(quads, quad.texture,
+                                  quad.part.from + part * (quad.part.to - quad.part.from)),
                           bitmap.coverage[std::size_t{row} * bitmap.width + column])
                     << i << ": " << column << ", " << row;
             }
@@ -69,7 +70,7 @@ TEST(GlyphQuads, AGlyphIsInTheAtlasOnce) {
     const auto& made = quads.make(*font, "aaa", Anchor::Left, 0.f);
     EXPECT_TRUE(quads.atlas().texture(0).dirty().isEmpty());
     ASSERT_EQ(made.size(), 3u);
-    EXPECT_EQ(made[0].low, made[2].low);
+    EXPECT_EQ(made[0].part.from, made[2].part.from);
 }
 
 TEST(GlyphQuads, FontsShareThePages) {
@@ -79,7 +80,7 @@ TEST(GlyphQuads, FontsShareThePages) {
     const GlyphQuad small = quads.make(*font, "a", Anchor::Center, 0.f)[0];
     const GlyphQuad large = quads.make(*larger, "a", Anchor::Center, 0.f)[0];
     EXPECT_EQ(small.texture, large.texture);
-    EXPECT_NE(small.low, large.low);
+    EXPECT_NE(small.part.from, large.part.from);
     EXPECT_GT(large.right.x, small.right.x);
     EXPECT_EQ(quads.atlas().numTextures(), 1u);
 }
@@ -104,7 +105,7 @@ TEST(GlyphQuads, TurnWithTheirEdgesAndTheTexelsAroundThem) {
     const glm::vec2 found = turned.corner + 0.5f * (turned.right + turned.up);
     EXPECT_NEAR(found.x, expected.x, 0.75f);
     EXPECT_NEAR(found.y, expected.y, 0.75f);
-    EXPECT_EQ(texelAt(quads, turned.texture, {turned.low.x, turned.high.y}), 0);
+    EXPECT_EQ(texelAt(quads, turned.texture, {turned.part.from.x, turned.part.to.y}), 0);
 }
 
 TEST(GlyphQuads, QuadsOfATextureFollowEachOther) {

@@ -1,5 +1,6 @@
 #include "text/runs.hpp"
 
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -129,6 +130,23 @@ TEST(TextRuns, RandomLinesAreInFriBidisOrder) {
         numRightToLeft += runsOf(text).isRightToLeft ? 1 : 0;
     }
     EXPECT_GT(numRightToLeft, 300);
+}
+
+TEST(TextRuns, CharactersBeforeTheHebrewOnesTurnNothingAround) {
+    // FriBidi gives them all level 0, so nobody needs to ask for it.
+    constexpr std::uint32_t firstHebrew = 0x590;
+    std::mt19937 random(11);
+    for (std::uint32_t character = 1; character < firstHebrew; ++character) {
+        std::u32string text(1, static_cast<char32_t>(character));
+        for (int i = 0; i < 8; ++i)
+            text += static_cast<char32_t>(1 + randomBelow(random, firstHebrew - 1));
+        std::vector<int> expected(text.size());
+        std::iota(expected.begin(), expected.end(), 0);
+        ASSERT_EQ(plainOrderOf(text), expected) << character;
+        ASSERT_EQ(orderOf(text), expected) << character;
+        ASSERT_FALSE(runsOf(text).isRightToLeft) << character;
+    }
+    EXPECT_TRUE(runsOf(U"\u05BE").isRightToLeft);
 }
 
 TEST(TextRuns, EachCharacterIsInOneRun) {

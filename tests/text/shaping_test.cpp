@@ -201,6 +201,22 @@ TEST(Shaping, AKeptTextCostsNoAllocation) {
     EXPECT_EQ(extents.advance, first->lines[0].advance);
 }
 
+TEST(Shaping, TenThousandWordsAreKept) {
+    LOAD_TEST_FONT(font, latin, 16.f);
+    std::vector<std::string> words;
+    for (int i = 0; i < 10000; ++i)
+        words.push_back("word" + std::to_string(1000 + i % 9000) + (i < 9000 ? "a" : "b"));
+    std::vector<std::shared_ptr<const ShapedText>> first;
+    for (const std::string& word : words)
+        first.push_back(font->shape(word));
+    std::size_t numKept = 0;
+    const std::size_t before = vellis::test::allocationCount();
+    for (std::size_t i = 0; i < words.size(); ++i)
+        numKept += font->shape(words[i]) == first[i] ? 1u : 0u;
+    EXPECT_EQ(vellis::test::allocationCount(), before);
+    EXPECT_EQ(numKept, words.size());
+}
+
 TEST(Shaping, ForgottenTextsAreShapedAnew) {
     LOAD_TEST_FONT(font, latin, 16.f);
     const auto first = font->shape("first");

@@ -49,7 +49,8 @@ struct Position {
 /// **Glyphs** are kept with the canvas, in textures of 1024 x 1024 texels, of one byte each, or of
 /// four where GL has neither version 3.0 nor GL_ARB_texture_rg; a glyph that takes more than a
 /// quarter of that has a texture of its own, and shows nothing where GL has no textures so large.
-/// Beyond mostTextureTexels, it starts anew.
+/// Turned texts have textures apart, which are sampled with a filter. Beyond mostTextureTexels, it
+/// starts anew.
 ///
 /// **GL calls.** A text of known glyphs makes none beyond those of Canvas::drawQuads. New ones are
 /// uploaded at once: glGetIntegerv for what is bound to `GL_TEXTURE_2D` and the pixel unpack

@@ -53,7 +53,7 @@ struct GlyphBitmap {
 ///
 /// **Kept texts.** A font keeps the texts that it has shaped, up to mostKeptTexts and
 /// mostKeptBytes, and forgets the one that was used longest ago. Asking for one again costs no
-/// allocation.
+/// allocation. A word of eight letters takes half a kilobyte.
 ///
 /// A font needs no GL and belongs to no Context. It is used on one thread at a time; two fonts
 /// share nothing.
@@ -74,8 +74,8 @@ public:
     /// In bytes: larger font files are refused.
     static constexpr std::size_t largestFile = std::size_t{1} << 28;
 
-    static constexpr std::size_t mostKeptTexts = 1024;                 ///< of one font
-    static constexpr std::size_t mostKeptBytes = std::size_t{4} << 20; ///< of one font
+    static constexpr std::size_t mostKeptTexts = 16384;                 ///< of one font
+    static constexpr std::size_t mostKeptBytes = std::size_t{16} << 20; ///< of one font
 
     /// The first font of a file of any kind that FreeType reads and that has outlines: TrueType,
     /// OpenType, collections of these, Type 1. The file is read whole, and not needed afterwards.
