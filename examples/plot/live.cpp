@@ -7,9 +7,11 @@
 
 #include <common/window.hpp>
 
+#include "layout.hpp"
 #include "plot.hpp"
 #include "signal.hpp"
 #include "view.hpp"
+#include "words.hpp"
 
 namespace plot {
 namespace {
@@ -23,9 +25,9 @@ Home           all of it
 /// The plot, and what the pointer and keys do to it.
 class Show {
 public:
-    Show(common::Window& window, const Signal& signal)
+    Show(common::Window& window, const Signal& signal, const std::string& font)
         : window_(window),
-          plot_(signal),
+          plot_(signal, loadFonts(font)),
           view_(signal.range(), signal.samples[signal.highest]) {
         window_.onKey(help, [this](int key) { handle(key); });
         window_.onDrag([this](const glm::dvec2& by) { drag(by); });
@@ -82,9 +84,9 @@ private:
 
 } // namespace
 
-void showLive() {
-    common::Window window("Plot", {640, 400});
-    Show(window, makeSignal()).run();
+void showLive(const std::string& font) {
+    common::Window window("Plot", usualSize);
+    Show(window, makeSignal(), font).run();
 }
 
 } // namespace plot

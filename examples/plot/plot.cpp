@@ -2,13 +2,16 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include <glm/gtc/matrix_transform.hpp>
 
 #include <vellis/framebuffer.hpp>
+
+#include "axes.hpp"
+#include "colors.hpp"
 
 namespace plot {
 namespace {
@@ -16,69 +19,14 @@ namespace {
 using vellis::Framebuffer;
 using vellis::Stroke;
 
-const glm::vec4 paper(0.98f, 0.97f, 0.95f, 1.0f);
-const glm::vec4 ink(0.17f, 0.23f, 0.28f, 1.0f);
-const glm::vec4 frame(0.85f, 0.82f, 0.77f, 1.0f);
-const glm::vec4 teal(0.16f, 0.62f, 0.56f, 1.0f);
-const glm::vec4 sand(0.93f, 0.78f, 0.43f, 1.0f);
-const glm::vec4 coral(0.91f, 0.44f, 0.32f, 1.0f);
-const glm::vec4 white(1.0f);
-
 constexpr float curveWidth = 1.5f;
-constexpr float tickLength = 6.0f;
 constexpr std::size_t overviewStep = 250; ///< samples, less than a pixel on any screen
-
-/// An area's corner in the middle of a pixel, where a line of one pixel is sharp.
-Area snapped(const glm::vec2& low, const glm::vec2& high) {
-    const glm::vec2 corner = glm::floor(low) + 0.5f;
-    return {corner, glm::max(glm::floor(high) + 0.5f, corner + 1.0f)};
-}
-
-Area overviewArea(const glm::uvec2& size) {
-    const glm::vec2 top(size);
-    return snapped({44.0f, top.y - 76.0f}, top - glm::vec2(36.0f, 20.0f));
-}
-
-/// The distance of ticks, one, two or five times a power of ten.
-double tickStep(double span, int mostTicks) {
-    const double least = span / mostTicks;
-    const double power = std::pow(10.0, std::floor(std::log10(least)));
-    for (const double factor : {1.0, 2.0, 5.0}) {
-        if (factor * power >= least)
-            return factor * power;
-    }
-    return 10.0 * power;
-}
-
-/// Where the ticks along an axis are, in the middles of pixels.
-std::vector<float> ticks(const Area& area, const Range& shown, int axis, int mostTicks) {
-    const double size = shown.size()[axis];
-    const double step = tickStep(size, mostTicks);
-    std::vector<float> places;
-    for (double number = std::ceil(shown.low[axis] / step); number * step <= shown.high[axis];
-         number += 1.0) {
-        const auto at = static_cast<float>((number * step - shown.low[axis]) / size);
-        places.push_back(std::floor(area.low[axis] + at * area.size()[axis]) + 0.5f);
-    }
-    return places;
-}
-
-std::vector<float> timeTicks(const Area& area, const Range& shown) {
-    return ticks(area, shown, 0, 11);
-}
-
-std::vector<float> valueTicks(const Area& area, const Range& shown) {
-    return ticks(area, shown, 1, 6);
-}
 
 } // namespace
 
-Area detailArea(const glm::uvec2& size) {
-    return snapped({44.0f, 40.0f}, glm::vec2(size) - glm::vec2(36.0f, 104.0f));
-}
-
-Plot::Plot(const Signal& signal)
+Plot::Plot(const Signal& signal, std::shared_ptr<const Fonts> fonts)
     : canvas_(vellis::Canvas::make()),
+      fonts_(std::move(fonts)),
       all_(signal.range()),
       highest_(signal.samples[signal.highest]) {
     // The picture keeps differences from the origin, which are small.
@@ -101,30 +49,13 @@ void Plot::draw(const glm::uvec2& size, const Range& shown) const {
     Framebuffer::clearColor(paper);
     canvas_->begin(glm::ortho(0.0f, width, 0.0f, height));
     placeInPixels();
-    drawGrid(detail, shown);
+    drawGrid(*canvas_, detail, shown);
     drawSignal(detail, shown);
-    drawAxes(detail, shown);
+    drawAxes(*canvas_, detail, shown);
     drawOverview(overviewArea(size), shown);
+    if (fonts_ != nullptr)
+        writeWords(canvas_, *fonts_, size, {shown, all_, highest_});
     canvas_->end();
-}
-
-void Plot::drawGrid(const Area& area, const Range& shown) const {
-    const Stroke dashes = Stroke(frame).dashed({{6.0f, 4.0f}});
-    const glm::vec2 low = area.low + 0.5f; // between pixels, where dashes are sharp
-    for (const float x : timeTicks(area, shown))
-        canvas_->drawLineStrip(dashes, {{x, low.y}, {x, area.high.y}});
-    for (const float y : valueTicks(area, shown))
-        canvas_->drawLineStrip(dashes, {{low.x, y}, {area.high.x, y}});
-}
-
-void Plot::drawAxes(const Area& area, const Range& shown) const {
-    const glm::vec2 low = area.low;
-    const glm::vec2 high = area.high;
-    canvas_->drawLineStrip(ink, {{low.x, high.y + 8.0f}, low, {high.x + 8.0f, low.y}});
-    for (const float x : timeTicks(area, shown))
-        canvas_->drawLineStrip(ink, {{x, low.y}, {x, low.y - tickLength}});
-    for (const float y : valueTicks(area, shown))
-        canvas_->drawLineStrip(ink, {{low.x, y}, {low.x - tickLength, y}});
 }
 
 /// The part of the curve that is shown; what GL cuts off is its scissor's.

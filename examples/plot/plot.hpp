@@ -7,25 +7,17 @@
 
 #include <vellis/canvas.hpp>
 
+#include "layout.hpp"
 #include "signal.hpp"
+#include "words.hpp"
 
 namespace plot {
-
-/// A rectangle of the framebuffer in pixels, from its lower left corner.
-struct Area {
-    glm::vec2 low;
-    glm::vec2 high;
-
-    glm::vec2 size() const { return high - low; }
-};
-
-/// Where the part that is shown is drawn, in a framebuffer of that size.
-Area detailArea(const glm::uvec2& size);
 
 /// Draws a signal: a part of it, and above that all of it.
 class Plot {
 public:
-    explicit Plot(const Signal& signal);
+    /// \param fonts  For what is written; without them nothing is.
+    explicit Plot(const Signal& signal, std::shared_ptr<const Fonts> fonts = nullptr);
 
     /// Clears the framebuffer that is bound and draws.
     /// \param size   The framebuffer's, in pixels.
@@ -34,14 +26,13 @@ public:
 
 private:
     std::shared_ptr<vellis::Picture> record(const std::vector<glm::dvec2>& samples) const;
-    void drawGrid(const Area& area, const Range& shown) const;
-    void drawAxes(const Area& area, const Range& shown) const;
     void drawSignal(const Area& area, const Range& shown) const;
     void drawOverview(const Area& area, const Range& shown) const;
     void placeIn(const Area& area, const Range& shown) const;
     void placeInPixels() const;
 
     std::shared_ptr<vellis::Canvas> canvas_;
+    std::shared_ptr<const Fonts> fonts_;
     std::shared_ptr<vellis::Picture> curve_;    ///< all samples, in GL's memory
     std::shared_ptr<vellis::Picture> overview_; ///< fewer of them
     Range all_;

@@ -1,6 +1,7 @@
 #include "text/atlas.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace vellis::text {
 namespace {
@@ -67,9 +68,11 @@ AtlasRegion Atlas::addToPage(unsigned int width, unsigned int height) {
         if (const std::optional<Skyline::Place> place = room->add(width, height))
             return at(i - 1, *place);
     }
-    Texture& page = makeTexture(pageSize_, pageSize_);
-    page.room_.emplace(pageSize_ - margin);
-    return at(textures_.size() - 1, *page.room_->add(width, height));
+    // Made first, since memory may run out: no page is without room.
+    Skyline room(pageSize_ - margin);
+    const Skyline::Place place = *room.add(width, height);
+    makeTexture(pageSize_, pageSize_).room_ = std::move(room);
+    return at(textures_.size() - 1, place);
 }
 
 } // namespace vellis::text

@@ -58,16 +58,18 @@ const GlyphQuads::Entry& GlyphQuads::entryOf(const Key& key, Font& font) {
 }
 
 const GlyphQuads::Entry& GlyphQuads::findOrMake(const Key& key, Font& font) {
-    const auto known = entries_.find(key);
-    if (known != entries_.end())
-        return known->second;
-    return entries_.emplace(key, makeEntry(font.render(key.glyph))).first->second;
+    // Made first, since memory may run out: the atlas has no glyph that nobody knows.
+    Entry& entry = entries_[key];
+    if (!entry.isMade)
+        entry = makeEntry(font.render(key.glyph));
+    return entry;
 }
 
 GlyphQuads::Entry GlyphQuads::makeEntry(const GlyphBitmap& bitmap) {
     const AtlasRegion region = atlas_.add(bitmap);
     const TexelRect& rect = region.rect;
     Entry entry = {};
+    entry.isMade = true;
     entry.isBlank = rect.isEmpty();
     if (entry.isBlank)
         return entry;

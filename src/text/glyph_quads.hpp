@@ -44,9 +44,10 @@ public:
 
 private:
     struct Entry {
-        GlyphQuad upright; ///< as seen from the glyph's origin
-        glm::vec2 texel;   ///< its size in texture coordinates
-        bool isBlank;      ///< whether it shows nothing
+        bool isMade = false;  ///< whether the atlas has the glyph
+        bool isBlank = false; ///< whether it shows nothing
+        GlyphQuad upright;    ///< as seen from the glyph's origin
+        glm::vec2 texel;      ///< its size in texture coordinates
     };
     struct Key {
         std::uint64_t font;

@@ -27,6 +27,16 @@ bool hasRed() {
     return GLAD_GL_VERSION_3_0 != 0 || GLAD_GL_ARB_texture_rg != 0;
 }
 
+/// Whether GL can have a texture of that size; one that does not tell is taken to.
+bool fits(const Atlas::Texture& texture) {
+    const unsigned int longest = (std::max)(texture.width(), texture.height());
+    if (longest <= Atlas::usualPageSize)
+        return true;
+    GLint most = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &most);
+    return most <= 0 || longest <= static_cast<unsigned int>(most);
+}
+
 /// Uploads rows of texels, of all rows where there is no texture yet.
 template <class Texel>
 void send(std::shared_ptr<Texture>& to, const Atlas::Texture& from, const Rows& rows,
@@ -81,6 +91,10 @@ void GlyphTextures::upload(std::size_t index) {
     const TexelRect dirty = from.dirty();
     if (dirty.isEmpty())
         return;
+    if (!fits(from)) {
+        from.setClean(); // without a texture, nothing of it is drawn
+        return;
+    }
     std::shared_ptr<Texture>& to = textures_[index];
     // Whole rows, which have no gaps between them.
     const Rows rows = to == nullptr ? Rows{0, from.height()} : Rows{dirty.y, dirty.height};

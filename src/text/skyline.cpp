@@ -37,6 +37,9 @@ std::optional<unsigned int> Skyline::heightAt(std::size_t first, unsigned int wi
 
 /// Puts a step over those from \p first on.
 void Skyline::raise(std::size_t first, const Step& top) {
+    // Nothing has changed yet where memory runs out here.
+    if (steps_.size() == steps_.capacity())
+        steps_.reserve(2 * steps_.size());
     const unsigned int end = top.x + top.width;
     const auto covered = steps_.begin() + static_cast<std::ptrdiff_t>(first);
     auto behind = covered;

@@ -2,10 +2,11 @@
 """Turns the code blocks of Markdown pages, and the examples in the comments of headers, into what a
 compiler can check.
 
-Usage: code_blocks.py ROOT OUTPUT PAGE...
+Usage: code_blocks.py [--without HEADER]... ROOT OUTPUT PAGE...
        code_blocks.py --examples ROOT FILE HEADER...
 
-PAGE and HEADER are paths below ROOT. For the C++ blocks of pages, OUTPUT gets
+PAGE and HEADER are paths below ROOT. What includes a header that begins as one behind --without is read
+and left out. For the C++ blocks of pages, OUTPUT gets
   <page>.cpp          the statements of a page, one function for each block
   <page>_<line>.cpp   each block that is a file of its own
   pictures.inc        VELLIS_PICTURE("name", function, width, height) for each block with a picture
@@ -32,7 +33,7 @@ text before says otherwise:
 
 FILE gets the examples of the headers, which stand between \\code and \\endcode, each on a line of its
 own. An example is a list of statements, unless it begins with the declaration of a type, and uses
-what given_names.hpp has.
+what given_names.hpp has, and the header that it is in.
 """
 
 import pathlib
@@ -201,8 +202,9 @@ def quotes(lines, file_lines):
 class Writer:
     """Collects the translation units of all pages."""
 
-    def __init__(self, root):
+    def __init__(self, root, missing=()):
         self.root = root
+        self.missing = tuple(f"#include <{header}" for header in missing)
         self.quoted = set()
         self.sources = {}
         self.picture_sources = {}
@@ -238,7 +240,13 @@ class Writer:
             includes = [line for group in functions for block in group
                         for line in block.take_includes()]
             bodies = [self.function(page, group) for group in functions]
-            self.sources[f"{identifier(page)}.cpp"] = "\n".join((PROLOGUE, *includes, *bodies))
+            text = "\n".join((PROLOGUE, *includes, *bodies))
+            if not self.is_left_out(text):
+                self.sources[f"{identifier(page)}.cpp"] = text
+
+    def is_left_out(self, text):
+        """Whether it needs a header that is missing."""
+        return any(line.startswith(self.missing) for line in text.splitlines())
 
     def check_quotation(self, block):
         name = block.options["from"][1].strip()
@@ -256,12 +264,15 @@ class Writer:
         text += self.hidden(block, "before") + self.shown(block) + self.hidden(block, "after")
         name = f"{identifier(block.page)}_{block.line}.cpp"
         if "picture" in block.options:
-            self.add_picture(block)
-            self.picture_sources[name] = text
-        else:
+            row = self.picture_row(block)
+            if not self.is_left_out(text):
+                self.pictures.append(row)
+                self.picture_sources[name] = text
+        elif not self.is_left_out(text):
             self.sources[name] = text
 
-    def add_picture(self, block):
+    @staticmethod
+    def picture_row(block):
         picture = PICTURE.match(block.options["picture"][1].strip())
         if picture is None:
             block.fail("a picture has a name and a size: <!-- picture: name 480x320 -->.")
@@ -269,7 +280,7 @@ class Writer:
         function = "draw" + camel_case(name)
         if f"void {function}()" not in block.text() + block.options.get("after", (0, ""))[1]:
             block.fail(f"the block does not define void {function}().")
-        self.pictures.append(f'VELLIS_PICTURE("{name}", {function}, {width}, {height})')
+        return f'VELLIS_PICTURE("{name}", {function}, {width}, {height})'
 
     @staticmethod
     def add_statements(block, functions):
@@ -324,7 +335,10 @@ def write_examples(root, file, *headers):
     parts = [PROLOGUE + GIVEN_NAMES]
     for header in headers:
         lines = (root / header).read_text(encoding="utf-8").splitlines()
-        for block in read_examples(header, lines):
+        examples = read_examples(header, lines)
+        if examples and header.startswith("include/"):
+            parts.append(f"#include <{header.removeprefix('include/')}>\n")
+        for block in examples:
             text = Writer.shown(block)
             if re.match(r"(class|struct|template)\b", block.lines[0]):
                 parts.append(text)
@@ -335,8 +349,8 @@ def write_examples(root, file, *headers):
     write_if_different(file, "\n".join(parts))
 
 
-def write_blocks(root, output, *pages):
-    writer = Writer(root)
+def write_blocks(root, output, *pages, missing=()):
+    writer = Writer(root, missing)
     for page in pages:
         lines = (root / page).read_text(encoding="utf-8").splitlines()
         writer.add_page(page, read_blocks(page, lines))
@@ -344,10 +358,16 @@ def write_blocks(root, output, *pages):
 
 
 def main(*arguments):
-    of_headers = arguments[0] == "--examples"
-    write = write_examples if of_headers else write_blocks
-    root, output, *files = arguments[1:] if of_headers else arguments
-    write(pathlib.Path(root), pathlib.Path(output), *files)
+    if arguments[0] == "--examples":
+        root, output, *headers = arguments[1:]
+        write_examples(pathlib.Path(root), pathlib.Path(output), *headers)
+        return
+    missing = []
+    while arguments[0] == "--without":
+        missing.append(arguments[1])
+        arguments = arguments[2:]
+    root, output, *pages = arguments
+    write_blocks(pathlib.Path(root), pathlib.Path(output), *pages, missing=missing)
 
 
 if __name__ == "__main__":

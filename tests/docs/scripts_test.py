@@ -30,9 +30,9 @@ class WithFolder(unittest.TestCase):
         path.write_text("\n".join(lines) + "\n", encoding="utf-8")
         return path
 
-    def extract(self, *lines):
+    def extract(self, *lines, options=()):
         self.write("page.md", *lines)
-        code_blocks.main(self.root, self.root / "out", "page.md")
+        code_blocks.main(*options, self.root, self.root / "out", "page.md")
         return self.root / "out"
 
 
@@ -90,6 +90,23 @@ class CodeBlocks(WithFolder):
                          'VELLIS_PICTURE("two-words", drawTwoWords, 4, 2)\n')
         self.assertEqual((out / "picture_sources.txt").read_text(encoding="utf-8"), "page_3.cpp\n")
         self.assertEqual((out / "sources.txt").read_text(encoding="utf-8"), "")
+
+    def test_what_needs_a_missing_header_is_left_out(self):
+        lines = ("<!-- picture: name 4x2 -->", "```cpp", "#include <lib/a.hpp>", "void drawName() {}", "```",
+                 "```cpp", "#include <lib/b.hpp>", "```", "```cpp", "#include <cmath>", "```",
+                 "<!-- before:", "#include <lib/c.hpp>", "-->", "```cpp", "int i = 1;", "```")
+
+        def made(*options):
+            out = self.extract(*lines, options=options)
+            names = ("sources.txt", "picture_sources.txt", "pictures.inc")
+            return [(out / name).read_text(encoding="utf-8").split("\n")[:-1] for name in names]
+
+        everything = [["page_7.cpp", "page_10.cpp", "page.cpp"], ["page_3.cpp"],
+                      ['VELLIS_PICTURE("name", drawName, 4, 2)']]
+        self.assertEqual(made(), everything)
+        self.assertEqual(made("--without", "library/"), everything)
+        self.assertEqual(made("--without", "GLFW/", "--without", "lib/"), [["page_10.cpp"], [], []])
+        self.assertEqual(made("--without", "lib/b"), [["page_10.cpp", "page.cpp"], *everything[1:]])
 
     def test_files_of_blocks_that_are_gone_go(self):
         out = self.extract("```cpp", "#include <cmath>", "```", "```sh", "true", "```")
@@ -150,6 +167,15 @@ class Examples(WithFolder):
                                "    /// };", "    /// \\endcode")
         self.assertIn('\n#line 2 "header.hpp"\nstruct S {\n    int i;\n};\n', source)
         self.assertNotIn("inline auto", source)
+
+    def test_example_has_its_header(self):
+        self.write("include/a/b.hpp", "/// \\code", "/// int i = 1;", "/// \\endcode")
+        self.write("include/a/c.hpp", "/// Text.")
+        code_blocks.main("--examples", self.root, self.root / "out.cpp", "include/a/b.hpp",
+                         "include/a/c.hpp")
+        source = (self.root / "out.cpp").read_text(encoding="utf-8")
+        self.assertIn("#include <a/b.hpp>\n", source)
+        self.assertNotIn("c.hpp", source)
 
     def test_text_behind_the_command_is_a_mistake(self):
         with self.assertRaisesRegex(code_blocks.Mistake, "header.hpp:1: .* a line of its own"):

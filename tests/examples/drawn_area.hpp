@@ -33,11 +33,11 @@ struct Area {
     }
 };
 
-/// The pixels for which a function of their bytes holds.
+/// The pixels for which a function of their bytes holds, from a row on.
 template <class IsOne>
-Area areaOf(const offscreen::Image& image, IsOne isOne) {
+Area areaOf(const offscreen::Image& image, IsOne isOne, unsigned int firstRow = 0) {
     Area area;
-    for (unsigned int y = 0; y < image.height; ++y) {
+    for (unsigned int y = firstRow; y < image.height; ++y) {
         for (unsigned int x = 0; x < image.width; ++x) {
             if (isOne(image.at(x, y)))
                 area.add(x, y);

@@ -7,26 +7,35 @@
 #include <gmock/gmock.h>
 
 #include <offscreen/image.hpp>
+#include <plot/axes.hpp>
 #include <plot/plot.hpp>
 #include <plot/signal.hpp>
 #include <plot/view.hpp>
+#include <plot/words.hpp>
 
 #include "examples/drawn_area.hpp"
 #include "examples/program_picture.hpp"
 #include "support/render_test.hpp"
+#include "support/stderr_capture.hpp"
 
 namespace {
 
 using ::testing::AnyOf;
+using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 bool isTeal(const unsigned char* pixel) {
     return isLike(pixel, 41, 158, 143);
 }
 
+/// Whether the program has nothing to say about a font.
+bool findsWhatItNeeds() {
+    return vellis::test::stderrOf([] { plot::loadFonts(""); }).empty();
+}
+
 class PlotProgram : public ProgramPicture {
 protected:
-    PlotProgram() : ProgramPicture(VELLIS_PLOT_PROGRAM, 640, 400) {}
+    PlotProgram() : ProgramPicture(VELLIS_PLOT_PROGRAM, 640, 440, findsWhatItNeeds()) {}
 
     /// Runs the program once in a process: some drivers take long for a million samples.
     void SetUp() override {
@@ -51,39 +60,40 @@ protected:
 };
 
 TEST_F(PlotProgram, DrawsAxesOfOnePixel) {
-    EXPECT_TRUE(hasColor(44, 345, 43, 59, 71));
-    EXPECT_TRUE(hasColor(500, 359, 43, 59, 71));
-    EXPECT_TRUE(hasColor(117, 362, 43, 59, 71)) << "a tick";
-    EXPECT_TRUE(hasColor(41, 264, 43, 59, 71)) << "a tick";
-    EXPECT_EQ(drawnBetween(30, 340, 46, 340), 1);
-    EXPECT_EQ(drawnBetween(480, 358, 480, 370), 1);
-    EXPECT_EQ(drawnBetween(0, 367, 639, 399), 0);
+    EXPECT_TRUE(hasColor(64, 345, 43, 59, 71));
+    EXPECT_TRUE(hasColor(500, 383, 43, 59, 71));
+    EXPECT_TRUE(hasColor(207, 387, 43, 59, 71)) << "a tick";
+    EXPECT_TRUE(hasColor(60, 246, 43, 59, 71)) << "a tick";
+    EXPECT_EQ(drawnBetween(30, 225, 66, 225), 1);
+    EXPECT_EQ(drawnBetween(440, 380, 440, 405), 1);
+    EXPECT_EQ(drawnBetween(0, 430, 639, 439), 0);
 }
 
 TEST_F(PlotProgram, DrawsADashedGrid) {
-    EXPECT_NEAR(drawnBetween(117, 260, 117, 349), 54, 3) << "of ten pixels six are dash";
-    EXPECT_NEAR(drawnBetween(400, 311, 599, 311), 120, 4);
-    EXPECT_EQ(drawnBetween(60, 275, 110, 305), 0) << "between the lines of the grid";
+    EXPECT_NEAR(drawnBetween(207, 290, 207, 379), 54, 4) << "of ten pixels six are dash";
+    EXPECT_NEAR(drawnBetween(400, 336, 599, 336), 120, 4);
+    EXPECT_EQ(drawnBetween(75, 300, 200, 330), 0) << "between the lines of the grid";
 }
 
 TEST_F(PlotProgram, DrawsTheCurveAllTheWay) {
-    for (unsigned int x = 46; x <= 603; ++x) {
+    for (unsigned int x = 66; x <= 623; ++x) {
         unsigned int count = 0;
-        for (unsigned int y = 97; y < 359; ++y)
+        for (unsigned int y = 130; y < 383; ++y)
             count += isTeal(picture.at(x, y)) ? 1u : 0u;
-        const bool isBehindTheMark = x > 312 && x < 337;
+        const bool isBehindTheMark = x > 332 && x < 357;
         EXPECT_TRUE(count > 0 || isBehindTheMark) << x;
     }
-    EXPECT_EQ(drawnBetween(606, 84, 639, 355), 0) << "nothing beside the area";
+    EXPECT_EQ(drawnBetween(626, 120, 639, 380), 0) << "nothing beside the area";
 }
 
 TEST_F(PlotProgram, MarksTheMaximum) {
-    const Area coral = areaOf(picture, [](const auto* p) { return isLike(p, 232, 112, 82); });
+    const Area coral = areaOf(
+        picture, [](const auto* p) { return isLike(p, 232, 112, 82); }, 110);
     EXPECT_NEAR(coral.right - coral.left + 1, 22, 2);
     EXPECT_NEAR(coral.bottom - coral.top + 1, 22, 2);
     const unsigned int x = (coral.left + coral.right) / 2;
     const unsigned int y = (coral.top + coral.bottom) / 2;
-    EXPECT_NEAR(x, 324, 1) << "the middle of what is shown";
+    EXPECT_NEAR(x, 344, 1) << "the middle of what is shown";
     EXPECT_TRUE(hasColor(x, y, 232, 112, 82));
     EXPECT_TRUE(hasColor(x, y - 5, 255, 255, 255)) << "its ring";
     EXPECT_TRUE(hasColor(x, y - 9, 232, 112, 82)) << "its rim";
@@ -91,15 +101,15 @@ TEST_F(PlotProgram, MarksTheMaximum) {
 }
 
 TEST_F(PlotProgram, DrawsAllOfTheSignalAbove) {
-    for (unsigned int x = 46; x <= 603; ++x) {
+    for (unsigned int x = 66; x <= 623; ++x) {
         unsigned int count = 0;
-        for (unsigned int y = 21; y < 75; ++y)
+        for (unsigned int y = 47; y < 101; ++y)
             count += isTeal(picture.at(x, y)) ? 1u : 0u;
         EXPECT_GE(count, 3u) << x;
     }
-    EXPECT_TRUE(hasColor(388, 70, 237, 199, 110)) << "where the part is";
-    EXPECT_TRUE(isTeal(picture.at(390, 50))) << "the burst";
-    EXPECT_EQ(drawnBetween(380, 70, 387, 73), 0) << "beside it";
+    EXPECT_TRUE(hasColor(408, 96, 237, 199, 110)) << "where the part is";
+    EXPECT_TRUE(isTeal(picture.at(410, 76))) << "the burst";
+    EXPECT_EQ(drawnBetween(400, 96, 407, 99), 0) << "beside it";
 }
 
 TEST(PlotProgramWithoutAFile, SaysThatThereIsNoScreen) {
@@ -109,6 +119,22 @@ TEST(PlotProgramWithoutAFile, SaysThatThereIsNoScreen) {
     ASSERT_EQ(lines(run.errors).size(), 1u) << run.errors;
     EXPECT_THAT(run.errors, AnyOf(StartsWith("No window can be opened ("),
                                   StartsWith("This program has been built without GLFW")));
+}
+
+TEST(PlotProgramWithAFont, SaysWhenThatCannotBeUsed) {
+    const Outcome run = runProgram(VELLIS_PLOT_PROGRAM, "--font /no/font.ttf picture.png");
+    EXPECT_FALSE(run.succeeded);
+    EXPECT_EQ(run.output, "");
+    EXPECT_THAT(run.errors, AnyOf(HasSubstr("/no/font.ttf cannot be used"),
+                                  HasSubstr("built without vellis::text")));
+}
+
+TEST(PlotProgramWithAFont, AsksForOneFileEach) {
+    for (const char* const arguments : {"--font", "a.png b.png", "--size 3", "--font a --font b"}) {
+        const Outcome run = runProgram(VELLIS_PLOT_PROGRAM, arguments);
+        EXPECT_FALSE(run.succeeded) << arguments;
+        EXPECT_EQ(run.errors, "Usage: vellis_plot [--font file] [picture.png]\n") << arguments;
+    }
 }
 
 class PlotScene : public RenderTest {
@@ -142,7 +168,7 @@ TEST_F(PlotScene, HasEachSampleAtItsPlaceWhenMillisecondsAreWide) {
     int samples = 0;
     for (std::size_t i = 4980; i < 5020; ++i) {
         const glm::dvec2 place = placeOf(signal().samples[i], view.range());
-        if (!view.range().contains(signal().samples[i]) || place.x < 48.0 || place.x > 470.0)
+        if (!view.range().contains(signal().samples[i]) || place.x < 68.0 || place.x > 490.0)
             continue;
         ++samples;
         const auto x = static_cast<unsigned int>(place.x);

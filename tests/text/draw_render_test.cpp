@@ -2,113 +2,21 @@
 
 #include <vellis/text.hpp>
 
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <memory>
-#include <vector>
 
 #include <glm/gtc/matrix_transform.hpp>
 #include <gtest/gtest.h>
 #include <vellis/gl.hpp>
 
-#include "canvas/scene_fixture.hpp"
-#include "text/test_font.hpp"
+#include "text/draw_fixture.hpp"
 
 namespace vellis::test {
 namespace {
 
 using text::Anchor;
 using text::Font;
-using text::GlyphBitmap;
 
-constexpr const char* name = "DejaVuSans.ttf";
-const glm::vec4 white(1.f);
-
-/// Coverage as it is expected in each pixel, counted from the lower left corner.
-class Expected {
-public:
-    Expected(unsigned int width, unsigned int height)
-        : width_(static_cast<int>(width)),
-          height_(static_cast<int>(height)),
-          coverage_(std::size_t{width} * height) {}
-
-    /// Adds the bitmaps of a text's glyphs, at whole pixels.
-    void add(Font& font, const char* text, int x, int y, Anchor anchor) {
-        for (const text::PlacedGlyph& glyph : place(font, text, anchor)) {
-            const GlyphBitmap bitmap = font.render(glyph.index);
-            const int left = x + static_cast<int>(glyph.origin.x) + bitmap.left;
-            const int top = y + static_cast<int>(glyph.origin.y) + bitmap.top - 1;
-            for (std::size_t i = 0; i < bitmap.coverage.size(); ++i) {
-                const int column = left + static_cast<int>(i % bitmap.width);
-                const int row = top - static_cast<int>(i / bitmap.width);
-                blend(column, row, bitmap.coverage[i]);
-            }
-        }
-    }
-
-    int at(int x, int y) const { return coverage_.at(static_cast<std::size_t>(y * width_ + x)); }
-
-private:
-    void blend(int x, int y, int coverage) {
-        if (x < 0 || y < 0 || x >= width_ || y >= height_)
-            return;
-        std::uint8_t& pixel = coverage_.at(static_cast<std::size_t>(y * width_ + x));
-        pixel = static_cast<std::uint8_t>(pixel + (255 - pixel) * coverage / 255);
-    }
-
-    int width_;
-    int height_;
-    std::vector<std::uint8_t> coverage_;
-};
-
-class DrawRender : public CanvasSceneTest {
-protected:
-    void SetUp() override {
-        CanvasSceneTest::SetUp();
-        if (!goesOn())
-            return;
-        if (findFont(name).empty())
-            GTEST_SKIP() << "there is no " << name;
-        font = Font::load(findFont(name), 15.f);
-    }
-
-    /// What a batch draws on black.
-    template <class Draw>
-    void draw(Draw drawing) {
-        clearScene();
-        canvas->begin(strokeSceneMatrix());
-        drawing();
-        canvas->end();
-        scene = readScene();
-    }
-
-    /// The red part of a pixel, counted from the lower left corner.
-    int at(unsigned int x, unsigned int y) const { return scene.at(x, scene.height - 1 - y)[0]; }
-
-    /// How far the picture is from what is expected at most.
-    int distanceTo(const Expected& expected) const {
-        int farthest = 0;
-        for (unsigned int y = 0; y < scene.height; ++y) {
-            for (unsigned int x = 0; x < scene.width; ++x) {
-                const int step = at(x, y) - expected.at(static_cast<int>(x), static_cast<int>(y));
-                farthest = (std::max)(farthest, std::abs(step));
-            }
-        }
-        return farthest;
-    }
-
-    /// The sum of all coverage.
-    double sum() const {
-        double all = 0.;
-        for (std::size_t i = 0; i < scene.pixels.size(); i += 4)
-            all += scene.pixels[i];
-        return all;
-    }
-
-    std::shared_ptr<Font> font;
-    offscreen::Image scene;
-};
+class DrawRender : public TextSceneTest {};
 
 TEST_F(DrawRender, PixelsHaveTheCoverageOfTheGlyphs) {
     draw([&] {
@@ -146,7 +54,7 @@ TEST_F(DrawRender, ThePositionMovesToWholePixels) {
 }
 
 TEST_F(DrawRender, LargeGlyphsHaveTexturesOfTheirOwn) {
-    font = Font::load(findFont(name), 900.f);
+    font = Font::load(findFont(fontName), 900.f);
     ASSERT_NE(font, nullptr);
     draw([&] { text::draw(canvas, font, {64., 64.}, "W", white, Anchor::Center); });
     Expected expected(scene.width, scene.height);
@@ -156,7 +64,7 @@ TEST_F(DrawRender, LargeGlyphsHaveTexturesOfTheirOwn) {
 }
 
 TEST_F(DrawRender, ManyGlyphsTakeSeveralPages) {
-    const auto large = Font::load(findFont(name), 200.f);
+    const auto large = Font::load(findFont(fontName), 200.f);
     ASSERT_NE(large, nullptr);
     draw([&] {
         canvas->setTransform(glm::scale(glm::mat4(1.f), glm::vec3(0.f)));
@@ -201,6 +109,18 @@ TEST_F(DrawRender, APictureKeepsATextAcrossNewGlyphs) {
     Expected expected(scene.width, scene.height);
     expected.add(*font, "Hamburg", 60, 60, Anchor::Center);
     EXPECT_LE(distanceTo(expected), 1);
+}
+
+TEST_F(DrawRender, ATextBehindTheViewerIsNotSeen) {
+    const auto sumAt = [&](double z) {
+        draw([&] {
+            canvas->begin(glm::perspective(1.f, 1.f, 0.1f, 10.f));
+            text::draw(canvas, font, {0., 0., z}, "Hamburg", white, Anchor::Center);
+        });
+        return sum();
+    };
+    EXPECT_GT(sumAt(-1.), 5000.);
+    EXPECT_EQ(sumAt(1.), 0.);
 }
 
 TEST_F(DrawRender, TheColorsAlphaCounts) {

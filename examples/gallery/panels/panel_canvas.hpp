@@ -28,6 +28,7 @@ public:
 
     vellis::Canvas& operator*() const { return *canvas_; }
     vellis::Canvas* operator->() const { return canvas_.get(); }
+    const std::shared_ptr<vellis::Canvas>& shared() const { return canvas_; }
 
 private:
     std::shared_ptr<vellis::Canvas> canvas_;

@@ -31,6 +31,13 @@ std::vector<Panel> canvasShapePanels();
 /// Scenes of many lines of a canvas's: a map, a plot, a wireframe.
 std::vector<Panel> canvasScenePanels();
 
+/// Images that a canvas draws.
+std::vector<Panel> canvasImagePanels();
+
+/// Texts: sizes, anchors, angles, scripts, places. None where vellis::text is missing, or a font,
+/// of which a line on standard error tells.
+std::vector<Panel> textPanels();
+
 /// Textures of one to three dimensions.
 std::vector<Panel> texturePanels();
 

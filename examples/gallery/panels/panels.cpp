@@ -1,5 +1,6 @@
 #include <gallery/frame/panel.hpp>
 
+#include <algorithm>
 #include <initializer_list>
 
 #include <gallery/panels/panel_groups.hpp>
@@ -15,6 +16,13 @@ std::vector<Panel> joined(std::initializer_list<std::vector<Panel>> tables) {
     return result;
 }
 
+/// The groups that have panels.
+std::vector<Group> withPanels(std::vector<Group> all) {
+    const auto isEmpty = [](const Group& group) { return group.panels.empty(); };
+    all.erase(std::remove_if(all.begin(), all.end(), isEmpty), all.end());
+    return all;
+}
+
 std::vector<Panel> withoutGroups() {
     std::vector<Panel> result;
     for (const Group& group : groups())
@@ -25,13 +33,15 @@ std::vector<Panel> withoutGroups() {
 } // namespace
 
 const std::vector<Group>& groups() {
-    static const std::vector<Group> table = {
+    static const std::vector<Group> table = withPanels({
         {"Drawing", joined({shapePanels(), rasterPanels()})},
         {"Toolbox", joined({toolboxLinePanels(), toolboxAreaPanels(), toolboxMarkPanels()})},
-        {"Canvas", joined({canvasLinePanels(), canvasShapePanels(), canvasScenePanels()})},
+        {"Canvas", joined({canvasLinePanels(), canvasShapePanels(), canvasScenePanels(),
+                           canvasImagePanels()})},
+        {"Text", textPanels()},
         {"Textures", joined({texturePanels(), samplerPanels()})},
         {"Framebuffers", joined({framebufferPanels(), fragmentPanels(), blendingPanels()})},
-    };
+    });
     return table;
 }
 

@@ -35,8 +35,8 @@ struct GlyphBitmap {
 /// A font in one size.
 ///
 /// \code
-/// const auto font = vellis::text::Font::load("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
-/// 16); if (font != nullptr) {
+/// const auto font = vellis::text::Font::load("/usr/share/fonts/DejaVuSans.ttf", 16.f);
+/// if (font != nullptr) {
 ///     const auto text = font->shape("Hello, world");
 ///     const double width = vellis::text::pixelsOf(font->measure("Hello, world").advance);
 /// }

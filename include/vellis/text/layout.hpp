@@ -39,6 +39,8 @@ struct PlacedGlyph {
 ///
 /// Without a turn, each is on whole pixels, the nearest ones to its exact position.
 ///
+/// \param font    Shapes the text, and keeps it.
+/// \param text    In UTF-8.
 /// \param anchor  One that does not exist is TopLeft.
 /// \param angle   Turns the text about its position, counter-clockwise, in radians; not to whole
 ///                pixels, unless it is 0. One that is not finite places no glyph.

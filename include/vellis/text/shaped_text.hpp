@@ -20,11 +20,12 @@ inline double pixelsOf(Fixed value) {
 
 /// A rectangle, up being +y. One without a width or a height is empty.
 struct FixedBox {
-    Fixed left = 0;
-    Fixed bottom = 0;
-    Fixed right = 0;
-    Fixed top = 0;
+    Fixed left = 0;   ///< its least x
+    Fixed bottom = 0; ///< its least y
+    Fixed right = 0;  ///< its greatest x
+    Fixed top = 0;    ///< its greatest y
 
+    /// Whether it has no area.
     bool isEmpty() const { return !(left < right && bottom < top); }
 };
 
