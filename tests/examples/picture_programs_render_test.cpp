@@ -17,6 +17,7 @@ struct NamedProgram {
     const char* path;
     bool isQuiet = true;    ///< prints nothing on standard error while it draws
     bool hasWindow = false; ///< opens a window where it is not told a file
+    const char* usage = "picture.png";
 };
 
 class PictureProgramFailure : public ::testing::TestWithParam<NamedProgram> {
@@ -30,20 +31,22 @@ protected:
 INSTANTIATE_TEST_SUITE_P(
     Examples, PictureProgramFailure,
     ::testing::Values(NamedProgram{"vellis_diagnose", VELLIS_DIAGNOSE_PROGRAM, false},
-                      NamedProgram{"vellis_plot", VELLIS_PLOT_PROGRAM, true, true},
+                      NamedProgram{"vellis_plot", VELLIS_PLOT_PROGRAM, true, true,
+                                   "[--font file] [picture.png]"},
                       NamedProgram{"vellis_postprocess", VELLIS_POSTPROCESS_PROGRAM}),
     [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST_P(PictureProgramFailure, SaysHowItIsUsed) {
     const bool hasWindow = GetParam().hasWindow;
-    const std::string usage = hasWindow ? " [picture.png]\n" : " picture.png\n";
+    const std::string usage =
+        "Usage: " + std::string(GetParam().name) + " " + GetParam().usage + "\n";
     for (const char* arguments : {"", "one two"}) {
         if (hasWindow && *arguments == '\0')
             continue;
         const Outcome outcome = run(arguments);
         EXPECT_FALSE(outcome.succeeded);
         EXPECT_EQ(outcome.output, "");
-        EXPECT_EQ(outcome.errors, "Usage: " + std::string(GetParam().name) + usage);
+        EXPECT_EQ(outcome.errors, usage);
     }
 }
 
