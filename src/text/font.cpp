@@ -87,6 +87,10 @@ std::shared_ptr<Font> Font::load(const std::string& path, float pixels) {
     return load(std::move(*bytes), pixels, path.c_str());
 }
 
+std::shared_ptr<Font> Font::load(const char* path, float pixels) {
+    return load(std::string(path != nullptr ? path : ""), pixels);
+}
+
 std::shared_ptr<Font> Font::load(const void* memory, std::size_t numBytes, float pixels) {
     const char* const name = "font in memory";
     if (memory == nullptr || numBytes > largestFile)

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd> // declares std::string: who hands one over includes <string>
 #include <memory>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -88,9 +88,7 @@ public:
     static std::shared_ptr<Font> load(const std::string& path, float pixels);
 
     /// The same; a null path is that of no file.
-    static std::shared_ptr<Font> load(const char* path, float pixels) {
-        return load(std::string(path != nullptr ? path : ""), pixels);
-    }
+    static std::shared_ptr<Font> load(const char* path, float pixels);
 
     /// The same from memory, of which a copy is made.
     static std::shared_ptr<Font> load(const void* memory, std::size_t numBytes, float pixels);
