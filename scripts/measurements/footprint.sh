@@ -81,28 +81,23 @@ size() {
     echo $((($(stat --format %s "$work/stripped") + 500) / 1000))
 }
 
-# Prints the size of one of the libraries, which is above the limit or not.
-check_size() {
-    local own verdict=within
-    own="$(size "$build/$1")"
-    if ((own > $2)); then
-        verdict=ABOVE
-        above=1
+# Prints the names of the libraries with their sizes, and with their limits where they have one.
+list_sizes() {
+    local library
+    echo "libvellis.so $(size "$build/libvellis.so") $size_limit"
+    if [[ -e "$build/libvellis-text.so" ]]; then
+        echo "libvellis-text.so $(size "$build/libvellis-text.so") $text_limit"
     fi
-    printf '%-40s %6d kB   %s %d\n' "$1" "$own" "$verdict" "$2"
+    for library in "${libraries[@]}"; do
+        echo "$library.so $(size "$(readlink -f "$multiarch/$library.so")")"
+    done
 }
 
 say ""
-check_size libvellis.so "$size_limit"
-if [[ -e "$build/libvellis-text.so" ]]; then
-    check_size libvellis-text.so "$text_limit"
-fi
 libraries=(libsfml-graphics libsfml-window libsfml-system)
 if "$peers"; then
     libraries+=(libglobjects libglbinding libQt6OpenGL libQt6Gui)
 fi
-for library in "${libraries[@]}"; do
-    printf '%-40s %6d kB\n' "$library.so" "$(size "$(readlink -f "$multiarch/$library.so")")"
-done
+list_sizes | python3 "$repository/scripts/measurements/reports.py" sizes || above=1
 
 ((above == 0)) || fail "above the limits: see ABOVE in the tables."

@@ -9,12 +9,18 @@ Usage: reports.py times LIMITS             reports of Google Benchmark, one run 
        reports.py instructions LIMITS      lines: workload size library runs allocations instructions
        reports.py headers UMBRELLA FAMILY  lines: name, a tab, seconds; in rounds, the reference first
        reports.py startup LIMIT            lines: bare or engine, microseconds, those of a second load
+       reports.py sizes                    lines: library kilobytes, and the limit where it has one
+       reports.py contexts LIMIT...        lines: what value; a limit is WHAT=most:VALUE or WHAT=least:VALUE
+       reports.py held                     the file HELD_LIMITS: all limits with what was measured last
 
-Each reads its standard input, and fails where something is above its limit.
+Each reads its standard input, and fails where something is beyond its limit. Where the environment names a
+file HELD_LIMITS, they add a line to it for each limit: what, measured, the limit, the
+room that is left; with tabs between them.
 """
 
 import collections
 import json
+import os
 import pathlib
 import statistics
 import sys
@@ -79,16 +85,33 @@ def grouped(pairs):
 # --- What is said ---
 
 
+def joined(values):
+    return ", ".join(f"{value:.6g}" for value in values)
+
+
 class Verdicts:
     """Holds values against limits, and remembers whether one was above its own."""
 
     def __init__(self):
         self.above = 0
 
-    def of(self, values, limits):
+    def of(self, what, values, limits):
+        """Each value is to be at most its limit."""
+        rooms = [(limit - value) / limit for value, limit in zip(values, limits) if limit != 0]
         is_within = all(value <= limit for value, limit in zip(values, limits))
-        self.above += not is_within
-        return f"{'within' if is_within else 'ABOVE'} {', '.join(f'{limit:g}' for limit in limits)}"
+        return self.judge(what, values, limits, rooms, "within" if is_within else "ABOVE")
+
+    def of_least(self, what, value, limit):
+        """The value is to be at least the limit."""
+        return self.judge(what, [value], [limit], [(value - limit) / limit], "within" if value >= limit else "BELOW")
+
+    def judge(self, what, values, limits, rooms, verdict):
+        self.above += verdict != "within"
+        if path := os.environ.get("HELD_LIMITS"):
+            room = f"{100 * min(rooms):.0f} %" if rooms else ""
+            with open(path, "a", encoding="utf-8") as lines:
+                lines.write(f"{what}\t{joined(values)}\t{joined(limits)}\t{room}\n")
+        return f"{verdict} {joined(limits)}"
 
     def missing(self, limits, measured, path):
         """A limit of what was not measured holds nothing."""
@@ -111,7 +134,7 @@ def times(verdicts, text, path):
         ratios = [run["vellis_ratio"] for run in runs]
         ratio = round(statistics.median(ratios), 3)
         limit = limits.get((workload, size))
-        verdict = verdicts.of([ratio], limit) if limit else ""
+        verdict = verdicts.of(f"time {workload} {size}", [ratio], limit) if limit else ""
         say(f"{workload:24} {size:7} {raw:12.0f} {own:12.0f} {ratio:7.3f}  "
             f"{min(ratios):.3f} to {max(ratios):.3f}   {verdict}")
     verdicts.missing(limits, measured, path)
@@ -156,7 +179,8 @@ def canvas(verdicts, text, path):
                 ratios = [value / base for value, base in zip(values, beside)]
                 ratio = round(statistics.median(ratios), 3)
                 limit = limits.pop((workload, size, side, other), None)
-                verdict = verdicts.of([ratio], [limit]) if limit is not None else ""
+                verdict = verdicts.of(f"{workload} {size}, {side} beside {other}", [ratio],
+                                      [limit]) if limit is not None else ""
                 numbers = "" if other == "-" else f"{ratio:8.3f}  {min(ratios):.3f} to {max(ratios):.3f}"
                 say(f"{workload:20} {size:8} {side:14} {statistics.median(values):12.1f} {other:8} "
                     f"{numbers:27} {verdict}")
@@ -204,7 +228,8 @@ def instructions(verdicts, text, path):
             verdict = ""
             if run.library == "vellis" and (workload, size) in limits:
                 held.add((workload, size))
-                verdict = verdicts.of([added, run.allocations], limits[workload, size])
+                verdict = verdicts.of(f"instructions, allocations {workload} {size}",
+                                      [added, run.allocations], limits[workload, size])
             say(f"{'':24} {'':7}  {run.library:10} {run.instructions:12.0f} {added:+8.0f} "
                 f"{run.allocations:12.4g}   {verdict}")
     verdicts.missing(limits, held, path)
@@ -222,7 +247,7 @@ def headers(verdicts, text, umbrella, family):
         ratio = statistics.median(own / other for own, other in zip(seconds, reference))
         verdict = ""
         if name.startswith("vellis/"):
-            verdict = verdicts.of([ratio], [float(umbrella if name == UMBRELLA else family)])
+            verdict = verdicts.of(name, [ratio], [float(umbrella if name == UMBRELLA else family)])
         say(f"{name:80} {1000 * statistics.median(seconds):8.0f} {ratio:8.2f}   {verdict}")
 
 
@@ -236,14 +261,48 @@ def startup(verdicts, text, limit):
     say(f"{'load':28} {'µs':>8} {'ratio':>8}")
     say(f"{'the loader alone':28} {statistics.median(bare):8.0f}")
     say(f"{'engine::init':28} {statistics.median(engine):8.0f} {ratio:8.2f}   "
-        f"{verdicts.of([ratio], [float(limit)])}")
+        f"{verdicts.of('engine::init', [ratio], [float(limit)])}")
     say(f"{'the loader alone, again':28} {statistics.median(bare_again):8.0f}")
     say(f"{'engine::init, again':28} {statistics.median(engine_again):8.0f}")
 
 
+def sizes(verdicts, text):
+    for line in text.splitlines():
+        name, size, *limit = line.split()
+        verdict = verdicts.of(name, [int(size)], [int(limit[0])]) if limit else ""
+        say(f"{name:40} {size:>6} kB   {verdict}")
+
+
+def contexts(verdicts, text, *limits):
+    left = dict(limit.split("=") for limit in limits)
+    for line in text.splitlines():
+        what, value = line.split()
+        verdict = ""
+        if what in left:
+            kind, limit = left.pop(what).split(":")
+            if kind == "least":
+                verdict = verdicts.of_least(what, float(value), float(limit))
+            else:
+                verdict = verdicts.of(what, [float(value)], [float(limit)])
+        say(f"{what:18} {value:>8}   {verdict}")
+    for what in left:
+        print(f"{what} was not measured", file=sys.stderr)
+        verdicts.above += 1
+
+
+def held(_verdicts, text):
+    """Of what was measured again, the last counts."""
+    rows = {line.split("\t")[0]: line.split("\t") for line in text.splitlines()}
+    if not rows:
+        raise Missing("no limit was held.")
+    for row in [["what", "measured", "limit", "room"], *rows.values()]:
+        say("{:56} {:>14} {:>14} {:>7}".format(*row))
+
+
 def main(kind="", *arguments):
     kinds = {report.__name__: report
-             for report in (times, workloads, canvas, canvas_curves, curves, peers, instructions, headers, startup)}
+             for report in (times, workloads, canvas, canvas_curves, curves, peers, instructions, headers, startup,
+                            sizes, contexts, held)}
     if kind not in kinds:
         sys.exit(__doc__)
     verdicts = Verdicts()

@@ -61,7 +61,8 @@ class Reports(unittest.TestCase):
 
     def test_nothing_measured_fails(self):
         for kind in (["times", self.limits()], ["peers"], ["startup", "1"], ["headers", "1", "1"],
-                     ["instructions", self.limits()], ["canvas", self.limits()]):
+                     ["instructions", self.limits()], ["canvas", self.limits()], ["contexts", "use=most:1"],
+                     ["held"]):
             self.assertNotEqual(self.report("", *kind)[0], 0, kind)
 
     def test_filter_names_the_workloads_with_limits(self):
@@ -128,6 +129,35 @@ class Reports(unittest.TestCase):
         self.assertEqual(lines[2], ["engine::init", "110", "1.06", "within", "1.06"])
         self.assertEqual(status, 0)
         self.assertEqual(self.report(text, "startup", "1.05")[0], 1)
+
+    def test_sizes_are_held_where_they_have_a_limit(self):
+        status, lines = self.report("own.so 370 370\nother.so 900\n", "sizes")
+        self.assertEqual(lines, ["own.so 370 kB within 370".split(), "other.so 900 kB".split()])
+        self.assertEqual(status, 0)
+        self.assertEqual(self.report("own.so 371 370\n", "sizes"), (1, ["own.so 371 kB ABOVE 370".split()]))
+
+    def test_contexts_have_limits_of_both_kinds(self):
+        text = "use 50\nratio 0.95\nother 7\n"
+        status, lines = self.report(text, "contexts", "use=most:50", "ratio=least:0.95")
+        self.assertEqual(lines, ["use 50 within 50".split(), "ratio 0.95 within 0.95".split(), "other 7".split()])
+        self.assertEqual(status, 0)
+        status, lines = self.report(text, "contexts", "use=most:49", "ratio=least:0.96")
+        self.assertEqual([line[2] for line in lines[:2]], ["ABOVE", "BELOW"])
+        self.assertEqual(status, 1)
+        self.assertEqual(self.report(text, "contexts", "absent=most:9")[0], 1)
+
+    def test_limits_are_held_in_one_table_by_what_was_measured_last(self):
+        path = self.folder / "held"
+        with mock.patch.dict("os.environ", {"HELD_LIMITS": str(path)}):
+            self.report("own.so 371 370\n", "sizes")
+            self.report("ratio 0.99\n", "contexts", "ratio=least:0.9")
+            self.report("loop 1 raw 10 0 50\ndraw 1 raw 10 0 1050\ndraw 1 vellis 10 0 1950\n", "instructions",
+                        self.limits("draw 1 100 0"))
+            self.report("own.so 333 370\n", "sizes")
+        status, lines = self.report(path.read_text(encoding="utf-8"), "held")
+        self.assertEqual(lines[1:], ["own.so 333 370 10 %".split(), "ratio 0.99 0.9 10 %".split(),
+                                     "instructions, allocations draw 1 90, 0 100, 0 10 %".split()])
+        self.assertEqual(status, 0)
 
 
 if __name__ == "__main__":
