@@ -49,12 +49,14 @@ double leastStep(const Area& area, const Range& shown, int axis, float distance)
     return shown.size()[axis] * double{std::min(distance / area.size()[axis], 1.0f)};
 }
 
-/// A tick at each multiple of a step.
+/// A tick at each multiple of a step, also at one that rounding moves just out of the range.
 template <class Text>
 std::vector<Tick> ticks(const Area& area, const Range& shown, int axis, double step, Text text) {
+    constexpr double rounding = 1e-9;
     const double size = shown.size()[axis];
+    const double last = shown.high[axis] / step + rounding;
     std::vector<Tick> result;
-    for (double i = std::ceil(shown.low[axis] / step); i * step <= shown.high[axis]; i += 1.0) {
+    for (double i = std::ceil(shown.low[axis] / step - rounding); i <= last; i += 1.0) {
         const auto at = static_cast<float>((i * step - shown.low[axis]) / size);
         const float place = std::floor(area.low[axis] + at * area.size()[axis]) + 0.5f;
         result.push_back({place, text(i * step)});
