@@ -30,11 +30,15 @@ int descriptorOf(std::FILE* file) {
     return _fileno(file);
 }
 
-/// Not tmpfile(), which makes its file in the root folder. The file goes when it is closed.
+/// Not tmpfile(), which makes its file in the root folder. The file goes when it is closed. Another
+/// process may take the name before it is opened here: then the next one is tried.
 std::FILE* openTemporary() {
-    char* name = _tempnam(nullptr, "vellis");
-    std::FILE* file = name != nullptr ? std::fopen(name, "w+bD") : nullptr;
-    std::free(name);
+    std::FILE* file = nullptr;
+    for (int attempt = 0; attempt < 20 && file == nullptr; ++attempt) {
+        char* name = _tempnam(nullptr, "vellis");
+        file = name != nullptr ? std::fopen(name, "w+bD") : nullptr;
+        std::free(name);
+    }
     return file;
 }
 
