@@ -159,6 +159,23 @@ protected:
         return distanceBetween(scene, expected);
     }
 
+    /// Draws the same words on both sides by turns, and others, while canvases end.
+    void serveBoth(Side& first, Side& second) {
+        EXPECT_LE(distanceOn(first, "Ham"), 1);
+        EXPECT_LE(distanceOn(second, "Hb"), 1);
+        EXPECT_LE(distanceOn(first, "Hb"), 1);
+        EXPECT_LE(distanceOn(second, "Ham"), 1);
+        first.canvas.reset(); // while the other one is in use
+        EXPECT_LE(distanceOn(second, "Hum"), 1);
+        EXPECT_TRUE(first.surface->use());
+        first.canvas = Canvas::make();
+        EXPECT_LE(distanceOn(first, "Hum"), 1);
+        second.surface->use();
+        second.canvas.reset();
+        first.surface->use();
+        first.canvas.reset();
+    }
+
     std::shared_ptr<Font> font;
     const glm::mat4 matrix = glm::ortho<float>(0.f, sceneSize, 0.f, sceneSize);
     const Expected black{sceneSize, sceneSize};
@@ -171,19 +188,17 @@ TEST_F(DrawContextsRender, AFontServesCanvasesOfSeveral) {
     Side second = openSide();
     if (!goesOn())
         return;
-    EXPECT_LE(distanceOn(first, "Ham"), 1);
-    EXPECT_LE(distanceOn(second, "Hb"), 1);
-    EXPECT_LE(distanceOn(first, "Hb"), 1);
-    EXPECT_LE(distanceOn(second, "Ham"), 1);
-    first.canvas.reset(); // while the other one is in use
-    EXPECT_LE(distanceOn(second, "Hum"), 1);
-    EXPECT_TRUE(first.surface->use());
-    first.canvas = Canvas::make();
-    EXPECT_LE(distanceOn(first, "Hum"), 1);
-    second.surface->use();
-    second.canvas.reset();
-    first.surface->use();
-    first.canvas.reset();
+    serveBoth(first, second);
+}
+
+TEST_F(DrawContextsRender, AFontServesCanvasesOfContextsThatShareObjects) {
+    Side first = openSide();
+    if (!goesOn())
+        return;
+    Side second = openSide(first.surface.get());
+    if (!goesOn())
+        return;
+    serveBoth(first, second);
 }
 
 TEST_F(DrawContextsRender, ACanvasDrawsNothingInAnother) {
