@@ -100,7 +100,7 @@ struct Span {
     float high[2] = {-INFINITY, -INFINITY};
     float reach = 0.f;
 
-    /// \return false where the point is not in front of the near plane.
+    /// \return false where the point is not in front of the near plane, or nowhere.
     bool add(const glm::mat4& matrix, const float (&point)[3]) {
         float clip[4];
         for (int row = 0; row < 4; ++row)
@@ -110,6 +110,8 @@ struct Span {
             return false;
         for (int axis = 0; axis < 2; ++axis) {
             const float place = clip[axis] / clip[3];
+            if (!std::isfinite(place))
+                return false;
             low[axis] = std::min(low[axis], place);
             high[axis] = std::max(high[axis], place);
         }
@@ -123,7 +125,6 @@ struct Span {
         const float from = ((low[axis] + 1.f) * half - reach - margin) * scale;
         const float to = ((high[axis] + 1.f) * half + reach + margin) * scale;
         constexpr float last = numTiles - 1;
-        // Comparisons are false for what is not a number.
         return {from > 0.f ? static_cast<int>(std::min(from, last)) : 0,
                 to < last ? static_cast<int>(std::max(to, 0.f)) : numTiles - 1};
     }
@@ -134,7 +135,7 @@ Tiles tilesOf(const Drawing& drawing, const Command& command, const int (&viewpo
     const Look& look = drawing.looks[command.look];
     const Kind kind = command.kind;
     const unsigned int dimensions = command.dimensions;
-    if (command.count > mostRecords || look.paintsOnce || look.isFromBuffer)
+    if (command.count == 0 || command.count > mostRecords || look.paintsOnce || look.isFromBuffer)
         return {};
     const Layout layout(kind, dimensions);
     const std::size_t step = layout.copies * layout.numPoints * layout.stride;

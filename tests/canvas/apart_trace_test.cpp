@@ -146,16 +146,22 @@ TEST_F(ApartTrace, WhatIsUnknownIsEverywhere) {
     }
 }
 
-TEST_F(ApartTrace, BatchOfNumbersThatAreNoneIsDrawnInItsOrder) {
-    glm::mat4 huge(1e38f);
-    EXPECT_EQ(drawsOf(
-                  [&] {
-                      for (unsigned int i = 0; i < 9; ++i)
-                          pair(i);
-                  },
-                  huge)
-                  .size(),
-              18u);
+TEST_F(ApartTrace, WhatIsNowhereIsDrawnInItsOrder) {
+    glm::mat4 infinite(1e38f); // the places are beyond all numbers
+    glm::mat4 none(1.f);       // infinite, divided by the same
+    none[0] = glm::vec4(3e38f, 0.f, 0.f, 3e38f);
+    for (const glm::mat4& matrix : {infinite, none}) {
+        const Lines draws = drawsOf(
+            [&] {
+                for (unsigned int i = 0; i < 9; ++i)
+                    pair(i);
+            },
+            matrix);
+        EXPECT_EQ(draws.size(), 18u);
+    }
+}
+
+TEST_F(ApartTrace, WhatIsLeftOutTouchesNothing) {
     EXPECT_EQ(numDraws(
                   9, [] {},
                   [&] {
