@@ -113,9 +113,9 @@ struct AllLabels {
 };
 
 void keep(const Labelled& object, std::string_view text) {
-    detail::AtExit<AllLabels>::arm();
     auto made = std::make_unique<Label>(Label{object, std::string(text), nullptr});
     const Lock lock(mutex);
+    detail::AtExit<AllLabels>::arm();
     if (Label** const place = find(object); *place != nullptr) {
         (*place)->text.swap(made->text);
     } else {
