@@ -53,14 +53,10 @@ protected:
         CanvasSceneTest::TearDown();
     }
 
-    /// What a batch draws on black.
+    /// Leaves in `scene` what a batch draws on black.
     template <class Draw>
     void draw(Draw drawing) {
-        clearScene();
-        canvas->begin(strokeSceneMatrix());
-        drawing();
-        canvas->end();
-        scene = readScene();
+        scene = pictureOf(drawing);
     }
 
     /// A pixel, counted from the lower left corner.

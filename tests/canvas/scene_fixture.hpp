@@ -24,6 +24,16 @@ protected:
         RenderTest::TearDown();
     }
 
+    /// What a batch draws on black.
+    template <class Draw>
+    offscreen::Image pictureOf(Draw drawing) {
+        clearScene();
+        canvas->begin(strokeSceneMatrix());
+        drawing();
+        canvas->end();
+        return readScene();
+    }
+
     std::shared_ptr<vellis::Canvas> canvas;
 };
 

@@ -16,6 +16,7 @@
 
 #include "support/barrier.hpp"
 #include "support/scene.hpp"
+#include "support/several_threads.hpp"
 #include "support/surface.hpp"
 
 namespace {
@@ -28,16 +29,9 @@ protected:
     /// Does the same on a number of threads at once. What it returns is why it cannot be done here.
     template <class Work>
     void onThreads(int numThreads, Work work) {
-        std::vector<std::string> reasons(static_cast<std::size_t>(numThreads));
-        std::vector<std::thread> threads;
-        for (int i = 0; i < numThreads; ++i)
-            threads.emplace_back([&, i] { reasons[static_cast<std::size_t>(i)] = work(i); });
-        for (std::thread& thread : threads)
-            thread.join();
-        for (const std::string& reason : reasons) {
-            if (!reason.empty())
-                GTEST_SKIP() << reason;
-        }
+        const std::string reason = test::onThreads(numThreads, work);
+        if (!reason.empty())
+            GTEST_SKIP() << reason;
     }
 
     static constexpr Color colors[] = {red, green, blue, yellow};

@@ -83,14 +83,10 @@ protected:
         font = text::Font::load(findFont(fontName), 15.f);
     }
 
-    /// What a batch draws on black.
+    /// Leaves in `scene` what a batch draws on black.
     template <class Draw>
     void draw(Draw drawing) {
-        clearScene();
-        canvas->begin(strokeSceneMatrix());
-        drawing();
-        canvas->end();
-        scene = readScene();
+        scene = pictureOf(drawing);
     }
 
     int at(unsigned int x, unsigned int y) const { return redAt(scene, x, y); }

@@ -67,20 +67,26 @@ text::ShapedText shapePlainly(const PlainFace& face, std::string_view text) {
     return result;
 }
 
-std::vector<std::uint32_t> indicesOf(const text::ShapedText& shape, std::size_t line) {
-    std::vector<std::uint32_t> indices;
+namespace {
+
+/// A number of each glyph of a line.
+std::vector<std::uint32_t> ofGlyphs(const text::ShapedText& shape, std::size_t line,
+                                    std::uint32_t text::ShapedGlyph::*number) {
+    std::vector<std::uint32_t> numbers;
     const text::ShapedLine& which = shape.lines.at(line);
     for (std::size_t i = 0; i < which.numGlyphs; ++i)
-        indices.push_back(shape.glyphs.at(which.firstGlyph + i).index);
-    return indices;
+        numbers.push_back(shape.glyphs.at(which.firstGlyph + i).*number);
+    return numbers;
+}
+
+} // namespace
+
+std::vector<std::uint32_t> indicesOf(const text::ShapedText& shape, std::size_t line) {
+    return ofGlyphs(shape, line, &text::ShapedGlyph::index);
 }
 
 std::vector<std::uint32_t> bytesOf(const text::ShapedText& shape, std::size_t line) {
-    std::vector<std::uint32_t> bytes;
-    const text::ShapedLine& which = shape.lines.at(line);
-    for (std::size_t i = 0; i < which.numGlyphs; ++i)
-        bytes.push_back(shape.glyphs.at(which.firstGlyph + i).byte);
-    return bytes;
+    return ofGlyphs(shape, line, &text::ShapedGlyph::byte);
 }
 
 } // namespace vellis::test

@@ -4,13 +4,13 @@
 
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <glm/gtc/matrix_transform.hpp>
 #include <gtest/gtest.h>
 
 #include "support/scene.hpp"
+#include "support/several_threads.hpp"
 #include "support/surface.hpp"
 #include "text/draw_fixture.hpp"
 
@@ -23,22 +23,6 @@ using text::Font;
 constexpr const char* name = "DejaVuSans.ttf";
 constexpr int numThreads = 4;
 
-/// Does the same on several threads at once. What it returns is why it cannot be done here.
-template <class Work>
-std::string onThreads(Work work) {
-    std::vector<std::string> reasons(numThreads);
-    std::vector<std::thread> threads;
-    for (int i = 0; i < numThreads; ++i)
-        threads.emplace_back([&, i] { reasons[static_cast<std::size_t>(i)] = work(i); });
-    for (std::thread& thread : threads)
-        thread.join();
-    for (const std::string& reason : reasons) {
-        if (!reason.empty())
-            return reason;
-    }
-    return {};
-}
-
 TEST(TextThreads, EachShapesAndRendersWithAFontOfItsOwn) {
     const std::string path = findFont(name);
     if (path.empty())
@@ -47,7 +31,7 @@ TEST(TextThreads, EachShapesAndRendersWithAFontOfItsOwn) {
     const auto reference = Font::load(path, 16.f);
     const text::Fixed advance = reference->measure(words).advance;
     const auto coverage = reference->render(40).coverage;
-    onThreads([&](int thread) -> std::string {
+    onThreads(numThreads, [&](int thread) -> std::string {
         for (int time = 0; time < 10; ++time) {
             const auto font = Font::load(path, 16.f);
             EXPECT_EQ(font->measure(words).advance, advance);
@@ -63,7 +47,7 @@ TEST(TextThreads, EachDrawsWithAContextOfItsOwn) {
     const std::string path = findFont(name);
     if (path.empty())
         GTEST_SKIP() << "there is no " << name;
-    const std::string reason = onThreads([&](int thread) -> std::string {
+    const std::string reason = onThreads(numThreads, [&](int thread) -> std::string {
         std::string error;
         const auto surface = Surface::open(nullptr, error);
         if (surface == nullptr)
