@@ -83,8 +83,7 @@ enum class BlendingFactor : unsigned int {
     ONE_MINUS_DST_ALPHA = 0x0305, ///< 1 less that
     DST_COLOR = 0x0306,           ///< the framebuffer's colour
     ONE_MINUS_DST_COLOR = 0x0307, ///< 1 less that
-    SRC_ALPHA_SATURATE =
-        0x0308, ///< the lesser of the fragment's alpha and 1 less the framebuffer's; 1 for alpha
+    SRC_ALPHA_SATURATE = 0x0308,  ///< the lesser of SRC_ALPHA and ONE_MINUS_DST_ALPHA; 1 for alpha
 };
 
 /// How the two products of blending are combined.
