@@ -65,7 +65,7 @@ endmacro()
 vellis_add_packages(vellis vellis
     SUMMARY "object layer over OpenGL 2.1"
     DESCRIPTION
-"It has C++ classes for what OpenGL 2.1 draws with, which are used beside
+"vellis has C++ classes for what OpenGL 2.1 draws with, which are used beside
 plain GL calls: buffers, shaders, programs, drawables, textures, framebuffers.
 A canvas draws any number of antialiased lines, points, areas and images, and
 diagnostics say what GL refuses and which of its state has changed. The window
@@ -84,8 +84,8 @@ if(TARGET vellis_text)
     vellis_add_packages(vellis_text vellis-text
         SUMMARY "text in all scripts for vellis"
         DESCRIPTION
-"It draws and measures words on a canvas of vellis, in any script, at any angle
-and in order with lines and areas. FreeType renders the glyphs of a font,
+"vellis-text draws and measures words on a canvas of vellis, in any script, at
+any angle, and in order with lines and areas. FreeType renders the glyphs of a font,
 HarfBuzz shapes texts, and FriBidi finds the directions in which they run."
         RUNTIME_DEPENDS "${vellis_runtime_package} (>= ${PROJECT_VERSION})"
         DEVELOPMENT_DEPENDS ${needs})
