@@ -6,6 +6,7 @@ Usage: check_contents.py examples ROOT PAGE           each page of the table of 
                                                       all pages beside PAGE show the pictures they draw
        check_contents.py first_screen ROOT PAGE       the first screen of PAGE, below its picture, says all
                                                       that it must, without a link
+       check_contents.py version ROOT PAGE HEADER     the newest release in PAGE has the version of HEADER
        check_contents.py enumerators ROOT HEADER...   each enumerator of a commented enumeration has a
                                                       comment
 """
@@ -109,12 +110,21 @@ def enumerators_without_comment(root, names):
                 commented = line.lstrip().startswith("///")
 
 
+def wrong_version(root, page, header):
+    numbers = re.findall(r"#define VELLIS_VERSION_[A-Z]+ (\d+)", read(root, header))
+    newest = re.search(r"^## (\S*?),? ", read(root, page), re.MULTILINE)
+    if newest is None or newest[1] != ".".join(numbers):
+        yield f"{page}: its newest release is not {'.'.join(numbers)}, as {header} has it."
+
+
 def main(kind, root, *names):
     root = pathlib.Path(root)
     if kind == "examples":
         return list(missing_examples(root, names[0]))
     if kind == "first_screen":
         return list(missing_on_first_screen(root, names[0]))
+    if kind == "version":
+        return list(wrong_version(root, *names))
     if kind == "enumerators":
         return list(enumerators_without_comment(root, names))
     sys.exit(__doc__)

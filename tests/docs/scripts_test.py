@@ -311,6 +311,14 @@ class Contents(WithFolder):
         self.assertEqual(self.first_screen(*said[:-3]),
                          ["page.md: its first screen does not say 'find_package(vellis'."])
 
+    def test_changes_have_the_version(self):
+        self.write("a.hpp", "#define VELLIS_VERSION_MAJOR 1", "#define VELLIS_VERSION_MINOR 20",
+                   "#define VELLIS_VERSION_PATCH 3", "#define VELLIS_VERSION 12003")
+        for heading, mistakes in (("## 1.20.3, not released yet", 0), ("## 1.20.3 of today", 0),
+                                  ("## 1.20.4, not released yet", 1), ("Text.", 1)):
+            self.write("page.md", "# Changes", heading, "## 1.20.2, long ago" if mistakes else "")
+            self.assertEqual(len(list(check_contents.wrong_version(self.root, "page.md", "a.hpp"))), mistakes)
+
     def test_enumerators_have_comments(self):
         self.write("a.hpp", "/// A", "enum class A : int {", "    One = 1, ///< one", "    /// Two.", "    Two,",
                    "    Three,", "};", "enum B { Four };", "/// C", "enum C {", "    Five,", "};")
