@@ -65,9 +65,11 @@ endmacro()
 vellis_add_packages(vellis vellis
     SUMMARY "object layer over OpenGL 2.1"
     DESCRIPTION
-"The library draws with OpenGL 2.1, vertex array objects, framebuffer objects
-and mapped buffer ranges: buffers, shaders, programs, drawables, textures and
-framebuffers as C++ classes, beside plain GL calls."
+"vellis has C++ classes for what OpenGL 2.1 draws with, which are used beside
+plain GL calls: buffers, shaders, programs, drawables, textures, framebuffers.
+A canvas draws any number of antialiased lines, points, areas and images, and
+diagnostics say what GL refuses and which of its state has changed. The window
+and the GL context are those of the program, from any toolkit."
     DEVELOPMENT_DEPENDS libglm-dev)
 # It opens the GL library of the context at run time, so no tool finds that.
 set(CPACK_DEBIAN_VELLIS_RUNTIME_PACKAGE_RECOMMENDS "libgl1 | libegl1")
@@ -82,8 +84,9 @@ if(TARGET vellis_text)
     vellis_add_packages(vellis_text vellis-text
         SUMMARY "text in all scripts for vellis"
         DESCRIPTION
-"The library draws text with the canvas of vellis: fonts of FreeType, shaped
-by HarfBuzz, in the directions that FriBidi finds."
+"vellis-text draws and measures words on a canvas of vellis, in any script, at
+any angle, and in order with lines and areas. FreeType renders the glyphs of a font,
+HarfBuzz shapes texts, and FriBidi finds the directions in which they run."
         RUNTIME_DEPENDS "${vellis_runtime_package} (>= ${PROJECT_VERSION})"
         DEVELOPMENT_DEPENDS ${needs})
 endif()

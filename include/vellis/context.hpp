@@ -121,7 +121,7 @@ public:
     public:
         /// use().
         explicit Scope(Context& context);
-        ~Scope();
+        ~Scope(); ///< Puts in use again what was before.
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
 

@@ -24,6 +24,9 @@
 #if defined(GLAD_GL_H_) || defined(__glad_h_)
 #error "Include <vellis/gl.hpp> in place of another glad header: it brings its own loader."
 #endif
+#if defined(__gl_h_) || defined(__GL_H__)
+#error "Include <vellis/gl.hpp> before headers that bring <GL/gl.h>, such as <GLFW/glfw3.h>."
+#endif
 
 #if !defined(VELLIS_STATIC_DEFINE)
 #define GLAD_API_CALL_EXPORT

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Checks what a compiler does not: links, shell blocks, CMake blocks and tables of folders of Markdown
-pages.
+pages. What the pages and the comments must say is in check_contents.py.
 
 Usage: check_pages.py links ROOT PAGE...    links to files and headings lead somewhere, and scripts that
                                             are named exist
@@ -23,6 +23,7 @@ from markdown import HEADING, LINK, Anchors, marked_lines  # noqa: E402
 
 CODE = re.compile(r"`[^`]*`")
 SCRIPT = re.compile(r"(?<![\w/])scripts/[\w/-]+\.[a-z]+")
+IMAGE = re.compile(r'<img src="([^"]*)"')
 FOLDERS = re.compile(r"\| folder \|")
 
 # Commands that a script may not use, and ones that would fetch: a block of them runs all the same.
@@ -70,7 +71,8 @@ def broken_links(root, pages):
         for number, line in text_lines(page):
             for script in absent_scripts(root, line):
                 yield f"{name}:{number}: there is no {script}."
-            for _, target in LINK.findall(CODE.sub("", line)):
+            prose = CODE.sub("", line)
+            for target in [link[1] for link in LINK.findall(prose)] + IMAGE.findall(prose):
                 if re.match(r"[a-z]+:", target):
                     continue
                 path, _, anchor = target.partition("#")

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Tests of code_blocks.py and check_pages.py: what they must find wrong, and what they must make.
+"""Tests of code_blocks.py, check_pages.py and check_contents.py: what they must find wrong, and what they
+must make.
 
 Usage: scripts_test.py COMPILER [arguments of unittest]
 """
@@ -12,6 +13,7 @@ import unittest
 
 sys.dont_write_bytecode = True
 
+import check_contents  # noqa: E402
 import check_pages  # noqa: E402
 import code_blocks  # noqa: E402
 
@@ -196,9 +198,9 @@ class Pages(WithFolder):
 
     def test_links_that_do_not(self):
         found = self.links("[a](none.md)", "![b](docs/none.png)", "[c](#nothing)",
-                           "[d](docs/other.md#twice-2)", "[e](../outside.md)")
-        self.assertEqual(len(found), 5)
-        for number in range(1, 6):
+                           "[d](docs/other.md#twice-2)", "[e](../outside.md)", '<img src="docs/none.png">')
+        self.assertEqual(len(found), 6)
+        for number in range(1, 7):
             self.assertIn(f"page.md:{number}:", found[number - 1])
 
     def test_shell(self):
@@ -269,6 +271,59 @@ class Pages(WithFolder):
         self.assertEqual(list(check_pages.broken_cmake("cmake", [good])), [])
         self.assertEqual(len(list(check_pages.broken_cmake("cmake", [name]))), 1)
         self.assertEqual(len(list(check_pages.broken_cmake("cmake", [command]))), 1)
+
+
+class Contents(WithFolder):
+    def examples(self, *lines):
+        self.write("docs/README.md", "## First", "| [b](b.md) |", "## The families",
+                   "| page | what |", "|---|---|", "| [a](a.md) | see [c](c.md) |", "## Others", "| [d](d.md) |")
+        self.write("docs/a.md", *lines)
+        return list(check_contents.missing_examples(self.root, "docs/README.md"))
+
+    def test_page_of_a_family_has_an_example(self):
+        self.assertEqual(self.examples("```cpp", "int i;", "```"), [])
+        self.assertEqual(self.examples("Text.", "```sh", "true", "```"),
+                         ["docs/a.md: it has no example in C++."])
+        self.write("docs/README.md", "## The families", "None.")
+        self.assertEqual(list(check_contents.missing_examples(self.root, "docs/README.md")),
+                         ["docs/README.md: there is no table of families."])
+
+    def test_page_that_draws_shows_its_picture(self):
+        for call in ("program->draw(*mesh);", "vellis::Toolbox::drawLines();", "otherCanvas->drawRect();"):
+            self.assertEqual(self.examples("```cpp", call, "```"), ["docs/a.md: it draws, and has no picture."])
+        block = ("<!-- picture: a-b 4x2 -->", "```cpp", "canvas->end();", "program->draw(*mesh);", "```")
+        self.assertEqual(self.examples("![A](images/a-b.png)", *block), [])
+        self.assertEqual(self.examples("![A](images/c.png)", *block),
+                         ["docs/a.md:3: it does not show images/a-b.png."])
+
+    def first_screen(self, *lines):
+        self.write("page.md", "[picture](a.png)", "# Title", *lines)
+        return list(check_contents.missing_on_first_screen(self.root, "page.md"))
+
+    def test_first_screen(self):
+        hidden = ("<!-- before:", *["int i;"] * 50, "-->")
+        said = ("It is for all.", *hidden, "```cpp", "int i;", "```", "```sh", "scripts/gallery.sh",
+                "scripts/test.sh", "cmake --install build", "```", "```cmake", "find_package(vellis)", "```")
+        self.assertEqual(self.first_screen(*said, "[Link](a.md)"), [])
+        self.assertEqual(len(self.first_screen("A [link](a.md).", *said)), 6)
+        self.assertEqual(len(self.first_screen(*["Text."] * 50, *said)), 6)
+        self.assertEqual(len(self.first_screen("a" * 100 * 50, *said)), 6)
+        self.assertEqual(self.first_screen(*said[:-3]),
+                         ["page.md: its first screen does not say 'find_package(vellis'."])
+
+    def test_changes_have_the_version(self):
+        self.write("a.hpp", "#define VELLIS_VERSION_MAJOR 1", "#define VELLIS_VERSION_MINOR 20",
+                   "#define VELLIS_VERSION_PATCH 3", "#define VELLIS_VERSION 12003")
+        for heading, mistakes in (("## 1.20.3, not released yet", 0), ("## 1.20.3 of today", 0),
+                                  ("## 1.20.4, not released yet", 1), ("Text.", 1)):
+            self.write("page.md", "# Changes", heading, "## 1.20.2, long ago" if mistakes else "")
+            self.assertEqual(len(list(check_contents.wrong_version(self.root, "page.md", "a.hpp"))), mistakes)
+
+    def test_enumerators_have_comments(self):
+        self.write("a.hpp", "/// A", "enum class A : int {", "    One = 1, ///< one", "    /// Two.", "    Two,",
+                   "    Three,", "};", "enum B { Four };", "/// C", "enum C {", "    Five,", "};")
+        self.assertEqual(list(check_contents.enumerators_without_comment(self.root, ["a.hpp"])),
+                         ["a.hpp:6: Three has no comment.", "a.hpp:11: Five has no comment."])
 
 
 if __name__ == "__main__":

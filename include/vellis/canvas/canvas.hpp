@@ -31,13 +31,13 @@ class Painter;
 
 /// What points are the corners of.
 enum class Shape : unsigned char {
-    Lines,
-    LineStrip,
-    LineLoop,
-    Triangles,
-    TriangleStrip,
-    TriangleFan,
-    Quads,
+    Lines,         ///< a line for each two
+    LineStrip,     ///< one line through all
+    LineLoop,      ///< the same, and back to the first
+    Triangles,     ///< a triangle for each three
+    TriangleStrip, ///< each with the two before it
+    TriangleFan,   ///< each with the one before it and the first
+    Quads,         ///< a quad for each four
 };
 
 } // namespace canvas

@@ -26,13 +26,13 @@ namespace internal {
 
 /// The kinds of GL names that can have a label.
 enum class LabelledKind : unsigned char {
-    VertexArray,
-    Framebuffer,
-    Program,
-    Shader,
-    Buffer,
-    Texture,
-    Renderbuffer,
+    VertexArray,  ///< of drawables and bindings of attributes
+    Framebuffer,  ///< of a Framebuffer
+    Program,      ///< of a Program
+    Shader,       ///< of a VertexShader or FragmentShader
+    Buffer,       ///< of a buffer of any kind
+    Texture,      ///< of a texture of any kind
+    Renderbuffer, ///< of a renderbuffer of any kind
 };
 
 } // namespace internal

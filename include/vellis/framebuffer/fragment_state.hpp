@@ -12,87 +12,87 @@ namespace vellis {
 
 /// When a fragment passes a test against a stored value.
 enum class FragmentComparator : unsigned int {
-    NEVER = 0x0200,
-    LESS = 0x0201,
-    EQUAL = 0x0202,
-    LEQUAL = 0x0203,
-    GREATER = 0x0204,
-    NOTEQUAL = 0x0205,
-    GEQUAL = 0x0206,
-    ALWAYS = 0x0207,
+    NEVER = 0x0200,    ///< none
+    LESS = 0x0201,     ///< what is less than the stored value
+    EQUAL = 0x0202,    ///< what is equal to it
+    LEQUAL = 0x0203,   ///< less or equal
+    GREATER = 0x0204,  ///< greater
+    NOTEQUAL = 0x0205, ///< not equal
+    GEQUAL = 0x0206,   ///< greater or equal
+    ALWAYS = 0x0207,   ///< all
 };
 
 /// What happens to the stencil value.
 enum class StencilAction : unsigned int {
-    KEEP = 0x1E00,
-    ZERO = 0,
-    REPLACE = 0x1E01,
-    INCR = 0x1E02,
-    INCR_WRAP = 0x8507,
-    DECR = 0x1E03,
-    DECR_WRAP = 0x8508,
-    INVERT = 0x150A,
+    KEEP = 0x1E00,      ///< it stays
+    ZERO = 0,           ///< it becomes 0
+    REPLACE = 0x1E01,   ///< it becomes the reference value
+    INCR = 0x1E02,      ///< one more, up to the largest
+    INCR_WRAP = 0x8507, ///< one more; 0 behind the largest
+    DECR = 0x1E03,      ///< one less, down to 0
+    DECR_WRAP = 0x8508, ///< one less; the largest below 0
+    INVERT = 0x150A,    ///< each bit is turned around
 };
 
-/// How a fragment's colour is combined bit by bit with that of the framebuffer.
+/// How a fragment's colour s is combined bit by bit with that of the framebuffer, d.
 enum class LogicOperator : unsigned int {
-    CLEAR = 0x1500,
-    AND = 0x1501,
-    AND_REVERSE = 0x1502,
-    COPY = 0x1503,
-    AND_INVERTED = 0x1504,
-    NOOP = 0x1505,
-    XOR = 0x1506,
-    OR = 0x1507,
-    NOR = 0x1508,
-    EQUIV = 0x1509,
-    INVERT = 0x150A,
-    OR_REVERSE = 0x150B,
-    COPY_INVERTED = 0x150C,
-    OR_INVERTED = 0x150D,
-    NAND = 0x150E,
-    SET = 0x150F,
+    CLEAR = 0x1500,         ///< 0
+    AND = 0x1501,           ///< s & d
+    AND_REVERSE = 0x1502,   ///< s & ~d
+    COPY = 0x1503,          ///< s
+    AND_INVERTED = 0x1504,  ///< ~s & d
+    NOOP = 0x1505,          ///< d
+    XOR = 0x1506,           ///< s ^ d
+    OR = 0x1507,            ///< s | d
+    NOR = 0x1508,           ///< ~(s | d)
+    EQUIV = 0x1509,         ///< ~(s ^ d)
+    INVERT = 0x150A,        ///< ~d
+    OR_REVERSE = 0x150B,    ///< s | ~d
+    COPY_INVERTED = 0x150C, ///< ~s
+    OR_INVERTED = 0x150D,   ///< ~s | d
+    NAND = 0x150E,          ///< ~(s & d)
+    SET = 0x150F,           ///< all bits 1
 };
 
 /// A colour buffer of the framebuffer.
 enum class BufferID : unsigned int {
-    NONE = 0,
-    FRONT = 0x0404,
-    BACK = 0x0405,
-    FRONT_AND_BACK = 0x0408,
-    COLOR_ATTACHMENT0 = 0x8CE0,
-    COLOR_ATTACHMENT1 = 0x8CE1,
-    COLOR_ATTACHMENT2 = 0x8CE2,
-    COLOR_ATTACHMENT3 = 0x8CE3,
-    COLOR_ATTACHMENT4 = 0x8CE4,
-    COLOR_ATTACHMENT5 = 0x8CE5,
-    COLOR_ATTACHMENT6 = 0x8CE6,
-    COLOR_ATTACHMENT7 = 0x8CE7,
+    NONE = 0,                   ///< no buffer
+    FRONT = 0x0404,             ///< what the window shows
+    BACK = 0x0405,              ///< what it shows after the next swap
+    FRONT_AND_BACK = 0x0408,    ///< both
+    COLOR_ATTACHMENT0 = 0x8CE0, ///< the first image of a framebuffer object
+    COLOR_ATTACHMENT1 = 0x8CE1, ///< its second
+    COLOR_ATTACHMENT2 = 0x8CE2, ///< its third
+    COLOR_ATTACHMENT3 = 0x8CE3, ///< its fourth
+    COLOR_ATTACHMENT4 = 0x8CE4, ///< its fifth
+    COLOR_ATTACHMENT5 = 0x8CE5, ///< its sixth
+    COLOR_ATTACHMENT6 = 0x8CE6, ///< its seventh
+    COLOR_ATTACHMENT7 = 0x8CE7, ///< its eighth
 };
 
 /// What a colour is multiplied by in blending. For a constant give the colour or the alpha
 /// itself. GL before 3.3 takes SRC_ALPHA_SATURATE for the fragment alone.
 enum class BlendingFactor : unsigned int {
-    ZERO = 0,
-    ONE = 1,
-    SRC_COLOR = 0x0300,
-    ONE_MINUS_SRC_COLOR = 0x0301,
-    SRC_ALPHA = 0x0302,
-    ONE_MINUS_SRC_ALPHA = 0x0303,
-    DST_ALPHA = 0x0304,
-    ONE_MINUS_DST_ALPHA = 0x0305,
-    DST_COLOR = 0x0306,
-    ONE_MINUS_DST_COLOR = 0x0307,
-    SRC_ALPHA_SATURATE = 0x0308,
+    ZERO = 0,                     ///< 0
+    ONE = 1,                      ///< 1
+    SRC_COLOR = 0x0300,           ///< the fragment's colour
+    ONE_MINUS_SRC_COLOR = 0x0301, ///< 1 less that
+    SRC_ALPHA = 0x0302,           ///< the fragment's alpha
+    ONE_MINUS_SRC_ALPHA = 0x0303, ///< 1 less that
+    DST_ALPHA = 0x0304,           ///< the framebuffer's alpha
+    ONE_MINUS_DST_ALPHA = 0x0305, ///< 1 less that
+    DST_COLOR = 0x0306,           ///< the framebuffer's colour
+    ONE_MINUS_DST_COLOR = 0x0307, ///< 1 less that
+    SRC_ALPHA_SATURATE = 0x0308,  ///< the lesser of SRC_ALPHA and ONE_MINUS_DST_ALPHA; 1 for alpha
 };
 
 /// How the two products of blending are combined.
 enum class BlendEquation : unsigned int {
-    FUNC_ADD = 0x8006,
-    MIN = 0x8007,
-    MAX = 0x8008,
-    FUNC_SUBTRACT = 0x800A,
-    FUNC_REVERSE_SUBTRACT = 0x800B,
+    FUNC_ADD = 0x8006,              ///< the fragment's and the framebuffer's added
+    MIN = 0x8007,                   ///< the lesser of the two colours, without factors
+    MAX = 0x8008,                   ///< the greater, without factors
+    FUNC_SUBTRACT = 0x800A,         ///< the fragment's less the framebuffer's
+    FUNC_REVERSE_SUBTRACT = 0x800B, ///< the framebuffer's less the fragment's
 };
 
 namespace detail {

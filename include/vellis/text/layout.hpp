@@ -18,15 +18,15 @@ namespace vellis::text {
 /// letters there are. At the left anchors lines begin below each other, at the right ones they end
 /// so, and at the middle ones their middles are below each other.
 enum class Anchor : unsigned char {
-    TopLeft,
-    Top,
-    TopRight,
-    Left,
-    Center,
-    Right,
-    BottomLeft,
-    Bottom,
-    BottomRight,
+    TopLeft,     ///< the upper left corner of the box
+    Top,         ///< the middle of its upper side
+    TopRight,    ///< its upper right corner
+    Left,        ///< the middle of its left side
+    Center,      ///< the middle of the box
+    Right,       ///< the middle of its right side
+    BottomLeft,  ///< its lower left corner
+    Bottom,      ///< the middle of its lower side
+    BottomRight, ///< its lower right corner
 };
 
 /// A glyph of a text, as seen from the text's position.
