@@ -6,14 +6,14 @@ of its mutants. Each is applied in a copy of the sources, and tests run until on
 
   src        the library alone is built anew. The tests without a driver run, first those named after
              the changed file; where none fails, the tests that hold code of the file are built anew,
-             too, and run again; where still none fails, the tests on a driver run. Sources of
-             vellis::text have tests of their own.
-  include    the library is built anew, and of the tests only those named after the changed header,
-             then those of its folder.
+             too, and run again; where still none fails, the tests on a driver run that stand in the
+             folder of the file's tests. Sources of vellis::text have tests of their own.
+  include    the library is built anew, and of the tests without a driver only those named after the
+             changed header, then those of its folder.
 
 When all mutants have been through that, those that are left are tried with the rest: those of src with
-the tests of faults, those of include with all tests, built anew. Mutants that do not compile are
-counted apart, and others drawn in their place.
+the tests of faults and all on a driver, those of include with all tests, built anew. Mutants that do not
+compile are counted apart, and others drawn in their place.
 
 Usage: mutate.py ROOT [--seed N] [--count N] [--of src|include] [--list | --again]
 """
@@ -28,9 +28,9 @@ import time
 sys.dont_write_bytecode = True
 
 import rules  # noqa: E402
-from programs import (ALL_TESTS, DRIVER_TESTS, FAST_TARGETS, FAST_TESTS,  # noqa: E402
-                      SLOW_TESTS, TEXT_DRIVER_TESTS, TEXT_SLOW_TESTS, TEXT_TESTS, targets,
-                      tests_named_after, tests_of_folder)
+from programs import (ALL_RENDER_TESTS, ALL_TESTS, ALL_TRACE_TESTS,  # noqa: E402
+                      DRIVER_TESTS, FAST_TARGETS, FAST_TESTS, FAULT_TESTS, TEXT_DRIVER_TESTS,
+                      TEXT_FAULT_TESTS, TEXT_TESTS, targets, tests_named_after, tests_of_folder)
 from workshop import BuildError, Workshop, fail  # noqa: E402
 
 KILLED, SURVIVED, UNCOMPILABLE = "killed", "survived", "does not compile"
@@ -42,6 +42,10 @@ def by_header(path):
     """Whether tests must be built anew for a change of that file. Those that read the same table would
     change with it."""
     return path.startswith("include/") and not path.endswith(".inc")
+
+
+def on_driver(test):
+    return test and f"{test} (driver)"
 
 
 class Trial:
@@ -97,7 +101,8 @@ class Trial:
     def _failing_test_of_library(self, path):
         workshop = self.workshop
         self._build("vellis")
-        test = workshop.failing([workshop.command_for(path)]) or workshop.failing_test(FAST_TESTS)
+        named = workshop.commands_for(ALL_TRACE_TESTS, tests_named_after(path, workshop.tests))
+        test = workshop.failing(named) or workshop.failing_test(FAST_TESTS)
         # Tests that read the same table would change with it.
         if test is None and not path.endswith(".inc"):
             self.stale_tests = True
@@ -105,38 +110,41 @@ class Trial:
             self.stale_tests = "Building CXX object tests/" in workshop.said
             test = workshop.failing_test([program for program in FAST_TESTS
                                           if f" {program.path}\n" in workshop.said])
-        return test or self._failing_on_driver(DRIVER_TESTS)
+        return test or on_driver(workshop.failing(
+            workshop.commands_for(ALL_RENDER_TESTS, tests_of_folder(path, workshop.tests))))
 
     def _failing_text_test(self):
         self.stale_tests = True
         self._build("vellis_text", *targets(TEXT_TESTS))
-        return self.workshop.failing_test(TEXT_TESTS) or self._failing_on_driver(TEXT_DRIVER_TESTS)
+        return self.workshop.failing_test(TEXT_TESTS) or \
+            on_driver(self.workshop.failing_test(TEXT_DRIVER_TESTS))
 
     def _failing_test_of_rest(self, path):
-        """The same by what takes long: the tests of faults, or all built anew for a header."""
-        programs = SLOW_TESTS
+        """The same by what takes long: the tests on a driver and those of faults, all built anew for a
+        header."""
+        driver, others = DRIVER_TESTS, FAULT_TESTS
         if by_header(path):
-            programs = ALL_TESTS
+            driver = DRIVER_TESTS + TEXT_DRIVER_TESTS
+            others = [program for program in ALL_TESTS if program not in driver]
         elif "/text/" in path:
-            programs = TEXT_SLOW_TESTS
+            driver, others = [], TEXT_FAULT_TESTS
         self.stale_tests = True
-        self._build("vellis", "vellis_text", *([] if path.endswith(".inc") else targets(programs)))
+        self._build("vellis", "vellis_text",
+                    *([] if path.endswith(".inc") else targets(driver + others)))
         self.stale_tests = "Building CXX object tests/" in self.workshop.said
-        return self.workshop.failing_test(programs)
+        return self.workshop.failing_test(others) or on_driver(self.workshop.failing_test(driver))
 
     def _failing_test_named(self, path):
-        """The same of a header, by the tests that concern it alone."""
+        """The same of a header, by the tests that concern it: those of one source at a time, since
+        these take longer to compile than the library."""
         workshop = self.workshop
         if not workshop.compiles(path):
             raise BuildError
         self._build("vellis", *(["vellis_text"] if "/text/" in path else []))
         named = tests_named_after(path, workshop.tests)
-        others = sorted(set(tests_of_folder(path, workshop.tests)) - set(named))
-        return workshop.failing_part(named) or workshop.failing_part(others)
-
-    def _failing_on_driver(self, programs):
-        test = self.workshop.failing_test(programs)
-        return test and f"{test} (driver)"
+        others = [test for test in tests_of_folder(path, workshop.tests) if test not in named]
+        tests = in_turn(named) + in_turn(others)
+        return next(filter(None, map(workshop.failing_part, tests)), None)
 
     def run(self, mutants, report):
         """The outcomes in the order of the mutants, which are tried file by file."""
@@ -152,6 +160,12 @@ class Trial:
             what, test = outcomes[mutant]
             report(f"{what}{': ' + test if test else ''}", self.describe(mutant))
         return outcomes
+
+
+def in_turn(tests):
+    """Each of these test sources that need no driver by itself, the shortest names first."""
+    return [[test] for test in sorted(tests, key=lambda test: (len(test), test))
+            if not test.endswith("_render_test.cpp")]
 
 
 def drawn(mutants, sources, seed):

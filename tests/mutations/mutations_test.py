@@ -256,8 +256,8 @@ class Bench:
     def failing(self, commands):
         return next((name for name in commands if name in self.failing_ones), None)
 
-    def command_for(self, path):
-        return f"tests for {path}"
+    def commands_for(self, program, tests):
+        return [f"{program.target} of {test}" for test in tests]
 
     def failing_test(self, tried):
         self.log += [program.target for program in tried]
@@ -289,16 +289,19 @@ class Stages(unittest.TestCase):
 
     def test_those_named_after_a_source_come_before_all(self):
         path = "src/shading/program.cpp"
-        self.assertEqual(self.outcome(path, failing_ones=[f"tests for {path}"]),
-                         ("killed", f"tests for {path}"))
+        test = "vellis_trace_tests of tests/shading/program_trace_test.cpp"
+        self.assertEqual(self.outcome(path, failing_ones=[test]), ("killed", test))
         self.assertEqual(self.bench.log, ["build"])
 
-    def test_driver_comes_last_and_is_told(self):
-        self.assertEqual(self.outcome("src/shading/program.cpp", failing_ones=["vellis_render_tests"]),
-                         ("killed", "vellis_render_tests (driver)"))
+    def test_driver_comes_last_with_the_folder_and_is_told(self):
+        test = "vellis_render_tests of tests/shading/uniform_trace_test.cpp"
+        self.assertEqual(self.outcome("src/shading/program.cpp", failing_ones=[test]),
+                         ("killed", f"{test} (driver)"))
 
-    def test_faults_are_left_to_the_end(self):
+    def test_what_takes_long_is_left_to_the_end(self):
         path = "src/shading/program.cpp"
+        self.assertEqual(self.outcome(path, rest=True, failing_ones=["vellis_render_tests"]),
+                         ("killed", "vellis_render_tests (driver)"))
         self.assertEqual(self.outcome(path, failing_ones=["vellis_gl_fault_tests"]),
                          ("not found yet", ""))
         self.assertEqual(self.outcome(path, rest=True, failing_ones=["vellis_gl_fault_tests"]),

@@ -32,19 +32,20 @@ FAST_TESTS = [ALL_TRACE_TESTS,
               Program("tests/vellis_debug_output_threads_trace_tests"),
               Program("tests/vellis_diff_gl_states_trace_tests")]
 # Minutes, where those take seconds.
-SLOW_TESTS = [Program("tests/faults/vellis_gl_fault_tests"),
-              Program("tests/faults/vellis_allocation_fault_tests")]
+FAULT_TESTS = [Program("tests/faults/vellis_gl_fault_tests"),
+               Program("tests/faults/vellis_allocation_fault_tests")]
 FAST_TARGETS = ["vellis_tests_trace", "vellis_pages_tests"]
+ALL_RENDER_TESTS = Program("tests/vellis_render_tests")
 DRIVER_TESTS = [Program("tests/vellis_toolbox_render_tests"),
                 Program("tests/vellis_context_host_render_tests"),
                 Program("tests/vellis_context_hand_over_render_tests"),
-                Program("tests/vellis_render_tests")]
+                ALL_RENDER_TESTS]
 # Those of vellis::text: the first has its sources compiled into it, the others are linked to it.
 TEXT_TESTS = [Program("tests/text/vellis_text_tests")]
 TEXT_DRIVER_TESTS = [Program("tests/text/vellis_text_render_tests")]
-TEXT_SLOW_TESTS = [Program("tests/faults/vellis_text_fault_tests")]
-ALL_TESTS = [*FAST_TESTS, *TEXT_TESTS, *DRIVER_TESTS, *TEXT_DRIVER_TESTS, *TEXT_SLOW_TESTS,
-             *SLOW_TESTS]
+TEXT_FAULT_TESTS = [Program("tests/faults/vellis_text_fault_tests")]
+ALL_TESTS = [*FAST_TESTS, *TEXT_TESTS, *DRIVER_TESTS, *TEXT_DRIVER_TESTS, *TEXT_FAULT_TESTS,
+             *FAULT_TESTS]
 
 # What the first lines of a source say of tests that must not share a process with others.
 OWN_PROCESS = re.compile(r"^// needs: a process for (\S+)$", re.MULTILINE)

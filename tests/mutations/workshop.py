@@ -12,13 +12,14 @@ import sys
 import tempfile
 import time
 
-from programs import (ALL_TESTS, ALL_TRACE_TESTS, OWN_PROCESS, filter_of, link_of_part,
-                      objects_of_tests, tests_named_after, tests_of_folder)
+from programs import (ALL_TESTS, OWN_PROCESS, filter_of, link_of_part,
+                      objects_of_tests, tests_of_folder)
 
 SUFFIXES = (".cpp", ".hpp", ".inc")
 # What a test that has lost its way may use: it ends there.
 MEMORY_LIMIT = 8 << 30
 OUTPUT_LIMIT = 64 << 20
+LIMIT = 300 # seconds, where it has not been measured how long it takes
 
 
 def fail(text):
@@ -156,13 +157,13 @@ class Workshop:
             for test in self.alone.get(program, []):
                 yield (path, f"--gtest_filter={test}")
 
-    def command_for(self, path):
-        """The command that runs those tests without a driver that are named after a file."""
-        named = [self.tests[test] for test in tests_named_after(path, self.tests)
-                 if test.endswith("_trace_test.cpp")]
-        program = ALL_TRACE_TESTS
-        return (self.build_folder / program.path, "--gtest_fail_fast",
-                f"--gtest_filter={filter_of(named)}{self._others(program)}")
+    def commands_for(self, program, tests):
+        """The command that runs only the suites of these test sources of a program, if any."""
+        chosen = [self.tests[test] for test in tests
+                  if self.objects.get(test, ("", ""))[1] == program.path]
+        if chosen:
+            yield (self.build_folder / program.path, "--gtest_fail_fast",
+                   f"--gtest_filter={filter_of(chosen)}{self._others(program)}")
 
     def parts(self, tests):
         """How to link the programs of these test sources alone, those on a driver last."""
@@ -194,7 +195,7 @@ class Workshop:
     def failing(self, commands):
         """The name of a test that fails, or None."""
         for command in commands:
-            status, output = run(command, self.limits.get(command, 120), limit_resources)
+            status, output = run(command, self.limits.get(command, LIMIT), limit_resources)
             if status != 0:
                 how = "" if status == 1 else " (time limit)" if status is None else " (crash)"
                 return f"{test_at_the_end(output) or command[0].name}{how}"
