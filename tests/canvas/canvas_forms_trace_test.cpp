@@ -98,6 +98,21 @@ TEST_F(CanvasFormsTrace, RectanglesAreQuadsOfTheirCorners) {
               expected);
 }
 
+TEST_F(CanvasFormsTrace, QuadsWithOutlinesHaveTheLastColorWhereOthersAreMissing) {
+    const std::vector<glm::vec2> points = {{0.f, 0.f}, {1.f, 0.f}, {1.f, 1.f}, {0.f, 1.f},
+                                           {2.f, 0.f}, {3.f, 0.f}, {3.f, 1.f}, {2.f, 1.f}};
+    for (const std::size_t count : {1u, 3u, 4u, 5u}) {
+        std::vector<glm::vec4> colors;
+        for (std::size_t i = 0; i < count; ++i)
+            colors.emplace_back(float(i) / 8.f, 0.f, 1.f, 1.f);
+        std::vector<glm::vec4> all = colors;
+        all.resize(points.size(), colors.back());
+        EXPECT_EQ(drawn([&] { canvas->drawQuad(colors, stroke, points); }),
+                  drawn([&] { canvas->drawQuad(all, stroke, points); }))
+            << count;
+    }
+}
+
 TEST_F(CanvasFormsTrace, BuffersOfThePlaneAndOfSpace) {
     const glm::vec2 plane[8] = {};
     const glm::vec3 space[8] = {};
