@@ -5,13 +5,17 @@
 #include <type_traits>
 
 #include <gtest/gtest.h>
+#include <vellis/context.hpp>
 #include <vellis/gl.hpp>
 
+#include "support/fake_context.hpp"
 #include "support/fake_gl.hpp"
 
 namespace {
 
+using vellis::Context;
 using vellis::VertexAttributesBinding;
+using vellis::test::FakeContext;
 using vellis::test::FakeGl;
 
 static_assert(!std::is_polymorphic_v<VertexAttributesBinding>);
@@ -117,6 +121,32 @@ TEST(VertexAttributesBindingTrace, WithoutVertexArrayObjectsNothingHappens) {
         VertexAttributesBinding::unbind();
     }
     EXPECT_GL_CALLS(gl);
+}
+
+TEST(VertexAttributesBindingTrace, EachContextHasItsCurrentOne) {
+    FakeGl gl;
+    FakeContext fake;
+    const auto ofProcess = VertexAttributesBinding::make();
+    ofProcess->bind();
+    fake.makeCurrent();
+    {
+        const auto context = Context::make(FakeGl::lookUp);
+        ASSERT_TRUE(context != nullptr && context->use());
+        EXPECT_FALSE(ofProcess->isCurrent());
+        const auto binding = VertexAttributesBinding::make();
+        binding->bind();
+        gl.makeCurrent();
+        Context::useProcess();
+        EXPECT_FALSE(binding->isCurrent());
+        EXPECT_TRUE(ofProcess->isCurrent());
+        fake.makeCurrent();
+        EXPECT_TRUE(context->use());
+        EXPECT_TRUE(binding->isCurrent());
+    }
+    gl.makeCurrent();
+    Context::useProcess();
+    VertexAttributesBinding::unbind();
+    gl.ignoreTheRest();
 }
 
 } // namespace

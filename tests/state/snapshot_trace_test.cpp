@@ -1,5 +1,6 @@
 #include <vellis/state/snapshot.hpp>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -194,6 +195,31 @@ TEST_F(SnapshotTrace, NothingIsAskedThatTheContextHasNot) {
         }
     }
     EXPECT_TRUE(Snapshot::take().restore());
+    gl.forget();
+}
+
+TEST_F(SnapshotTrace, LimitsAreAskedForTheGroupsThatNeedThem) {
+    GLVersion = {4, 3};
+    const Calls ofBuffers = {query("GL_MAX_UNIFORM_BUFFER_BINDINGS"),
+                             query("GL_MAX_TRANSFORM_FEEDBACK_SEPARATE_ATTRIBS"),
+                             query("0x90dd"),  // GL_MAX_SHADER_STORAGE_BUFFER_BINDINGS
+                             query("0x92dc")}; // GL_MAX_ATOMIC_COUNTER_BUFFER_BINDINGS
+    const Calls ofTextures = {query("GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS")};
+    struct {
+        Group group;
+        Calls limits;
+    } const rows[] = {
+        {Group::Buffers, ofBuffers}, {Group::Textures, ofTextures}, {Group::PixelStore, {}}};
+    for (const auto& row : rows) {
+        gl.forget();
+        const Kept kept(row.group);
+        Calls limits;
+        for (const std::string& call : gl.takeCalls()) {
+            if (std::count(ofBuffers.begin(), ofBuffers.end(), call) != 0 || call == ofTextures[0])
+                limits.push_back(call);
+        }
+        EXPECT_EQ(limits, row.limits);
+    }
     gl.forget();
 }
 
