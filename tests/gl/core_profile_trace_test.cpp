@@ -250,7 +250,8 @@ TEST_F(CoreProfileTrace, PortableSourcesOf120AreGlsl150InAsManyLines) {
                   std::count(old[i].begin(), old[i].end(), '\n'));
     }
     for (const std::string& source : sources)
-        EXPECT_THAT(source, HasSubstr("#define texture2D texture \n"));
+        for (const char* name : {"texture1D", "texture2D", "texture3D", "textureCube"})
+            EXPECT_THAT(source, HasSubstr("#define " + std::string(name) + " texture \n"));
     EXPECT_THAT(sources[0], HasSubstr("#define OUT out"));
     EXPECT_THAT(sources[0], testing::EndsWith("\nvertex"));
     EXPECT_THAT(sources[1], HasSubstr("#define DECL_OUT0 out vec4 OUT0; \n"));

@@ -83,6 +83,16 @@ TEST_F(SnapshotTrace, KeptBlendingWritesWhatDiffers) {
     EXPECT_GL_CALLS(gl, blendingQueries, restored);
 }
 
+TEST_F(SnapshotTrace, KeptThatIsDismissedWritesNothing) {
+    for (const Group group : {Group::Blending, Group::Blending | Group::Buffers}) {
+        Kept kept(group);
+        glEnable(GL_BLEND);
+        gl.forget();
+        kept.dismiss();
+    }
+    EXPECT_GL_CALLS(gl);
+}
+
 TEST_F(SnapshotTrace, KeptPixelStoreWritesOneParameter) {
     gl.setState(GL_UNPACK_ROW_LENGTH, {7});
     {
