@@ -5,6 +5,7 @@ tests are tried.
 Usage: mutations_test.py [arguments of unittest]
 """
 
+import math
 import pathlib
 import sys
 import tempfile
@@ -179,6 +180,32 @@ class Draw(unittest.TestCase):
         self.assertNotEqual(lines[:50], list(range(50)))
 
 
+class Batches(unittest.TestCase):
+    order = [rules.Mutant("f", i, i + 1, "rule", "") for i in range(200)]
+
+    def tried(self, count, deadline=math.inf):
+        batches = []
+
+        class Trial:
+            def run(self, mutants, report):
+                batches.append(len(mutants))
+                return {mutant: (mutate.UNCOMPILABLE if mutant.begin % 2 else mutate.KILLED, "")
+                        for mutant in mutants}
+
+        outcomes = mutate.try_drawn(Trial(), self.order, count, None, deadline)
+        self.assertEqual(list(outcomes), self.order[:len(outcomes)])
+        self.assertTrue(all(size <= mutate.BATCH for size in batches))
+        return [what for what, _ in outcomes.values()].count(mutate.KILLED)
+
+    def test_others_are_tried_for_those_that_do_not_compile(self):
+        self.assertEqual(self.tried(40), 40)
+        self.assertEqual(self.tried(90), 90)
+        self.assertEqual(self.tried(1000), 100)
+
+    def test_no_batch_is_begun_when_the_time_is_over(self):
+        self.assertEqual(self.tried(90, deadline=0), 0)
+
+
 class Outcomes(unittest.TestCase):
     def test_name_of_the_test(self):
         self.assertEqual(workshop.test_at_the_end("[ RUN      ] A.B\n[       OK ] A.B (0 ms)\n"
@@ -186,6 +213,14 @@ class Outcomes(unittest.TestCase):
         self.assertEqual(workshop.test_at_the_end("[ RUN      ] A.B\n[  FAILED  ] A.B (0 ms)\n"
                                                 "[  FAILED  ] 1 test, listed below:\n"), "A.B")
         self.assertEqual(workshop.test_at_the_end("[  FAILED  ] 0 tests, listed below:\n"), "")
+
+    def test_part_of_a_program_has_the_limit_of_all(self):
+        bench = workshop.Workshop(pathlib.Path("root"), pathlib.Path("folder"))
+        program = bench.build_folder / "tests/p"
+        bench.limits[program] = 40
+        self.assertEqual(bench._limit_of(program), 40)
+        self.assertEqual(bench._limit_of(program.with_name("p_part")), 40)
+        self.assertEqual(bench._limit_of(program.with_name("q")), workshop.LIMIT)
 
     def test_program_that_goes_on_for_ever_is_ended(self):
         status, output = workshop.run(["sh", "-c", "echo begun; sleep 60 & wait"], 0.5)

@@ -19,7 +19,7 @@ SUFFIXES = (".cpp", ".hpp", ".inc")
 # What a test that has lost its way may use: it ends there.
 MEMORY_LIMIT = 8 << 30
 OUTPUT_LIMIT = 64 << 20
-LIMIT = 300 # seconds, where it has not been measured how long it takes
+LIMIT = 300 # seconds, of a program that has not been measured
 
 
 def fail(text):
@@ -195,11 +195,15 @@ class Workshop:
     def failing(self, commands):
         """The name of a test that fails, or None."""
         for command in commands:
-            status, output = run(command, self.limits.get(command, LIMIT), limit_resources)
+            status, output = run(command, self._limit_of(command[0]), limit_resources)
             if status != 0:
                 how = "" if status == 1 else " (time limit)" if status is None else " (crash)"
                 return f"{test_at_the_end(output) or command[0].name}{how}"
         return None
+
+    def _limit_of(self, path):
+        """How many seconds a program has, of whose tests all or some run."""
+        return self.limits.get(path.with_name(path.name.removesuffix("_part")), LIMIT)
 
     def failing_test(self, programs):
         return self.failing(self.commands(programs))
@@ -211,7 +215,8 @@ class Workshop:
             status, output = run(command, None, limit_resources)
             if status != 0:
                 fail(f"{command[0]} fails on the unchanged sources:\n{output[-4000:]}")
-            self.limits[command] = 30 + 10 * (time.monotonic() - begin)
+            limit = 30 + 10 * (time.monotonic() - begin)
+            self.limits[command[0]] = max(limit, self.limits.get(command[0], 0))
 
     def check_parts(self, paths):
         """The same of the tests of folders, alone."""
