@@ -225,6 +225,13 @@ TEST_F(CoreProfileTrace, BuiltInProgramsAreGlsl150) {
         EXPECT_THAT(sources[i], StartsWith("#version 150 \n"));
         const std::string body = old[i].substr(old[i].find('\n'));
         EXPECT_THAT(sources[i], testing::EndsWith(body));
+        const bool isVertex = body.find("gl_Position") != std::string::npos;
+        for (const char* line :
+             isVertex ? std::initializer_list<const char*>{"#define attribute in ",
+                                                           "#define varying out "}
+                      : std::initializer_list<const char*>{
+                            "#define varying in ", "#define gl_FragColor OUT0 ", "out vec4 OUT0; "})
+            EXPECT_THAT(sources[i], HasSubstr(line));
     }
 }
 
