@@ -284,6 +284,22 @@ TEST_F(SnapshotTrace, DifferenceIsWrittenAsALine) {
     EXPECT_EQ(stream.str(), "GL_ACTIVE_TEXTURE: GL_TEXTURE0 -> GL_TEXTURE1");
 }
 
+TEST_F(SnapshotTrace, EachLogicalOperationHasItsName) {
+    const char* const names[] = {"CLEAR",         "AND",         "AND_REVERSE", "COPY",
+                                 "AND_INVERTED",  "NOOP",        "XOR",         "OR",
+                                 "NOR",           "EQUIV",       "INVERT",      "OR_REVERSE",
+                                 "COPY_INVERTED", "OR_INVERTED", "NAND",        "SET"};
+    gl.setState(GL_LOGIC_OP_MODE, {0});
+    const Snapshot before = Snapshot::take();
+    for (int i = 0; i < 16; ++i) {
+        gl.setState(GL_LOGIC_OP_MODE, {GL_CLEAR + i});
+        const auto found = differences(before, Snapshot::take());
+        ASSERT_EQ(found.size(), 1u);
+        EXPECT_EQ(found[0].after, "GL_" + std::string(names[i]));
+    }
+    gl.forget();
+}
+
 TEST_F(SnapshotTrace, CopyOfADifferenceKeepsTheText) {
     const Snapshot before = Snapshot::take();
     gl.setState(GL_LINE_WIDTH, {3});
