@@ -9,7 +9,7 @@
 # --seed    another number draws other changes; 1 by default
 # --count   changes that compile; 300 by default
 # --of      include changes the public headers in place of src, the sources
-# --minutes begins nothing more when they are over
+# --minutes begins no more than the twenty changes at hand when they are over
 # --list    lists all changes that could be drawn, and does no more
 # --again   tries those changes that no test found in the last run, and no others
 set -euo pipefail

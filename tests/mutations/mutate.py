@@ -35,7 +35,7 @@ from workshop import BuildError, Workshop, fail  # noqa: E402
 
 KILLED, SURVIVED, UNCOMPILABLE = "killed", "survived", "does not compile"
 LEFT = "not found yet" # by the tests that come first; the rest have not been tried
-BATCH = 60
+BATCH = 20 # mutants that are tried file by file
 
 
 def by_header(path):
