@@ -2,6 +2,7 @@
 
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 
+#include <memory>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -125,27 +126,29 @@ TEST(VertexAttributesBindingTrace, WithoutVertexArrayObjectsNothingHappens) {
 
 TEST(VertexAttributesBindingTrace, EachContextHasItsCurrentOne) {
     FakeGl gl;
-    FakeContext fake;
-    const auto ofProcess = VertexAttributesBinding::make();
-    ofProcess->bind();
-    fake.makeCurrent();
+    FakeContext fakes[2];
     {
-        const auto context = Context::make(FakeGl::lookUp);
-        ASSERT_TRUE(context != nullptr && context->use());
-        EXPECT_FALSE(ofProcess->isCurrent());
-        const auto binding = VertexAttributesBinding::make();
-        binding->bind();
-        gl.makeCurrent();
-        Context::useProcess();
-        EXPECT_FALSE(binding->isCurrent());
-        EXPECT_TRUE(ofProcess->isCurrent());
-        fake.makeCurrent();
-        EXPECT_TRUE(context->use());
-        EXPECT_TRUE(binding->isCurrent());
+        std::shared_ptr<Context> contexts[2];
+        std::shared_ptr<VertexAttributesBinding> bindings[2];
+        const auto use = [&](int i) { return fakes[i].makeCurrent() && contexts[i]->use(); };
+        for (int i = 0; i < 2; ++i) {
+            ASSERT_TRUE(fakes[i].makeCurrent());
+            contexts[i] = Context::make(FakeGl::lookUp);
+            ASSERT_TRUE(contexts[i] != nullptr && use(i));
+            EXPECT_EQ(VertexAttributesBinding::current(), nullptr);
+            bindings[i] = VertexAttributesBinding::make();
+            bindings[i]->bind();
+        }
+        for (const int i : {0, 1, 0}) {
+            ASSERT_TRUE(use(i));
+            EXPECT_TRUE(bindings[i]->isCurrent()) << i;
+            EXPECT_FALSE(bindings[1 - i]->isCurrent()) << i;
+        }
     }
     gl.makeCurrent();
     Context::useProcess();
-    VertexAttributesBinding::unbind();
+    for (FakeContext& fake : fakes)
+        fake.ignoreTheRest();
     gl.ignoreTheRest();
 }
 
