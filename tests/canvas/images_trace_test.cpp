@@ -155,6 +155,17 @@ TEST_F(ImagesTrace, StylesHaveProgramsOfTheirOwn) {
     }
 }
 
+TEST_F(ImagesTrace, AreColorsOnPartsOfPixelsByDefault) {
+    const PixelQuad quad = {{}, {3.f, 0.f}, {0.f, 4.f}, {}};
+    const Lines sources = only(
+        callsOf([&] { canvas->drawQuads(texture, {}, white, {}, &quad, 1); }), {"glShaderSource"});
+    ASSERT_EQ(sources.size(), 2u);
+    for (const std::string& source : sources) {
+        EXPECT_EQ(source.find("#define COVERAGE"), std::string::npos);
+        EXPECT_EQ(source.find("#define WHOLE_PIXELS"), std::string::npos);
+    }
+}
+
 TEST_F(ImagesTrace, ThatCannotBeDrawnAreLeftOut) {
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     constexpr double infinity = std::numeric_limits<double>::infinity();
