@@ -11,6 +11,12 @@ namespace vellis::canvas {
 //   reach    how far the stroke goes on past an end, along its segment
 //   inset    where the quad begins behind the end, on one side. At a joint its edge is the line
 //            that halves the angle, where that cuts off nothing but what the neighbour covers.
+//   edge     the insets at both ends; outset is how far the quad goes on past them, on one side or
+//            the other
+//
+// For one vertex that lies outside, drivers may clip thousands, one by one. So a quad that reaches
+// beyond the viewport is drawn as a box, the part of it that lies within, and one that shows
+// nothing as a point. The fragment stage leaves out what of a box does not belong to the segment.
 //
 // ALONE is a segment without neighbours, whose ends are straight: its coverage is that across times
 // that along, and the shaders are those that are left where nothing is joined.
@@ -92,30 +98,36 @@ void main() {
   vec2 scale = .5 * viewport.zw, start = s.xy / s.w * scale, way = e.xy / e.w * scale - start;
   float len = length(way);
   bool cut1 = a.z + a.w < 0., cut2 = b.z + b.w < 0.;
-  gl_Position = vec4(2, 2, 2, 1);
+  gl_Position = vec4(0, 0, 0, 1);
   if (h == 0. || p1 == p2 || len == 0. || cut1 && cut2) return;
 #ifdef ALONE
   vec2 past = cap == 1. ? h * vec2(!cut1, !cut2) : vec2(0);
   frame = way / len;
-  float in1 = -.71 - past.x, in2 = -.71 - past.y;
+  vec2 edge = -.71 - past, outset = -edge;
 #else
   vec2 past = vec2(0);
   vec4 o = inFront(matrix * vec4(p0, 1), a), i = inFront(matrix * vec4(p3, 1), b);
   vec2 before = start - o.xy / o.w * scale, after = i.xy / i.w * scale - start - way;
   ends = vec4(turn(before, way, cut1, p0 == p1, h), turn(way, after, cut2, p2 == p3, h));
   frame = vec4(way / len, length(before), length(after));
-  float in1 = inset(ends.xy, h, corner.y, min(len, frame.z));
-  float in2 = inset(ends.zw, h, corner.y, min(len, frame.w));
-  if (in1 + in2 > len) {
-    in1 *= len / (in1 + in2);
-    in2 = len - in1;
+  vec2 edge = vec2(inset(ends.xy, h, corner.y, min(len, frame.z)),
+                   inset(ends.zw, h, corner.y, min(len, frame.w))), outset = abs(edge);
+  if (edge.x + edge.y > len) {
+    edge.x *= len / (edge.x + edge.y);
+    edge.y = len - edge.x;
   }
 #endif
-  vec2 d = frame.xy, at = vec2(corner.x < .5 ? in1 - .05 : len - in2 + .05, corner.y * (h + .71));
+  vec2 d = frame.xy, n = vec2(-d.y, d.x);
+  vec2 at = vec2(corner.x < .5 ? edge.x - .05 : len - edge.y + .05, corner.y * (h + .71));
+  vec2 spot = start + d * at.x + n * at.y, middle = start + .5 * (len + outset.y - outset.x) * d;
+  vec2 box = (.5 * (len + outset.x + outset.y) + .05) * abs(d) + (h + .71) * abs(n);
+  if (any(greaterThan(abs(middle) + box, scale))) {
+    spot = clamp(middle + vec2(2. * corner.x - 1., corner.y) * box, -scale, scale);
+    at = vec2(dot(spot - start, d), dot(spot - start, n));
+  }
   place = vec4(at.x + past.x, len - at.x + past.y, at.y, h);
   vec2 z = vec2(s.z / s.w, e.z / e.w);
-  gl_Position = vec4((start + d * at.x + vec2(-d.y, d.x) * at.y) / scale,
-                     max(mix(z.x, z.y, clamp(at.x / len, -1., 2.)), -1.), 1);
+  gl_Position = vec4(spot / scale, max(mix(z.x, z.y, clamp(at.x / len, -1., 2.)), -1.), 1);
 #ifdef DASHED
   a = dashMatrix * vec4(p1, 1);
   b = dashMatrix * vec4(p2, 1);
@@ -134,13 +146,21 @@ void main() {
 // union.
 //
 //   ramp, cover  how much of a pixel lies inside of an edge with a normal, from the distance of
-//                the pixel's centre, negative outside
-//   x, y, n      where the pixel is as seen from the end whose line is near: x is positive beyond
-//                the segment, y on the inner side of the turn, n the direction of y
-//   o, e         the normal of the other edge and the distance from it
-//   q, m         the distance from the middle of the stroke and its direction; where the middle is
-//                a point, a twelfth makes it that of the mean over the pixel
-//   A, B, E      the coverage by the near edge, that by the far one less 1, that by the other edge
+//                the pixel's centre, negative outside; both may be the same multiple of what they
+//                are
+//   d, n         the directions along the segment and across it
+//   X, y         where the pixel is as seen from both ends, positive beyond the segment; and across
+//   U, V, Y      how far it is beyond the lines that halve the angles; where it is as seen from the
+//                ends, along and across the neighbours
+//   over         how far it is beyond a round end, along d
+//   q, m         the distance from the middle of the stroke and its direction, whose length is k;
+//                where the middle is a point, a twelfth makes it that of the mean over the pixel
+//   x, end, s    X, cosine and sine of the end whose line is near; that end's y is positive on the
+//                inner side of the turn, s is not negative
+//   o, e         the normal of the other edge, along d and n, and the distance from it
+//   A, B, E      the coverage by the near edge, that by the far one less 1, that by the other edge.
+//                Of round joins the other edge is that of a cap, with the ramp of the near one, or
+//                one that shows in a corner only, where that ramp does as well
 //   I            that by A and E both: what two edges share follows from the angle between them
 //
 // Of each kind of dash the one that is nearest: D is half its length, L and R are where it begins
@@ -217,27 +237,40 @@ void main() {
 #else
   bvec2 solid = joined;
 #endif
-  if (solid.x && U.x > -.0014 && (X.x > 0. || V.x < room.x) || solid.y && U.y > .0014 && (X.y > 0. || V.y < room.y)) discard;
+  if (abs(y) > h + .71 || solid.x && U.x > -.0014 && (X.x > 0. || V.x < room.x) ||
+      solid.y && U.y > .0014 && (X.y > 0. || V.y < room.y)) discard;
+
+  vec2 Y = 2. * S * U - y, Z = X, m = n;
+  if (solid.x ? join != 1. : cap < 2. || C.x > -1.5) Z.x = 0.;
+  if (solid.y ? join != 1. : cap < 2. || C.y > -1.5) Z.y = 0.;
+  float over = max(Z.y, 0.) - max(Z.x, 0.), q = abs(y), k = 1.;
+  if (over != 0.) {
+    k = q = sqrt(over * over + y * y + .0833);
+    m = over * d + y * n;
+  }
+  vec3 f = ramp(m);
+  float A = cover(k * (h - q), f), B = cover(k * (h + q), f) - 1.;
 
   U = max(X + 1.5, min(U, 0.) - 1e9 * vec2(not(joined)));
   bool last = U.y > U.x, joint = last ? joined.y : joined.x, plain = joint && !(last ? solid.y : solid.x);
-  vec2 end = last ? ends.zw : ends.xy;
-  float x = last ? X.y : X.x;
-  if (!last) n = -n;
-  if (end.y < 0.) {
-    n = -n;
+  vec2 end = last ? ends.zw : vec2(ends.x, -ends.y), o = vec2(2. * end.x * end.y, end.y * end.y - end.x * end.x);
+  float x = last ? X.y : X.x, s = last ? S.y : S.x, e = last ? Y.y : Y.x;
+  if (s < 0.) {
+    s = -s;
+    e = -e;
     y = -y;
-    end.y = -end.y;
   }
   bool inner = joint && (y > 0. || x < -1.);
-  vec2 m = vec2(0, 1), o = vec2(2. * end.x * end.y, end.y * end.y - end.x * end.x);
-  float q = abs(y), e = o.x * x + o.y * y;
   if (plain) {
-    e = 9.;
+    e = 1e9;
     inner = false;
   } else if (inner) {
-    q = y;
     e = min(h + e, last ? room.y - V.y : room.x - V.x);
+    if (y < 0.) {
+      float a = A;
+      A = B + 1.;
+      B = a - 1.;
+    }
   } else {
     e = h - e;
     if (!joint) {
@@ -245,23 +278,16 @@ void main() {
       e = -1. - end.x - x;
     } else if (join == 2. || end.x * miterLimit < .999) {
       o = vec2(end.y, -end.x);
-      e = h * end.x - dot(o, vec2(x, y));
+      e = h * end.x - s * x + end.x * y;
     }
-    if (joint ? join == 1. : cap == 2. && end.x < -1.5) {
-      e = 9.;
-      if (x > 0.) {
-        q = sqrt(x * x + y * y + .0833);
-        m = vec2(x, y) / q;
-      }
-    }
+    if (joint ? join == 1. : cap == 2. && end.x < -1.5) e = 1e9;
   }
-  vec3 f = ramp(m.x * d + m.y * n);
-  float A = cover(h - q, f), B = cover(h + q, f) - 1., E = cover(e, ramp(o.x * d + o.y * n));
+  float E = cover(e, join == 1. ? f : ramp(o.x * d + o.y * n));
 #ifdef DASHED
   if (!joint && cap < 2.) E = min(E, G);
 #endif
   float I = mix(A * E, o.y < 0. ? min(A, E) : max(A + E - 1., 0.), abs(o.y));
-  A = inner ? A + E - I + B : I + B * mix(E, 1., max(-o.y, 0.));
+  A = inner ? A + E - I + B : join == 1. ? (A + B) * E : I + B * mix(E, 1., max(-o.y, 0.));
 #ifdef DASHED
   A = cap == 2. ? min(A, G) : joint ? A * G : A;
 #endif

@@ -11,8 +11,10 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <vellis/context.hpp>
 #include <vellis/gl.hpp>
 
+#include "support/fake_context.hpp"
 #include "support/fake_gl.hpp"
 
 namespace {
@@ -21,6 +23,7 @@ using vellis::BufferAccess;
 using vellis::BufferObject;
 using vellis::BufferUsage;
 using vellis::MapAccess;
+using vellis::test::FakeContext;
 using vellis::test::FakeGl;
 using Bytes = vellis::VertexAttributeBuffer<unsigned char>;
 
@@ -349,6 +352,30 @@ TEST_F(BufferObjectTrace, FlushAndUnmapOfAnUnmappedBufferLeaveItBound) {
     buffer->flushAndUnmap(0, 1);
     EXPECT_TRUE(buffer->isBound());
     EXPECT_GL_CALLS(gl);
+}
+
+TEST_F(BufferObjectTrace, WhereItDoesNotExistDataOperationsOnlyUnbind) {
+    FakeContext other;
+    other.makeCurrent();
+    {
+        const auto context = vellis::Context::make(FakeGl::lookUp);
+        ASSERT_TRUE(context != nullptr && context->use());
+        other.forget();
+        const unsigned char bytes[4] = {};
+        const std::string unbound = "glBindBuffer(GL_ARRAY_BUFFER, 0)";
+        buffer->alloc(4);
+        EXPECT_GL_CALLS(other, unbound);
+        buffer->load(bytes, 4);
+        EXPECT_GL_CALLS(other, unbound);
+        buffer->load(bytes, 0, 4);
+        EXPECT_GL_CALLS(other, unbound);
+        EXPECT_EQ(buffer->map(MapAccess::WriteOnly), nullptr);
+        EXPECT_GL_CALLS(other, unbound);
+    }
+    gl.makeCurrent();
+    vellis::Context::useProcess();
+    other.ignoreTheRest();
+    gl.forget();
 }
 
 TEST_F(BufferObjectTrace, WithoutMapBufferRangeMappingOnlyUnbinds) {

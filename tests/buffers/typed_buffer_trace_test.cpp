@@ -182,6 +182,9 @@ TYPED_TEST(TypedBufferTrace, FlushOfCountZeroReachesToTheEnd) {
     EXPECT_EQ(this->gl.takeCalls()[1], this->call("glFlushMappedBufferRange",
                                                   ", " + this->bytes(1) + ", " + this->bytes(3)));
     buffer->flushAndUnmap();
+    const std::vector<std::string> expected = {this->bind(1), this->call("glUnmapBuffer", ""),
+                                               this->bind(0)};
+    EXPECT_EQ(this->gl.takeCalls(), expected);
     buffer->map(MapAccess::ReadOnly);
     buffer->unmap(true);
 }

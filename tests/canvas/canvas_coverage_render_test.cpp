@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <vector>
@@ -160,6 +161,35 @@ void drawInALargeViewport(vellis::Canvas& canvas, const std::vector<Stroke>& str
     glViewport(0, 0, strokeSceneSize, strokeSceneSize);
 }
 
+/// A batch in each of some viewports side by side, at the edges of which strokes are cut off.
+template <class Draw>
+void drawEachPart(vellis::Canvas& canvas, Draw drawing) {
+    constexpr int edges[] = {0, 50, 121, 185, strokeSceneSize};
+    constexpr float size = strokeSceneSize;
+    for (int i = 0; i != 16; ++i) {
+        const int(&x)[2] = {edges[i % 4], edges[i % 4 + 1]};
+        const int(&y)[2] = {edges[i / 4], edges[i / 4 + 1]};
+        glViewport(x[0], y[0], x[1] - x[0], y[1] - y[0]);
+        const glm::vec2 part(x[1] - x[0], y[1] - y[0]);
+        glm::mat4 toPart(1.F);
+        toPart[0][0] = size / part.x;
+        toPart[1][1] = size / part.y;
+        toPart[3][0] = (size - static_cast<float>(x[0] + x[1])) / part.x;
+        toPart[3][1] = (size - static_cast<float>(y[0] + y[1])) / part.y;
+        canvas.begin(toPart * strokeSceneMatrix());
+        drawing();
+        canvas.end();
+    }
+    glViewport(0, 0, strokeSceneSize, strokeSceneSize);
+}
+
+void drawInParts(vellis::Canvas& canvas, const std::vector<Stroke>& strokes) {
+    drawEachPart(canvas, [&] {
+        for (const Stroke& stroke : strokes)
+            drawThrough(canvas, stroke, floatPoints(stroke));
+    });
+}
+
 /// How many records go to GL at once.
 constexpr std::size_t uploadSize = canvas::mostCopied(canvas::Kind::Strip);
 
@@ -214,6 +244,7 @@ constexpr Way ways[] = {
     {"FarAway", drawFarAway},
     {"InLargePixels", drawInLargePixels},
     {"InALargeViewport", drawInALargeViewport},
+    {"InParts", drawInParts},
     {"AcrossUploads", drawAcrossUploads},
     {"AcrossUploadsInACall", drawAcrossUploadsInACall},
 };
@@ -323,6 +354,35 @@ StrokeErrors randomErrors(double opacity) {
 
 TEST_F(CanvasCoverageRender, RandomOpaqueStrokesAreTheirGeometry) {
     EXPECT_TRUE(isWithin(randomErrors(1)));
+}
+
+TEST_F(CanvasCoverageRender, StrokesThatAreCutOffAreThoseThatAreNot) {
+    const auto canvas = vellis::Canvas::make();
+    std::size_t touched = 0;
+    std::size_t differ = 0;
+    for (unsigned int seed = 0; seed != 150; ++seed) {
+        const Stroke stroke = randomStroke(seed);
+        const auto draw = [&] {
+            if (seed % 3 == 0)
+                canvas->drawLines(canvasStroke(stroke), floatPoints(stroke));
+            else
+                drawThrough(*canvas, stroke, floatPoints(stroke));
+        };
+        clearScene();
+        canvas->begin(strokeSceneMatrix());
+        draw();
+        canvas->end();
+        const offscreen::Image whole = readScene();
+        clearScene();
+        drawEachPart(*canvas, draw);
+        const offscreen::Image parts = readScene();
+        for (std::size_t i = 0; i < whole.pixels.size(); i += 4) {
+            touched += whole.pixels[i] > 0 ? 1U : 0U;
+            differ += std::abs(whole.pixels[i] - parts.pixels[i]) > 4 ? 1U : 0U;
+        }
+    }
+    EXPECT_GT(touched, 500000U);
+    EXPECT_LE(differ, touched / 10000);
 }
 
 TEST_F(CanvasCoverageRender, RandomTranslucentStrokesAreTheirGeometry) {

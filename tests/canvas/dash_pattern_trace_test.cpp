@@ -23,6 +23,15 @@ Style styleOf(std::initializer_list<Stroke::Dash> dashes, float ratio = 1.f) {
     return style;
 }
 
+TEST(StrokeTrace, DashesTakeThePlaceOfThoseOfBefore) {
+    const Stroke stroke = Stroke(glm::vec4(1.f)).dashed({{1, 2}, {3, 4}}, 5.f).dashed({{6, 7}});
+    EXPECT_EQ(stroke.numDashes, 1);
+    EXPECT_EQ(stroke.dashes[0].length, 6.f);
+    EXPECT_EQ(stroke.dashes[0].gap, 7.f);
+    EXPECT_EQ(stroke.dashOffset, 0.f);
+    EXPECT_EQ(stroke.dashed({}).numDashes, 0);
+}
+
 TEST(DashPatternTrace, UpToFourPairsAreKept) {
     const Stroke stroke =
         Stroke(glm::vec4(1.f)).dashed({{1, 2}, {3, 4}, {5, 6}, {7, 8}, {9, 10}}, 3.f);

@@ -154,6 +154,17 @@ TEST_F(ImagesTrace, StylesHaveProgramsOfTheirOwn) {
     }
 }
 
+TEST_F(ImagesTrace, AreColorsOnPartsOfPixelsByDefault) {
+    const PixelQuad quad = {{}, {3.f, 0.f}, {0.f, 4.f}, {}};
+    const Lines sources = only(
+        callsOf([&] { canvas->drawQuads(texture, {}, white, {}, &quad, 1); }), {"glShaderSource"});
+    ASSERT_EQ(sources.size(), 2u);
+    for (const std::string& source : sources) {
+        EXPECT_EQ(source.find("#define COVERAGE"), std::string::npos);
+        EXPECT_EQ(source.find("#define WHOLE_PIXELS"), std::string::npos);
+    }
+}
+
 TEST_F(ImagesTrace, ThatCannotBeDrawnAreLeftOut) {
     const auto line = Texture1D<unsigned char>::make(4);
     const PixelQuad quads[] = {{{nan, 0.f}, {1.f, 0.f}, {0.f, 1.f}, {}},

@@ -98,6 +98,12 @@ TEST_F(VertexArraysTrace, AreasPointToPositionsAloneAndHaveTheirColorFromAUnifor
                      "glBindBuffer(GL_ARRAY_BUFFER, 0)"}));
 }
 
+TEST_F(VertexArraysTrace, LinesAreSolidWhateverTheDashes) {
+    const Stroke dashed = stroke.dashed({{2.f, 3.f}});
+    const Lines solid = laterCallsOf([&] { canvas->drawLineStrip(stroke, 0, 6, plane); });
+    EXPECT_EQ(laterCallsOf([&] { canvas->drawLineStrip(dashed, 0, 6, plane); }), solid);
+}
+
 TEST_F(VertexArraysTrace, PointsAreInstancesFromTheFirstOn) {
     canvas->setPixelRatio(2.f);
     const auto draw = [&] { canvas->drawPoints(white, 5.f, 2, 4, space); };

@@ -2,16 +2,21 @@
 
 #include <vellis/drawing/vertex_attributes_binding.hpp>
 
+#include <memory>
 #include <type_traits>
 
 #include <gtest/gtest.h>
+#include <vellis/context.hpp>
 #include <vellis/gl.hpp>
 
+#include "support/fake_context.hpp"
 #include "support/fake_gl.hpp"
 
 namespace {
 
+using vellis::Context;
 using vellis::VertexAttributesBinding;
+using vellis::test::FakeContext;
 using vellis::test::FakeGl;
 
 static_assert(!std::is_polymorphic_v<VertexAttributesBinding>);
@@ -117,6 +122,34 @@ TEST(VertexAttributesBindingTrace, WithoutVertexArrayObjectsNothingHappens) {
         VertexAttributesBinding::unbind();
     }
     EXPECT_GL_CALLS(gl);
+}
+
+TEST(VertexAttributesBindingTrace, EachContextHasItsCurrentOne) {
+    FakeGl gl;
+    FakeContext fakes[2];
+    {
+        std::shared_ptr<Context> contexts[2];
+        std::shared_ptr<VertexAttributesBinding> bindings[2];
+        const auto use = [&](int i) { return fakes[i].makeCurrent() && contexts[i]->use(); };
+        for (int i = 0; i < 2; ++i) {
+            ASSERT_TRUE(fakes[i].makeCurrent());
+            contexts[i] = Context::make(FakeGl::lookUp);
+            ASSERT_TRUE(contexts[i] != nullptr && use(i));
+            EXPECT_EQ(VertexAttributesBinding::current(), nullptr);
+            bindings[i] = VertexAttributesBinding::make();
+            bindings[i]->bind();
+        }
+        for (const int i : {0, 1, 0}) {
+            ASSERT_TRUE(use(i));
+            EXPECT_TRUE(bindings[i]->isCurrent()) << i;
+            EXPECT_FALSE(bindings[1 - i]->isCurrent()) << i;
+        }
+    }
+    gl.makeCurrent();
+    Context::useProcess();
+    for (FakeContext& fake : fakes)
+        fake.ignoreTheRest();
+    gl.ignoreTheRest();
 }
 
 } // namespace

@@ -158,6 +158,7 @@ TEST_F(DebugOutputTrace, WhatIsLessBadIsLeftOut) {
 }
 
 TEST_F(DebugOutputTrace, RepeatsAreShownOnceUnlessAskedFor) {
+    EXPECT_FALSE(DebugOutputSettings().showsRepeats);
     DebugOutputSettings settings = into(texts);
     settings.showsRepeats = false;
     start_debug_output(settings);

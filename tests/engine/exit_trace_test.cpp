@@ -319,6 +319,22 @@ void useEverything() {
     internal::diff_gl_states();
 }
 
+/// Tells how often it is asked to release what it keeps.
+struct Rounds {
+    static void release() { std::fprintf(stderr, "round %d ", ++number); }
+    static inline int number = 0;
+};
+
+TEST_F(ExitDeathTest, WhatGoesOnGetsFourRounds) {
+    EXPECT_EXIT(
+        {
+            vellis::detail::AtExit<Rounds>::arm();
+            vellis::detail::AtExit<Rounds>::arm();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "round 1 round 2 round 3 round 4 $");
+}
+
 /// For what looks at the memory of whole processes, as sanitizers do.
 TEST(ExitTrace, ThisProcessLeavesNothing) {
     whenAllIsOver([] {

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <glm/mat4x4.hpp>
@@ -219,6 +220,41 @@ TEST_F(LabelsTrace, StatesThatAreNoNamesStayAsTheyAre) {
     const std::string text = stderrOf(internal::print_gl_states);
     EXPECT_EQ(linesWith(text, "'"), Lines());
     EXPECT_EQ(linesWith(text, "STENCIL_CLEAR"), Lines{"Corvane: STENCIL_CLEAR_VALUE = 1"});
+}
+
+TEST_F(LabelsTrace, EveryBindingThatIsPrintedShowsThatOfItsKind) {
+    const auto texture = Texture2D<float>::make(1, 1);
+    const auto renderbuffer = Renderbuffer<float>::make(1, 1);
+    const auto program = Program::make();
+    program->beginAttributesBinding();
+    const auto binding = program->finishAttributesBinding();
+    label(texture, "noise");
+    label(renderbuffer, "depth");
+    label(*binding, "quad");
+    const auto nameOf = [](const auto& object) { return static_cast<GLint>(object->id()); };
+    const std::pair<GLenum, const char*> textures[] = {
+        {GL_TEXTURE_BINDING_1D, "TEXTURE_BINDING_1D ="},
+        {GL_TEXTURE_BINDING_1D_ARRAY, "TEXTURE_BINDING_1D_ARRAY ="},
+        {GL_TEXTURE_BINDING_2D, "TEXTURE_BINDING_2D ="},
+        {GL_TEXTURE_BINDING_2D_ARRAY, "TEXTURE_BINDING_2D_ARRAY ="},
+        {GL_TEXTURE_BINDING_3D, "TEXTURE_BINDING_3D ="},
+        {GL_TEXTURE_BINDING_CUBE_MAP, "TEXTURE_BINDING_CUBE_MAP ="},
+        {GL_TEXTURE_BINDING_RECTANGLE, "TEXTURE_BINDING_RECTANGLE ="},
+    };
+    for (const auto& row : textures)
+        gl.setState(row.first, {nameOf(texture)});
+    gl.setState(GL_RENDERBUFFER_BINDING, {nameOf(renderbuffer)});
+    gl.setState(GL_VERTEX_ARRAY_BINDING, {nameOf(binding)});
+    const std::string text = stderrOf(internal::print_gl_states);
+    const auto expectLabel = [&](const char* state, const std::string& expected) {
+        const Lines lines = linesWith(text, state);
+        ASSERT_EQ(lines.size(), 1u) << state;
+        EXPECT_NE(lines[0].find("'" + expected + "'"), std::string::npos) << lines[0];
+    };
+    for (const auto& row : textures)
+        expectLabel(row.second, "noise");
+    expectLabel("RENDERBUFFER_BINDING =", "depth");
+    expectLabel("VERTEX_ARRAY_BINDING =", "quad");
 }
 
 TEST_F(LabelsTrace, DumpsOfShadersAndProgramsShowThem) {

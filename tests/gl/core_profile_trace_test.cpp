@@ -225,6 +225,13 @@ TEST_F(CoreProfileTrace, BuiltInProgramsAreGlsl150) {
         EXPECT_THAT(sources[i], StartsWith("#version 150 \n"));
         const std::string body = old[i].substr(old[i].find('\n'));
         EXPECT_THAT(sources[i], testing::EndsWith(body));
+        const bool isVertex = body.find("gl_Position") != std::string::npos;
+        for (const char* line :
+             isVertex ? std::initializer_list<const char*>{"#define attribute in ",
+                                                           "#define varying out "}
+                      : std::initializer_list<const char*>{
+                            "#define varying in ", "#define gl_FragColor OUT0 ", "out vec4 OUT0; "})
+            EXPECT_THAT(sources[i], HasSubstr(line));
     }
 }
 
@@ -250,7 +257,8 @@ TEST_F(CoreProfileTrace, PortableSourcesOf120AreGlsl150InAsManyLines) {
                   std::count(old[i].begin(), old[i].end(), '\n'));
     }
     for (const std::string& source : sources)
-        EXPECT_THAT(source, HasSubstr("#define texture2D texture \n"));
+        for (const char* name : {"texture1D", "texture2D", "texture3D", "textureCube"})
+            EXPECT_THAT(source, HasSubstr("#define " + std::string(name) + " texture \n"));
     EXPECT_THAT(sources[0], HasSubstr("#define OUT out"));
     EXPECT_THAT(sources[0], testing::EndsWith("\nvertex"));
     EXPECT_THAT(sources[1], HasSubstr("#define DECL_OUT0 out vec4 OUT0; \n"));

@@ -2,194 +2,50 @@
 """Changes the library's sources one place at a time, and sees whether a test fails.
 
 All mutants that rules.py finds in the sources are drawn from by a seed: a line for each draw, and one
-of its mutants. Each is applied in a copy of the sources, the library alone is built anew, and the
-tests that need no driver run; where none fails, the tests that hold code of the changed file are built
-anew, too, and run again; where still none fails, the tests on a driver run. Mutants that do not
+of its mutants. Each is applied in a copy of the sources, and tests run until one fails:
+
+  src        the library alone is built anew. The tests without a driver run, first those named after
+             the changed file; where none fails, the tests that hold code of the file are built anew,
+             too, and run again; where still none fails, the tests on a driver run that stand in the
+             folder of the file's tests. Sources of vellis::text have tests of their own.
+  include    the library is built anew, and of the tests without a driver only those named after the
+             changed header, then those of its folder.
+
+When all mutants have been through that, those that are left are tried with the rest: those of src with
+the tests of faults and all on a driver, those of include with all tests, built anew. Mutants that do not
 compile are counted apart, and others drawn in their place.
 
 Usage: mutate.py ROOT [--seed N] [--count N] [--of src|include] [--list | --again]
 """
 
 import argparse
-import contextlib
-import os
+import math
 import pathlib
 import random
-import re
-import resource
-import shutil
-import signal
-import subprocess
 import sys
-import tempfile
 import time
-from typing import NamedTuple
 
 sys.dont_write_bytecode = True
 
 import rules  # noqa: E402
-
-SUFFIXES = (".cpp", ".hpp", ".inc")
-
-
-class Program(NamedTuple):
-    """A program of tests. What it keeps for the whole process some suites must not share."""
-    path: str
-    alone: str = ""
-
-
-# The quickest to find something first.
-FAST_TESTS = [Program("tests/vellis_trace_tests", "Loader.EntryPointsAreNullBeforeTheFirstLoad"),
-              Program("tests/vellis_platform_lookup_trace_tests"),
-              Program("tests/vellis_toolbox_trace_tests"),
-              Program("tests/vellis_toolbox_dispose_trace_tests"),
-              Program("tests/vellis_dash_distances_trace_tests"),
-              Program("tests/vellis_exit_trace_tests"),
-              Program("tests/vellis_workloads_trace_tests"),
-              Program("tests/docs/vellis_pages_tests"),
-              Program("tests/faults/vellis_allocation_fault_tests"),
-              Program("tests/faults/vellis_gl_fault_tests"),
-              Program("tests/fuzz/vellis_state_machine_tests"),
-              Program("tests/fuzz/vellis_context_machine_tests"),
-              Program("tests/vellis_context_threads_trace_tests"),
-              Program("tests/vellis_diff_gl_states_trace_tests", "DiffGlStatesTrace.*")]
-FAST_TARGETS = ["vellis_tests_trace", "vellis_pages_tests"]
-DRIVER_TESTS = [Program("tests/vellis_toolbox_render_tests"),
-                Program("tests/vellis_context_host_render_tests"),
-                Program("tests/vellis_context_hand_over_render_tests"),
-                Program("tests/vellis_render_tests", "TrackedStatesRender.*")]
-DRIVER_TARGETS = ["vellis_toolbox_render_tests", "vellis_context_host_render_tests",
-                  "vellis_context_hand_over_render_tests", "vellis_render_tests"]
-# What a test that has lost its way may use: it ends there.
-MEMORY_LIMIT = 8 << 30
-OUTPUT_LIMIT = 64 << 20
+from programs import (ALL_RENDER_TESTS, ALL_TESTS, ALL_TRACE_TESTS,  # noqa: E402
+                      DRIVER_TESTS, FAST_TARGETS, FAST_TESTS, FAULT_TESTS, TEXT_DRIVER_TESTS,
+                      TEXT_FAULT_TESTS, TEXT_TESTS, targets, tests_named_after, tests_of_folder)
+from workshop import BuildError, Workshop, fail  # noqa: E402
 
 KILLED, SURVIVED, UNCOMPILABLE = "killed", "survived", "does not compile"
+LEFT = "not found yet" # by the tests that come first; the rest have not been tried
+BATCH = 20 # mutants that are tried file by file
 
 
-def fail(text):
-    sys.exit(f"mutate.py: {text}")
+def by_header(path):
+    """Whether tests must be built anew for a change of that file. Those that read the same table would
+    change with it."""
+    return path.startswith("include/") and not path.endswith(".inc")
 
 
-def limit_resources():
-    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    resource.setrlimit(resource.RLIMIT_FSIZE, (OUTPUT_LIMIT, OUTPUT_LIMIT))
-    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
-
-
-def run(command, limit=None, prepare=None):
-    """The exit status, None at the time limit, and the output."""
-    with tempfile.TemporaryFile() as output:
-        process = subprocess.Popen(command, stdout=output, stderr=subprocess.STDOUT,
-                                   stdin=subprocess.DEVNULL, preexec_fn=prepare,
-                                   start_new_session=True)
-        try:
-            status = process.wait(limit)
-        except subprocess.TimeoutExpired:
-            status = None
-        finally:
-            with contextlib.suppress(ProcessLookupError):
-                os.killpg(process.pid, signal.SIGKILL) # what it has started, too
-            process.wait()
-        output.seek(0)
-        return status, output.read().decode("utf-8", "replace")
-
-
-def test_at_the_end(output):
-    """The test that failed first, or the one that ran last; nothing where none did."""
-    failed = re.search(r"^\[  FAILED  \] ([^\s,]+\.[^\s,]+)", output, re.MULTILINE)
-    begun = re.findall(r"^\[ RUN      \] (\S+)", output, re.MULTILINE)
-    return failed[1] if failed else begun[-1] if begun else ""
-
-
-class Workshop:
-    """A copy of the sources, and a build of it."""
-
-    def __init__(self, root):
-        self.root = root
-        self.folder = root / "build/mutations"
-        self.source = self.folder / "source"
-        self.build_folder = self.folder / "build"
-        self.alone = {}
-        self.limits = {}
-
-    def copy_sources(self):
-        """Files that are as they were keep their time, so that nothing is built in vain."""
-        listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others",
-                                 "--exclude-standard"], cwd=self.root, check=True,
-                                capture_output=True, text=True).stdout.split("\0")
-        wanted = {name for name in listed if name and (self.root / name).is_file()}
-        for path in sorted(self.source.rglob("*")):
-            if path.is_file() and str(path.relative_to(self.source)) not in wanted:
-                path.unlink()
-        for name in wanted:
-            source, copy = self.root / name, self.source / name
-            if not copy.exists() or copy.read_bytes() != source.read_bytes():
-                copy.parent.mkdir(parents=True, exist_ok=True)
-                shutil.copy(source, copy)
-
-    def configure(self):
-        # Without optimisation and debug information an object takes the least time. A changed
-        # shared library needs no test to be linked anew.
-        status, output = run(["cmake", "-S", self.source, "-B", self.build_folder, "-G", "Ninja",
-                              "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=",
-                              "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DVELLIS_BUILD_TESTS=ON",
-                              "-DVELLIS_BUILD_EXAMPLES=ON"])
-        if status != 0:
-            fail(f"configuring failed:\n{output}")
-
-    def build(self, *targets):
-        """Whether the targets could be built; what the compiler says of it is in `said`."""
-        status, self.said = run(["cmake", "--build", self.build_folder, "--target", *targets])
-        return status == 0
-
-    def gl_header(self):
-        return (self.build_folder / "loader/include/vellis/glad/gl.h").read_text(encoding="utf-8")
-
-    def sources(self, folder):
-        paths = sorted(path for path in (self.source / folder).rglob("*") if path.suffix in SUFFIXES)
-        return {str(path.relative_to(self.source)): path.read_text(encoding="utf-8")
-                for path in paths}
-
-    def commands(self, programs):
-        """The commands that run the tests of those programs."""
-        for program in programs:
-            path = self.build_folder / program.path
-            yield (path, f"--gtest_filter=-{program.alone}", "--gtest_fail_fast")
-            for test in self.alone.get(program, []):
-                yield (path, f"--gtest_filter={test}")
-
-    def list_tests(self):
-        """Finds the tests that have a process of their own: a mutant may keep them from being listed."""
-        for program in filter(lambda program: program.alone, FAST_TESTS + DRIVER_TESTS):
-            _, output = run([self.build_folder / program.path, "--gtest_list_tests",
-                             f"--gtest_filter={program.alone}"])
-            suite = ""
-            for line in output.splitlines():
-                name = line.split("#")[0].strip()
-                if not line.startswith(" "):
-                    suite = name
-                else:
-                    self.alone.setdefault(program, []).append(suite + name)
-
-    def failing_test(self, programs):
-        """The name of a test that fails, or None."""
-        for command in self.commands(programs):
-            status, output = run(command, self.limits[command], limit_resources)
-            if status != 0:
-                how = "" if status == 1 else " (time limit)" if status is None else " (crash)"
-                return f"{test_at_the_end(output) or command[0].name}{how}"
-        return None
-
-    def check_unchanged(self):
-        """All must be well before anything is changed; how long the tests take sets their limits."""
-        self.list_tests()
-        for command in self.commands(FAST_TESTS + DRIVER_TESTS):
-            begin = time.monotonic()
-            status, output = run(command, None, limit_resources)
-            if status != 0:
-                fail(f"{command[0]} fails on the unchanged sources:\n{output[-4000:]}")
-            self.limits[command] = 30 + 10 * (time.monotonic() - begin)
+def on_driver(test):
+    return test and f"{test} (driver)"
 
 
 class Trial:
@@ -198,6 +54,8 @@ class Trial:
     def __init__(self, workshop, sources):
         self.workshop = workshop
         self.sources = sources
+        self.first, self.rest = True, False # which tests are tried
+        self.seconds = []
 
     def describe(self, mutant):
         source = self.sources[mutant.path]
@@ -217,22 +75,76 @@ class Trial:
             path.write_text(source, encoding="utf-8")
 
     def _outcome_of_change(self, mutant):
-        workshop = self.workshop
-        public = mutant.path.startswith("include/")
-        if not workshop.build("vellis", *(FAST_TARGETS if public else [])):
+        try:
+            test = self._failing_test(mutant.path)
+        except BuildError:
             return UNCOMPILABLE, ""
-        test, by_driver = workshop.failing_test(FAST_TESTS), ""
+        if test is not None:
+            return KILLED, test
+        return (SURVIVED if self.rest else LEFT), ""
+
+    def _build(self, *names):
+        if not self.workshop.build(*names):
+            raise BuildError
+
+    def _failing_test(self, path):
+        """The test that finds what was changed in a file, or None."""
+        test = None
+        if self.first:
+            test = (self._failing_test_named(path) if by_header(path) else
+                    self._failing_text_test() if "/text/" in path else
+                    self._failing_test_of_library(path))
+        if test is None and self.rest:
+            test = self._failing_test_of_rest(path)
+        return test
+
+    def _failing_test_of_library(self, path):
+        workshop = self.workshop
+        self._build("vellis")
+        named = workshop.commands_for(ALL_TRACE_TESTS, tests_named_after(path, workshop.tests))
+        test = workshop.failing(named) or workshop.failing_test(FAST_TESTS)
         # Tests that read the same table would change with it.
-        if test is None and not public and not mutant.path.endswith(".inc"):
-            if not workshop.build(*FAST_TARGETS):
-                return UNCOMPILABLE, ""
-            if "Building CXX object tests/" in workshop.said:
-                test = workshop.failing_test(FAST_TESTS)
-                self.stale_tests = True
-        if test is None:
-            test = workshop.failing_test(DRIVER_TESTS)
-            by_driver = " (driver)"
-        return (SURVIVED, "") if test is None else (KILLED, test + by_driver)
+        if test is None and not path.endswith(".inc"):
+            self.stale_tests = True
+            self._build(*FAST_TARGETS)
+            self.stale_tests = "Building CXX object tests/" in workshop.said
+            test = workshop.failing_test([program for program in FAST_TESTS
+                                          if f" {program.path}\n" in workshop.said])
+        return test or on_driver(workshop.failing(
+            workshop.commands_for(ALL_RENDER_TESTS, tests_of_folder(path, workshop.tests))))
+
+    def _failing_text_test(self):
+        self.stale_tests = True
+        self._build("vellis_text", *targets(TEXT_TESTS))
+        return self.workshop.failing_test(TEXT_TESTS) or \
+            on_driver(self.workshop.failing_test(TEXT_DRIVER_TESTS))
+
+    def _failing_test_of_rest(self, path):
+        """The same by what takes long: the tests on a driver and those of faults, all built anew for a
+        header."""
+        driver, others = DRIVER_TESTS, FAULT_TESTS
+        if by_header(path):
+            driver = DRIVER_TESTS + TEXT_DRIVER_TESTS
+            others = [program for program in ALL_TESTS if program not in driver]
+        elif "/text/" in path:
+            driver, others = [], TEXT_FAULT_TESTS
+        self.stale_tests = True
+        self._build("vellis", "vellis_text",
+                    *([] if path.endswith(".inc") else targets(driver + others)))
+        self.stale_tests = "Building CXX object tests/" in self.workshop.said
+        return self.workshop.failing_test(others) or on_driver(self.workshop.failing_test(driver))
+
+    def _failing_test_named(self, path):
+        """The same of a header, by the tests that concern it: those of one source at a time, since
+        these take longer to compile than the library."""
+        workshop = self.workshop
+        if not workshop.compiles(path):
+            raise BuildError
+        self._build("vellis", *(["vellis_text"] if "/text/" in path else []))
+        named = tests_named_after(path, workshop.tests)
+        others = [test for test in tests_of_folder(path, workshop.tests) if test not in named]
+        tests = in_turn(named) + in_turn(others)
+        return next(filter(None, map(workshop.failing_part, tests)), None)
 
     def run(self, mutants, report):
         """The outcomes in the order of the mutants, which are tried file by file."""
@@ -240,12 +152,20 @@ class Trial:
         self.stale_tests = False
         for mutant in sorted(mutants):
             if self.stale_tests:
-                self.workshop.build("vellis", *FAST_TARGETS)
+                self._build("vellis", *FAST_TARGETS)
                 self.stale_tests = False
+            begin = time.monotonic()
             outcomes[mutant] = self.outcome(mutant)
+            self.seconds.append(time.monotonic() - begin)
             what, test = outcomes[mutant]
             report(f"{what}{': ' + test if test else ''}", self.describe(mutant))
         return outcomes
+
+
+def in_turn(tests):
+    """Each of these test sources that need no driver by itself, the shortest names first."""
+    return [[test] for test in sorted(tests, key=lambda test: (len(test), test))
+            if not test.endswith("_render_test.cpp")]
 
 
 def drawn(mutants, sources, seed):
@@ -269,65 +189,99 @@ def read_arguments(arguments):
     parser.add_argument("--count", type=int, default=300, help="mutants that compile")
     parser.add_argument("--of", choices=("src", "include"), default="src",
                         help="the sources, or the public headers, for which the tests are built anew")
+    parser.add_argument("--minutes", type=float, default=math.inf,
+                        help="begin no batch when they are over")
     parser.add_argument("--list", action="store_true", help="list all candidates, and do no more")
     parser.add_argument("--again", action="store_true", help="the survivors of the last run only")
     return parser.parse_args(arguments)
 
 
-def try_drawn(trial, order, count, report):
-    """Tries mutants in their order until `count` of them have compiled, or none is left."""
+def try_drawn(trial, order, count, report, deadline=math.inf):
+    """Tries mutants in their order until `count` of them have compiled, none is left, or the time is
+    over. They are tried batch by batch, so that what was tried is the beginning of the draw."""
     outcomes = {}
     tried = 0
-    while tried < count and order:
-        batch, order = order[:count - tried], order[count - tried:]
+    while tried < count and order and time.monotonic() < deadline:
+        size = min(count - tried, BATCH)
+        batch, order = order[:size], order[size:]
         outcomes.update(trial.run(batch, report))
         tried = sum(what != UNCOMPILABLE for what, _ in outcomes.values())
     return outcomes
 
 
-def main(arguments):
-    options = read_arguments(arguments)
-    workshop = Workshop(options.root.resolve())
+def try_left(trial, outcomes, report, deadline):
+    """Tries with the rest of the tests what those that come first did not find."""
+    trial.first, trial.rest = False, True
+    for mutant in [mutant for mutant, (what, _) in outcomes.items() if what == LEFT]:
+        if time.monotonic() < deadline:
+            outcomes.update(trial.run([mutant], report))
+
+
+def summary(outcomes, seconds):
+    results = [what for what, _ in outcomes.values()]
+    by_driver = sum(test.endswith("(driver)") for _, test in outcomes.values())
+    left = results.count(LEFT)
+    text = (f"{len(results) - results.count(UNCOMPILABLE)} mutants: {results.count(KILLED)} found, "
+            f"{by_driver} of them only by a driver test; {results.count(SURVIVED)} survived. "
+            f"{results.count(UNCOMPILABLE)} more did not compile.")
+    if left:
+        text += f" {left} were not found by the tests that come first, and not tried with the rest."
+    return f"{text} A trial took {sum(seconds) / max(len(seconds), 1):.1f} seconds in the mean."
+
+
+def prepare(workshop, options):
     workshop.copy_sources()
     workshop.configure()
     sources = workshop.sources(options.of)
     names = rules.Names([*workshop.sources("src").values(), *workshop.sources("include").values()],
                         workshop.gl_header())
-    candidates = [mutant for path, source in sources.items()
-                  for mutant in rules.mutants(path, source, names)]
+    return sources, [mutant for path, source in sources.items()
+                     for mutant in rules.mutants(path, source, names)]
+
+
+def to_be_tried(candidates, trial, options, survivors_file):
+    """The mutants in their order, and how many of them."""
+    if not options.again:
+        return drawn(candidates, trial.sources, options.seed), options.count
+    last = set(survivors_file.read_text(encoding="utf-8").splitlines())
+    order = [mutant for mutant in candidates if trial.describe(mutant) in last]
+    print(f"{len(order)} of {len(last)} survivors are still candidates", flush=True)
+    return order, len(order)
+
+
+def main(arguments):
+    options = read_arguments(arguments)
+    root = options.root.resolve()
+    workshop = Workshop(root, root / "build/mutations" / options.of)
+    sources, candidates = prepare(workshop, options)
     trial = Trial(workshop, sources)
     if options.list:
         print(*map(trial.describe, candidates), sep="\n")
         return
 
     survivors_file = workshop.folder / "survivors"
-    order, count = drawn(candidates, sources, options.seed), options.count
-    if options.again:
-        last = set(survivors_file.read_text(encoding="utf-8").splitlines())
-        order = [mutant for mutant in candidates if trial.describe(mutant) in last]
-        count = len(order)
-        print(f"{count} of {len(last)} survivors are still candidates", flush=True)
-
-    if not workshop.build("vellis", *FAST_TARGETS, *DRIVER_TARGETS):
+    order, count = to_be_tried(candidates, trial, options, survivors_file)
+    if not workshop.build("vellis", *FAST_TARGETS, *targets(ALL_TESTS)):
         fail(f"the unchanged sources do not build:\n{workshop.said[-4000:]}")
+    workshop.read_tests()
     workshop.check_unchanged()
+    workshop.check_parts([path for path in sources if by_header(path)])
+    deadline = time.monotonic() + 60 * options.minutes
     with open(workshop.folder / "report", "w", encoding="utf-8") as file:
         def report(*texts):
             for stream in (sys.stdout, file):
                 print(*texts, sep="  ", file=stream, flush=True)
 
         report(f"{len(candidates)} candidates in {options.of}/, seed {options.seed}")
-        outcomes = try_drawn(trial, order, count, report)
-        results = [what for what, _ in outcomes.values()]
-        by_driver = sum(test.endswith("(driver)") for _, test in outcomes.values())
-        survivors = [trial.describe(mutant) for mutant, (what, _) in outcomes.items()
-                     if what == SURVIVED]
-        report(f"\n{len(results) - results.count(UNCOMPILABLE)} mutants: "
-               f"{results.count(KILLED)} found, {by_driver} of them only by a driver test; "
-               f"{len(survivors)} survived. {results.count(UNCOMPILABLE)} more did not compile.")
-        for survivor in sorted(survivors):
+        trial.rest = options.again
+        outcomes = try_drawn(trial, order, count, report, deadline)
+        try_left(trial, outcomes, report, deadline)
+        report(f"\n{summary(outcomes, trial.seconds)}")
+        survivors = sorted(trial.describe(mutant) for mutant, (what, _) in outcomes.items()
+                           if what in (SURVIVED, LEFT))
+        for survivor in survivors:
             report("survived", survivor)
-    survivors_file.write_text("\n".join(sorted(survivors)) + "\n", encoding="utf-8")
+    survivors_file.write_text("\n".join(survivors) + "\n", encoding="utf-8")
 
 
 if __name__ == "__main__":

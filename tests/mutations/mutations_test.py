@@ -1,16 +1,22 @@
 #!/usr/bin/env python3
-"""Tests of rules.py and mutate.py: which changes there are, and how they are drawn.
+"""Tests of rules.py, programs.py and mutate.py: which changes there are, how they are drawn, and which
+tests are tried.
 
 Usage: mutations_test.py [arguments of unittest]
 """
 
+import math
+import pathlib
 import sys
+import tempfile
 import unittest
 
 sys.dont_write_bytecode = True
 
 import mutate  # noqa: E402
+import programs  # noqa: E402
 import rules  # noqa: E402
+import workshop  # noqa: E402
 
 GL_HEADER = """\
 #define GL_BLEND 0x0BE2
@@ -174,17 +180,190 @@ class Draw(unittest.TestCase):
         self.assertNotEqual(lines[:50], list(range(50)))
 
 
+class Batches(unittest.TestCase):
+    order = [rules.Mutant("f", i, i + 1, "rule", "") for i in range(200)]
+
+    def tried(self, count, deadline=math.inf):
+        batches = []
+
+        class Trial:
+            def run(self, mutants, report):
+                batches.append(len(mutants))
+                return {mutant: (mutate.UNCOMPILABLE if mutant.begin % 2 else mutate.KILLED, "")
+                        for mutant in mutants}
+
+        outcomes = mutate.try_drawn(Trial(), self.order, count, None, deadline)
+        self.assertEqual(list(outcomes), self.order[:len(outcomes)])
+        self.assertTrue(all(size <= mutate.BATCH for size in batches))
+        return [what for what, _ in outcomes.values()].count(mutate.KILLED)
+
+    def test_others_are_tried_for_those_that_do_not_compile(self):
+        self.assertEqual(self.tried(40), 40)
+        self.assertEqual(self.tried(90), 90)
+        self.assertEqual(self.tried(1000), 100)
+
+    def test_no_batch_is_begun_when_the_time_is_over(self):
+        self.assertEqual(self.tried(90, deadline=0), 0)
+
+
 class Outcomes(unittest.TestCase):
     def test_name_of_the_test(self):
-        self.assertEqual(mutate.test_at_the_end("[ RUN      ] A.B\n[       OK ] A.B (0 ms)\n"
+        self.assertEqual(workshop.test_at_the_end("[ RUN      ] A.B\n[       OK ] A.B (0 ms)\n"
                                                 "[ RUN      ] A.C\n"), "A.C")
-        self.assertEqual(mutate.test_at_the_end("[ RUN      ] A.B\n[  FAILED  ] A.B (0 ms)\n"
+        self.assertEqual(workshop.test_at_the_end("[ RUN      ] A.B\n[  FAILED  ] A.B (0 ms)\n"
                                                 "[  FAILED  ] 1 test, listed below:\n"), "A.B")
-        self.assertEqual(mutate.test_at_the_end("[  FAILED  ] 0 tests, listed below:\n"), "")
+        self.assertEqual(workshop.test_at_the_end("[  FAILED  ] 0 tests, listed below:\n"), "")
+
+    def test_part_of_a_program_has_the_limit_of_all(self):
+        bench = workshop.Workshop(pathlib.Path("root"), pathlib.Path("folder"))
+        program = bench.build_folder / "tests/p"
+        bench.limits[program] = 40
+        self.assertEqual(bench._limit_of(program), 40)
+        self.assertEqual(bench._limit_of(program.with_name("p_part")), 40)
+        self.assertEqual(bench._limit_of(program.with_name("q")), workshop.LIMIT)
 
     def test_program_that_goes_on_for_ever_is_ended(self):
-        status, output = mutate.run(["sh", "-c", "echo begun; sleep 60 & wait"], 0.5)
+        status, output = workshop.run(["sh", "-c", "echo begun; sleep 60 & wait"], 0.5)
         self.assertEqual((status, output), (None, "begun\n"))
+
+
+class Tests(unittest.TestCase):
+    tests = ["tests/canvas/canvas_trace_test.cpp", "tests/canvas/canvas_points_render_test.cpp",
+             "tests/canvas/recorder_trace_test.cpp", "tests/engine/context_trace_test.cpp"]
+
+    def test_named_after_a_file(self):
+        self.assertEqual(programs.tests_named_after("src/canvas/recorder.cpp", self.tests),
+                         ["tests/canvas/recorder_trace_test.cpp"])
+        self.assertEqual(programs.tests_named_after("include/vellis/canvas/canvas.hpp", self.tests),
+                         ["tests/canvas/canvas_points_render_test.cpp",
+                          "tests/canvas/canvas_trace_test.cpp"])
+
+    def test_those_of_the_folder_where_none_has_the_name(self):
+        self.assertEqual(programs.tests_named_after("src/canvas/renderer.cpp", self.tests),
+                         sorted(self.tests[:3]))
+        self.assertEqual(programs.tests_named_after("src/texture/rbo.cpp", self.tests), [])
+
+    def test_header_outside_of_the_folders_finds_its_tests_in_all(self):
+        self.assertEqual(programs.tests_named_after("include/vellis/context.hpp", self.tests),
+                         ["tests/engine/context_trace_test.cpp"])
+
+    def test_filter_has_suites_of_every_kind(self):
+        chosen = programs.filter_of(["TEST_F(A, B)\nTEST_P(C, D)\n", "  TEST(E, F)\nTEST(A, G)\n"])
+        self.assertEqual(chosen, "A.*:*/A.*:A/*:C.*:*/C.*:C/*")
+
+    def test_objects_and_their_programs(self):
+        found = programs.objects_of_tests(
+            "tests/CMakeFiles/p.dir/canvas/a_trace_test.cpp.o: CXX_COMPILER__p_Debug\n"
+            "tests/text/CMakeFiles/q.dir/b_test.cpp.o: CXX_COMPILER__q_Debug\n"
+            "tests/support/CMakeFiles/r.dir/fake_gl.cpp.o: CXX_COMPILER__r_Debug\n")
+        self.assertEqual(found, {
+            "tests/canvas/a_trace_test.cpp": ("tests/CMakeFiles/p.dir/canvas/a_trace_test.cpp.o",
+                                              "tests/p"),
+            "tests/text/b_test.cpp": ("tests/text/CMakeFiles/q.dir/b_test.cpp.o", "tests/text/q")})
+
+    def test_part_is_linked_without_the_other_tests(self):
+        link = programs.link_of_part(": && c++ a_test.o b_test.o own.o -o p -Wl,-x lib.a /usr/g.a "
+                                     "libv.so.1.0 && :", {"a_test.o"}, {"a_test.o", "b_test.o"}, "p2")
+        self.assertEqual(link.command, ["c++", "a_test.o", "own.o", "-o", "p2", "-Wl,-x", "lib.a",
+                                        "/usr/g.a", "libv.so.1.0"])
+        self.assertEqual(link.inputs, ["a_test.o", "own.o", "lib.a", "libv.so.1.0"])
+
+
+class Bench:
+    """Stands for a workshop: says what was built and run. The tests whose names are in `failing_ones`
+    fail, what is in `broken` does not compile."""
+
+    def __init__(self, folder, failing_ones=(), broken=()):
+        self.source = folder
+        self.failing_ones, self.broken = failing_ones, broken
+        self.said = ""
+        self.tests = {"tests/shading/program_trace_test.cpp": "",
+                      "tests/shading/uniform_trace_test.cpp": ""}
+        self.log = []
+
+    def build(self, *names):
+        self.log.append("build")
+        return not set(names) & set(self.broken)
+
+    def compiles(self, header):
+        return header not in self.broken
+
+    def failing(self, commands):
+        return next((name for name in commands if name in self.failing_ones), None)
+
+    def commands_for(self, program, tests):
+        return [f"{program.target} of {test}" for test in tests]
+
+    def failing_test(self, tried):
+        self.log += [program.target for program in tried]
+        return self.failing(program.target for program in tried)
+
+    def failing_part(self, tests):
+        self.log += tests
+        return self.failing(tests)
+
+
+class Stages(unittest.TestCase):
+    header = "include/vellis/shading/program.hpp"
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def outcome(self, path, rest=False, **bench):
+        file = self.folder / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text("int i = 1;\n", encoding="utf-8")
+        self.bench = Bench(self.folder, **bench)
+        trial = mutate.Trial(self.bench, {path: "int i = 1;\n"})
+        trial.rest = rest
+        found = trial.outcome(rules.Mutant(path, 8, 9, "off by one", "2"))
+        self.assertEqual(file.read_text(encoding="utf-8"), "int i = 1;\n")
+        return found
+
+    def test_those_named_after_a_source_come_before_all(self):
+        path = "src/shading/program.cpp"
+        test = "vellis_trace_tests of tests/shading/program_trace_test.cpp"
+        self.assertEqual(self.outcome(path, failing_ones=[test]), ("killed", test))
+        self.assertEqual(self.bench.log, ["build"])
+
+    def test_driver_comes_last_with_the_folder_and_is_told(self):
+        test = "vellis_render_tests of tests/shading/uniform_trace_test.cpp"
+        self.assertEqual(self.outcome("src/shading/program.cpp", failing_ones=[test]),
+                         ("killed", f"{test} (driver)"))
+
+    def test_what_takes_long_is_left_to_the_end(self):
+        path = "src/shading/program.cpp"
+        self.assertEqual(self.outcome(path, rest=True, failing_ones=["vellis_render_tests"]),
+                         ("killed", "vellis_render_tests (driver)"))
+        self.assertEqual(self.outcome(path, failing_ones=["vellis_gl_fault_tests"]),
+                         ("not found yet", ""))
+        self.assertEqual(self.outcome(path, rest=True, failing_ones=["vellis_gl_fault_tests"]),
+                         ("killed", "vellis_gl_fault_tests"))
+        self.assertEqual(self.outcome(path, rest=True), ("survived", ""))
+
+    def test_text_has_tests_of_its_own(self):
+        self.assertEqual(self.outcome("src/text/face.cpp", failing_ones=["vellis_text_tests"]),
+                         ("killed", "vellis_text_tests"))
+        self.outcome("src/text/face.cpp")
+        self.assertNotIn("vellis_trace_tests", self.bench.log)
+
+    def test_header_is_left_to_all_tests_where_those_of_its_folder_find_nothing(self):
+        self.assertEqual(self.outcome(self.header), ("not found yet", ""))
+        self.assertEqual([name for name in self.bench.log if name != "build"],
+                         sorted(self.bench.tests))
+        self.assertEqual(self.outcome(self.header, rest=True), ("survived", ""))
+        self.assertEqual(self.outcome(self.header, True, failing_ones=["vellis_exit_trace_tests"])[0],
+                         "killed")
+
+    def test_header_that_does_not_compile_costs_no_build(self):
+        self.assertEqual(self.outcome(self.header, broken=[self.header])[0], "does not compile")
+        self.assertEqual(self.bench.log, [])
+
+    def test_source_that_does_not_compile(self):
+        self.assertEqual(self.outcome("src/shading/program.cpp", broken=["vellis"])[0],
+                         "does not compile")
 
 
 if __name__ == "__main__":

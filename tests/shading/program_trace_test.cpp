@@ -399,6 +399,23 @@ TEST_F(ProgramTrace, CopySharesTheNameTheShadersAndTheBindingAndDeletesTheNameAg
     gl.forget();
 }
 
+TEST_F(ProgramTrace, AssignmentSharesTheBindingInPlaceOfTheOneBefore) {
+    auto binding = makeBinding();
+    auto former = makeBinding();
+    program->bind(binding);
+    {
+        Program other = *program;
+        other.bind(former);
+        other = *program;
+        EXPECT_EQ(other.usage_.binding(), binding);
+        EXPECT_EQ(former.use_count(), 1);
+    }
+    program->unbind();
+    binding.reset();
+    former.reset();
+    gl.forget();
+}
+
 // The stand-ins make their GL names once in a process: each of these tests needs one of its own.
 
 TEST_F(ProgramTrace, CurrentAsksGlOnEveryCallAndIsOneObject) {

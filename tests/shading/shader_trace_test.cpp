@@ -40,6 +40,10 @@ void PrintTo(const VersionRow& row, std::ostream* out) {
     *out << row.version;
 }
 
+static_assert(static_cast<unsigned int>(Shader::Version::V210) == 210);
+static_assert(static_cast<unsigned int>(Shader::Version::V330) == 330);
+static_assert(static_cast<unsigned int>(Shader::Version::V410) == 410);
+
 class ShaderVersionTrace : public testing::TestWithParam<VersionRow> {
 protected:
     Shader::Version version() const { return static_cast<Shader::Version>(GetParam().version); }

@@ -273,6 +273,12 @@ protected:
     std::shared_ptr<Program> program;
 };
 
+TEST_F(UniformTrace, SamplerThatIsNotLookedUpYetIsOfUnitZero) {
+    const vellis::Uniform<vellis::Texture> handle("image");
+    EXPECT_EQ(handle.unit, 0u);
+    EXPECT_EQ(handle.texture, nullptr);
+}
+
 TEST_F(UniformTrace, LinkingReadsUniformsAndThenAttributesWhileTheProgramIsInUse) {
     linkRecorded({{"mvp", GL_FLOAT_MAT4}, {"w[0]", GL_FLOAT, 4}, {"flag", GL_BOOL}},
                  {{"position", GL_FLOAT_VEC2}, {"uv", GL_FLOAT_VEC2}});

@@ -1,5 +1,6 @@
 #include <vellis/state/snapshot.hpp>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -80,6 +81,16 @@ TEST_F(SnapshotTrace, KeptBlendingWritesWhatDiffers) {
     restored = with(restored, 7, "glBlendFuncSeparate(GL_ONE, GL_ZERO, GL_ONE, GL_ZERO)");
     restored = with(restored, 3, "glDisable(GL_BLEND)");
     EXPECT_GL_CALLS(gl, blendingQueries, restored);
+}
+
+TEST_F(SnapshotTrace, KeptThatIsDismissedWritesNothing) {
+    for (const Group group : {Group::Blending, Group::Blending | Group::Buffers}) {
+        Kept kept(group);
+        glEnable(GL_BLEND);
+        gl.forget();
+        kept.dismiss();
+    }
+    EXPECT_GL_CALLS(gl);
 }
 
 TEST_F(SnapshotTrace, KeptPixelStoreWritesOneParameter) {
@@ -197,6 +208,31 @@ TEST_F(SnapshotTrace, NothingIsAskedThatTheContextHasNot) {
     gl.forget();
 }
 
+TEST_F(SnapshotTrace, LimitsAreAskedForTheGroupsThatNeedThem) {
+    GLVersion = {4, 3};
+    const Calls ofBuffers = {query("GL_MAX_UNIFORM_BUFFER_BINDINGS"),
+                             query("GL_MAX_TRANSFORM_FEEDBACK_SEPARATE_ATTRIBS"),
+                             query("0x90dd"),  // GL_MAX_SHADER_STORAGE_BUFFER_BINDINGS
+                             query("0x92dc")}; // GL_MAX_ATOMIC_COUNTER_BUFFER_BINDINGS
+    const Calls ofTextures = {query("GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS")};
+    struct {
+        Group group;
+        Calls limits;
+    } const rows[] = {
+        {Group::Buffers, ofBuffers}, {Group::Textures, ofTextures}, {Group::PixelStore, {}}};
+    for (const auto& row : rows) {
+        gl.forget();
+        const Kept kept(row.group);
+        Calls limits;
+        for (const std::string& call : gl.takeCalls()) {
+            if (std::count(ofBuffers.begin(), ofBuffers.end(), call) != 0 || call == ofTextures[0])
+                limits.push_back(call);
+        }
+        EXPECT_EQ(limits, row.limits);
+    }
+    gl.forget();
+}
+
 TEST_F(SnapshotTrace, RestoresNothingWhereTheContextHasLess) {
     const Snapshot before = Snapshot::take();
     const auto bindSampler = glad_glBindSampler;
@@ -246,6 +282,22 @@ TEST_F(SnapshotTrace, DifferenceIsWrittenAsALine) {
     std::ostringstream stream;
     stream << state::Difference{"GL_ACTIVE_TEXTURE", "GL_TEXTURE0", "GL_TEXTURE1"};
     EXPECT_EQ(stream.str(), "GL_ACTIVE_TEXTURE: GL_TEXTURE0 -> GL_TEXTURE1");
+}
+
+TEST_F(SnapshotTrace, EachLogicalOperationHasItsName) {
+    const char* const names[] = {"CLEAR",         "AND",         "AND_REVERSE", "COPY",
+                                 "AND_INVERTED",  "NOOP",        "XOR",         "OR",
+                                 "NOR",           "EQUIV",       "INVERT",      "OR_REVERSE",
+                                 "COPY_INVERTED", "OR_INVERTED", "NAND",        "SET"};
+    gl.setState(GL_LOGIC_OP_MODE, {0});
+    const Snapshot before = Snapshot::take();
+    for (int i = 0; i < 16; ++i) {
+        gl.setState(GL_LOGIC_OP_MODE, {GL_CLEAR + i});
+        const auto found = differences(before, Snapshot::take());
+        ASSERT_EQ(found.size(), 1u);
+        EXPECT_EQ(found[0].after, "GL_" + std::string(names[i]));
+    }
+    gl.forget();
 }
 
 TEST_F(SnapshotTrace, CopyOfADifferenceKeepsTheText) {

@@ -53,6 +53,11 @@ TEST_F(DrawTrace, NewGlyphsAreUploadedAndThoseThatAreKnownAreNot) {
     EXPECT_EQ(later[0].rfind("glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 1, 1024, ", 0), 0u) << later[0];
 }
 
+TEST_F(DrawTrace, PagesOfTheUsualSizeAskForNoLimit) {
+    EXPECT_EQ(only(callsOf([&] { drawText("abc"); }), {"glGetIntegerv(GL_MAX_TEXTURE_SIZE"}),
+              Lines());
+}
+
 TEST_F(DrawTrace, TurnedTextsHaveTexturesThatAreFiltered) {
     const std::string filter = "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, ";
     const auto filtersOf = [&](float angle) {

@@ -47,6 +47,13 @@ void use(Font& font) {
     font.render(0xFFFFFFFFu);
 }
 
+TEST(FixedBox, IsEmptyAndAtTheOriginAtFirst) {
+    const FixedBox box;
+    EXPECT_TRUE(box.isEmpty());
+    for (const auto side : {box.left, box.bottom, box.right, box.top})
+        EXPECT_EQ(side, 0);
+}
+
 TEST(Font, AMissingFileGivesNone) {
     expectRefused([] { return Font::load("/a/font/that/is/not.ttf", 16.f); });
     expectRefused([] { return Font::load("", 16.f); });

@@ -57,6 +57,22 @@ TEST(TextCache, KeepsNoMoreThanItsBytes) {
     EXPECT_EQ(cache.find("0"), nullptr);
 }
 
+TEST(TextCache, IsWellAfterOneThatTakesTheRoomOfAll) {
+    TextCache cache(3, 20000);
+    const std::size_t large = 19500 / sizeof(vellis::text::ShapedGlyph);
+    cache.keep("a", shapeOf(1));
+    cache.keep("b", shapeOf(1));
+    EXPECT_NE(cache.find("a"), nullptr); // it is newer than b now, and will be forgotten last
+    cache.keep("large", shapeOf(large));
+    EXPECT_EQ(cache.numTexts(), 1u);
+    for (const char* text : {"c", "d", "e"})
+        cache.keep(text, shapeOf(1));
+    EXPECT_EQ(cache.find("large"), nullptr);
+    for (const char* text : {"c", "d", "e"})
+        EXPECT_NE(cache.find(text), nullptr) << text;
+    EXPECT_EQ(cache.numTexts(), 3u);
+}
+
 TEST(TextCache, LeavesOutWhatIsLargerThanAllOfIt) {
     TextCache cache(1000, 20000);
     cache.keep("a", shapeOf(1));
