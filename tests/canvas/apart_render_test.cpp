@@ -19,7 +19,7 @@ namespace {
 
 using namespace vellis;
 
-constexpr unsigned int side = 160;
+constexpr unsigned int pictureSide = 160;
 
 /// Small pieces of every kind, the same for the same seed.
 class Pieces {
@@ -71,7 +71,7 @@ private:
     unsigned int pick(unsigned int count) { return static_cast<unsigned int>(engine_() % count); }
     glm::vec2 place() {
         // Some are partly or wholly outside.
-        return {number(-20.f, side + 20.f), number(-20.f, side + 20.f)};
+        return {number(-20.f, pictureSide + 20.f), number(-20.f, pictureSide + 20.f)};
     }
     glm::vec2 step() { return {number(-15.f, 15.f), number(-15.f, 15.f)}; }
 
@@ -81,7 +81,7 @@ private:
 
 class ApartRender : public RenderTest {
 protected:
-    ApartRender() : RenderTest(side) {}
+    ApartRender() : RenderTest(pictureSide) {}
 
     /// \param isFlushed  Whether each piece goes to GL by itself.
     static std::vector<unsigned char> picture(Canvas& canvas, unsigned int seed,
@@ -95,15 +95,16 @@ protected:
                 canvas.flush();
         }
         canvas.end();
-        return offscreen::readPixels(side, side).pixels;
+        return offscreen::readPixels(pictureSide, pictureSide).pixels;
     }
 };
 
 TEST_F(ApartRender, EveryPixelIsPaintedInTheOrderOfTheCalls) {
     const glm::mat4 matrices[] = {
-        glm::ortho<float>(0.f, side, 0.f, side),
+        glm::ortho<float>(0.f, pictureSide, 0.f, pictureSide),
         glm::perspective(1.f, 1.f, 50.f, 500.f) *
-            glm::lookAt(glm::vec3(side / 2.f, -60.f, 120.f), glm::vec3(side / 2.f, side / 2.f, 0.f),
+            glm::lookAt(glm::vec3(pictureSide / 2.f, -60.f, 120.f),
+                        glm::vec3(pictureSide / 2.f, pictureSide / 2.f, 0.f),
                         glm::vec3(0.f, 0.f, 1.f)),
     };
     const auto canvas = Canvas::make();

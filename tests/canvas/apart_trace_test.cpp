@@ -2,19 +2,17 @@
 
 #include "canvas/apart.hpp"
 
-#include <limits>
-
 #include <glm/gtc/matrix_transform.hpp>
 #include <vellis/texture.hpp>
 
 #include "canvas/canvas_fixture.hpp"
+#include "support/special_numbers.hpp"
 
 namespace vellis::test {
 namespace {
 
 const glm::vec4 white(1.f);
 const glm::vec4 halfBlue(0.f, 0.f, 1.f, .5f);
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 /// The window of the fixture.
 const glm::mat4 pixelMatrix = glm::ortho(0.f, 200.f, 0.f, 100.f);

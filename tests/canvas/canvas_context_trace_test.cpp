@@ -119,15 +119,15 @@ TEST_F(CanvasContextTrace, CanvasDrawsNothingElsewhereAndSaysSo) {
 }
 
 TEST_F(CanvasContextTrace, AttachmentsAreThereInTheCanvassContextAlone) {
-    const char key = 0;
+    const char attachmentKey = 0;
     canvas->begin(glm::mat4(1.f));
-    EXPECT_NE(canvas->attachment(&key), nullptr);
+    EXPECT_NE(canvas->attachment(&attachmentKey), nullptr);
     use(second, *sharing);
-    EXPECT_EQ(canvas->attachment(&key), nullptr);
+    EXPECT_EQ(canvas->attachment(&attachmentKey), nullptr);
     use(third, *other);
-    EXPECT_EQ(canvas->attachment(&key), nullptr);
+    EXPECT_EQ(canvas->attachment(&attachmentKey), nullptr);
     use(first, *context);
-    EXPECT_NE(canvas->attachment(&key), nullptr);
+    EXPECT_NE(canvas->attachment(&attachmentKey), nullptr);
     canvas->end();
 }
 

@@ -17,6 +17,7 @@
 #include <offscreen/entry_points.hpp>
 #include <offscreen/image.hpp>
 
+#include "canvas/star.hpp"
 #include "support/pixels.hpp"
 #include "support/render_test.hpp"
 
@@ -24,11 +25,11 @@ namespace {
 
 using namespace vellis;
 
-constexpr unsigned int side = 128;
-const glm::mat4 pixels = glm::ortho<float>(0.f, side, 0.f, side);
-const glm::vec4 red(1.f, 0.f, 0.f, 1.f);
-const glm::vec4 halfBlue(0.f, 0.f, 1.f, 0.5f);
-const std::vector<glm::vec2> star = {{64, 120}, {30, 10}, {120, 80}, {8, 80}, {98, 10}};
+using test::halfBlue;
+using test::pixelMatrix;
+using test::red;
+using test::side;
+using test::star;
 
 /// All that a canvas can draw, in one picture.
 std::vector<unsigned char> drawAll() {
@@ -43,11 +44,11 @@ std::vector<unsigned char> drawAll() {
     const auto buffer =
         VertexAttributeBuffer<glm::vec2>::make(star, BufferUsage::Static, BufferAccess::Draw);
     const auto canvas = Canvas::make();
-    canvas->beginPicture(pixels);
+    canvas->beginPicture(pixelMatrix);
     canvas->drawLineStrip(Stroke(red, 2.f).dashed({{5.f, 3.f}}), star);
     canvas->drawPoints(red, 11.f, star);
     const auto picture = canvas->endPicture();
-    canvas->begin(pixels);
+    canvas->begin(pixelMatrix);
     canvas->drawTriangleFan(glm::vec4(0.2f, 0.3f, 0.1f, 1.f), star);
     canvas->drawLineLoop(Stroke(halfBlue, 7.f), star);
     canvas->drawLineLoop(Stroke(halfBlue, 3.f), 0, 5, buffer);

@@ -22,9 +22,6 @@
 namespace vellis::test {
 namespace {
 
-constexpr double pi = 3.14159265358979323846;
-const glm::vec4 white(1);
-
 class CanvasLinesRender : public CanvasSceneTest {
 protected:
     void drawScene(const StrokeScene& scene) const {

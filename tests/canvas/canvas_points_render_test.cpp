@@ -17,9 +17,6 @@
 namespace vellis::test {
 namespace {
 
-constexpr double pi = 3.14159265358979323846;
-const glm::vec4 white(1);
-
 /// How much of each pixel a disc covers: chords, 64 a pixel.
 Coverage discCoverage(const glm::dvec2& center, double diameter) {
     constexpr int rows = 64;

@@ -16,20 +16,22 @@
 
 #include <offscreen/image.hpp>
 
+#include "canvas/star.hpp"
 #include "support/render_test.hpp"
+#include "support/special_numbers.hpp"
 
 namespace {
 
 using namespace vellis;
+using test::halfBlue;
+using test::infinity;
+using test::nan;
+using test::pixelMatrix;
+using test::red;
+using test::side;
+using test::star;
 
-constexpr unsigned int side = 128;
-const glm::mat4 pixelMatrix = glm::ortho<float>(0.f, side, 0.f, side);
-const glm::vec4 red(1.f, 0.f, 0.f, 1.f);
 const glm::vec4 green(0.f, 1.f, 0.f, 1.f);
-const glm::vec4 halfBlue(0.f, 0.f, 1.f, 0.5f);
-const std::vector<glm::vec2> star = {{64, 120}, {30, 10}, {120, 80}, {8, 80}, {98, 10}};
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 using Bytes = std::vector<unsigned char>;
 

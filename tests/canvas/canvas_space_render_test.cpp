@@ -28,8 +28,6 @@ namespace {
 
 using Line = std::vector<glm::vec3>;
 
-const glm::vec4 white(1);
-
 /// An eye in the origin that looks along -z, with the near plane at -1.
 glm::mat4 camera() {
     return glm::perspective(1.F, 1.F, 1.F, 100.F);

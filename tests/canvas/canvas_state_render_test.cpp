@@ -18,19 +18,19 @@
 
 #include <offscreen/image.hpp>
 
+#include "canvas/star.hpp"
 #include "support/pixels.hpp"
 #include "support/render_test.hpp"
 
 namespace {
 
 using namespace vellis;
+using test::halfBlue;
+using test::pixelMatrix;
+using test::red;
+using test::side;
+using test::star;
 using test::stateOf;
-
-constexpr unsigned int side = 128;
-const glm::mat4 pixels = glm::ortho<float>(0.f, side, 0.f, side);
-const glm::vec4 red(1.f, 0.f, 0.f, 1.f);
-const glm::vec4 halfBlue(0.f, 0.f, 1.f, 0.5f);
-const std::vector<glm::vec2> star = {{64, 120}, {30, 10}, {120, 80}, {8, 80}, {98, 10}};
 
 class CanvasStateRender : public RenderTest {
 protected:
@@ -72,12 +72,12 @@ void drawLongLine(Canvas& canvas) {
 
 void drawPicture(Canvas& canvas) {
     canvas.end();
-    canvas.beginPicture(pixels);
+    canvas.beginPicture(pixelMatrix);
     canvas.drawLineLoop(Stroke(halfBlue, 5.f), star);
     canvas.drawPoints(red, 9.f, star);
     canvas.drawTriangleFan(red, star);
     const auto picture = canvas.endPicture();
-    canvas.begin(pixels);
+    canvas.begin(pixelMatrix);
     canvas.drawPicture(picture);
 }
 
@@ -323,7 +323,7 @@ const Setting settingsTogether[] = {
 
 void drawWork(const Work& work) {
     const auto canvas = Canvas::make();
-    canvas->begin(pixels);
+    canvas->begin(pixelMatrix);
     work.draw(*canvas);
     canvas->end();
 }

@@ -3,9 +3,10 @@
 #include "canvas/dash_pattern.hpp"
 
 #include <cmath>
-#include <limits>
 
 #include <gtest/gtest.h>
+
+#include "support/special_numbers.hpp"
 
 namespace {
 
@@ -13,9 +14,8 @@ using namespace vellis;
 using canvas::isOnDash;
 using canvas::Ruler;
 using canvas::Style;
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
+using test::infinity;
+using test::nan;
 
 Style styleOf(std::initializer_list<Stroke::Dash> dashes, float ratio = 1.f) {
     Style style;

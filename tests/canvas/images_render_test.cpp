@@ -24,7 +24,6 @@ using Color = glm::vec<4, unsigned char>;
 
 constexpr unsigned int columns = 4;
 constexpr unsigned int rows = 3;
-const glm::vec4 white(1.f);
 
 /// Texels that all differ.
 std::vector<Color> colors() {

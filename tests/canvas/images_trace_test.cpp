@@ -112,7 +112,6 @@ TEST_F(ImagesTrace, QuadsStandInPixelsAroundAPlace) {
 }
 
 TEST_F(ImagesTrace, QuadsThatAreNotFiniteLeaveNoGapBetweenTheOthers) {
-    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     std::vector<PixelQuad> quads;
     for (int i = 0; i < 5; ++i)
         quads.push_back({{static_cast<float>(i), 0.f}, {1.f, 0.f}, {0.f, 1.f}, {}});
@@ -167,8 +166,6 @@ TEST_F(ImagesTrace, AreColorsOnPartsOfPixelsByDefault) {
 }
 
 TEST_F(ImagesTrace, ThatCannotBeDrawnAreLeftOut) {
-    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-    constexpr double infinity = std::numeric_limits<double>::infinity();
     const auto line = Texture1D<unsigned char>::make(4);
     const PixelQuad quads[] = {{{nan, 0.f}, {1.f, 0.f}, {0.f, 1.f}, {}},
                                {{0.f, 0.f}, {1.f, nan}, {0.f, 1.f}, {}},

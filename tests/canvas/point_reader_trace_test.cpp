@@ -9,6 +9,8 @@
 #include <glm/gtc/matrix_transform.hpp>
 #include <gtest/gtest.h>
 
+#include "support/special_numbers.hpp"
+
 namespace {
 
 using namespace vellis;
@@ -16,8 +18,7 @@ using canvas::Color;
 using canvas::ColorReader;
 using canvas::Placement;
 using canvas::PointReader;
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+using test::nan;
 
 TEST(PointReaderTrace, EveryTypeGivesItsPoints) {
     const Placement placement;

@@ -34,7 +34,7 @@ protected:
 
 const std::string old = "#version 120\n#define OUT varying\n#define TEXTURE texture2D\n"
                         "#define FLAT\n#define LINEAR\n";
-const std::string mitered = "#define join 0.\n#define cap 0.\n";
+const std::string miteredText = "#define join 0.\n#define cap 0.\n";
 
 TEST_F(ProgramsTrace, SourcesAreGlsl120OrFromGl32On150) {
     const auto draw = [&] { canvas->drawTriangles(white, corner); };
@@ -57,25 +57,25 @@ TEST_F(ProgramsTrace, VariantsSayWhatTheyDo) {
                       canvas->drawLineStrip({white, 4.f}, corner);
                   },
                   GL_VERTEX_SHADER),
-              before + mitered);
+              before + miteredText);
     EXPECT_EQ(firstLines(
                   [&] {
                       canvas->drawLineStrip({white, 4.f}, corner, colors);
                   },
                   GL_VERTEX_SHADER),
-              before + "#define GRADIENT\n" + mitered);
+              before + "#define GRADIENT\n" + miteredText);
     EXPECT_EQ(firstLines(
                   [&] {
                       canvas->drawDashLineStrip({white, 4.f}, 1.f, 1.f, corner);
                   },
                   GL_VERTEX_SHADER),
-              before + "#define DASHED\n" + mitered);
+              before + "#define DASHED\n" + miteredText);
     EXPECT_EQ(firstLines(
                   [&] {
                       canvas->drawLines({white, 4.f}, corner);
                   },
                   GL_VERTEX_SHADER),
-              before + "#define ALONE\n" + mitered);
+              before + "#define ALONE\n" + miteredText);
     auto buffer = VertexAttributeBuffer<glm::vec2>::make(corner.data(), 3, BufferUsage::Static,
                                                          BufferAccess::Draw);
     EXPECT_EQ(firstLines(
@@ -83,7 +83,7 @@ TEST_F(ProgramsTrace, VariantsSayWhatTheyDo) {
                       canvas->drawLineStrip({white, 4.f}, 0, 3, buffer);
                   },
                   GL_VERTEX_SHADER),
-              before + "#define UNIFORM_STYLE\n" + mitered);
+              before + "#define UNIFORM_STYLE\n" + miteredText);
 }
 
 TEST_F(ProgramsTrace, EachIsMadeOnce) {

@@ -11,13 +11,15 @@
 
 #include <gtest/gtest.h>
 
+#include "support/special_numbers.hpp"
+
 namespace {
 
 using namespace vellis;
 using namespace vellis::canvas;
+using test::nan;
 using Numbers = std::vector<float>;
 
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 const glm::vec4 white(1.f);
 const glm::vec4 half(1.f, 1.f, 1.f, 0.5f);
 
@@ -237,7 +239,7 @@ TEST_F(RecorderTrace, AliasedLinesAreCornersWithoutThosePastAGap) {
         drawing.clear();
         strip(shape, stroke, alongX(numbers));
         Numbers result;
-        for (const auto& corner : records<Corner<2>>(Kind::Lines, 2))
+        for (const auto& corner : records<canvas::Corner<2>>(Kind::Lines, 2))
             result.push_back(corner.position[0]);
         return result;
     };
@@ -302,7 +304,7 @@ TEST_F(RecorderTrace, TrianglesOfEachShapeHaveTheseCorners) {
         drawing.clear();
         recorder.area(shape, white, alongX(numbers), setting);
         Numbers result;
-        for (const auto& corner : records<Corner<2>>(Kind::Triangles, 2))
+        for (const auto& corner : records<canvas::Corner<2>>(Kind::Triangles, 2))
             result.push_back(corner.position[0]);
         return result;
     };
@@ -414,13 +416,13 @@ TEST_F(RecorderTrace, StrokeThatGetsMoreRoomIsOneCommand) {
 
 TEST(RecorderRoomTrace, TriangleThatDoesNotFitStandsAgainAsAWhole) {
     Drawing drawing;
-    TestRoom room(drawing, 4 * sizeof(Corner<2>) + Record::slack);
+    TestRoom room(drawing, 4 * sizeof(canvas::Corner<2>) + Record::slack);
     Recorder recorder(drawing, room, true);
     const std::vector<glm::vec2> points = {{1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}, {6, 0}};
     recorder.area(Shape::Triangles, white, points, Setting());
     ASSERT_EQ(room.drawn.size(), 1u);
     EXPECT_EQ(drawing.commands[0].count, 3u);
-    Corner<2> corners[3];
+    canvas::Corner<2> corners[3];
     std::memcpy(corners, drawing.arenas[0].bytes.data(), sizeof corners);
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(corners[i].position[0], float(4 + i));

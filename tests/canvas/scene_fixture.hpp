@@ -2,12 +2,16 @@
 
 #include <memory>
 
+#include <glm/vec4.hpp>
 #include <vellis/canvas/canvas.hpp>
 
 #include "support/render_test.hpp"
 #include "support/stroke_drawing.hpp"
 
 namespace vellis::test {
+
+inline const glm::vec4 white(1.f);
+inline constexpr double pi = 3.14159265358979323846;
 
 /// A test that draws with a canvas into a black picture.
 class CanvasSceneTest : public RenderTest {

@@ -28,9 +28,9 @@ VELLIS_TAKES_SWITCHES_ALONE(Drawable::enablePolygonSmooth);
 VELLIS_TAKES_SWITCHES_ALONE(Drawable::enablePointSprite);
 
 /// A drawable of a given size, without a binding.
-class Shape : public Drawable {
+class CountedShape : public Drawable {
 public:
-    explicit Shape(unsigned int numVertices, PrimitiveType type = PrimitiveType::Points)
+    explicit CountedShape(unsigned int numVertices, PrimitiveType type = PrimitiveType::Points)
         : Drawable(type) {
         numVertices_ = numVertices;
     }
@@ -54,7 +54,7 @@ TEST(DrawableTrace, ConstructionMakesNoCallAndLeavesNothingToDraw) {
 
 TEST(DrawableTrace, CountOfZeroDrawsWhatRemains) {
     FakeGl gl;
-    const Shape shape(12);
+    const CountedShape shape(12);
     shape.draw(5, 0);
     shape.draw(5, 3);
     shape.draw(0, 0);
@@ -65,7 +65,7 @@ TEST(DrawableTrace, CountOfZeroDrawsWhatRemains) {
 
 TEST(DrawableTrace, FirstBeyondTheEndGivesACountThatGlRefuses) {
     FakeGl gl;
-    const Shape shape(12);
+    const CountedShape shape(12);
     shape.draw(13, 0);
     EXPECT_GL_CALLS(gl, "glDrawArrays(GL_POINTS, 13, -1)");
     const auto indices =
@@ -79,7 +79,7 @@ TEST(DrawableTrace, FirstBeyondTheEndGivesACountThatGlRefuses) {
 template <class T>
 void drawsIndices(const char* type) {
     FakeGl gl;
-    const Shape shape(3, Drawable::PrimitiveType::TriangleStrip);
+    const CountedShape shape(3, Drawable::PrimitiveType::TriangleStrip);
     const auto indices = IndexBuffer<T>::make(10, BufferUsage::Static, BufferAccess::Draw);
     gl.forget();
     shape.draw(*indices, 4, 0);
@@ -109,9 +109,9 @@ TEST(DrawableTrace, IntsAreDrawnAsIndices) {
 }
 
 /// A drawable that counts its draws, to see that they are virtual.
-class Counting : public Drawable {
+class CountingDraws : public Drawable {
 public:
-    Counting() : Drawable(PrimitiveType::Points) {}
+    CountingDraws() : Drawable(PrimitiveType::Points) {}
     void draw(unsigned int, unsigned int) const override { ++draws; }
     void draw(const IndexBuffer<unsigned int>&, unsigned int, unsigned int) const override {
         ++draws;
@@ -132,7 +132,7 @@ TEST(DrawableTrace, EveryDrawCanBeOverridden) {
         IndexBuffer<unsigned short>::make(1, BufferUsage::Static, BufferAccess::Draw);
     const auto bytes = IndexBuffer<unsigned char>::make(1, BufferUsage::Static, BufferAccess::Draw);
     gl.forget();
-    const Counting counting;
+    const CountingDraws counting;
     const Drawable& drawable = counting;
     drawable.draw(0, 1);
     drawable.draw(*ints, 0, 1);
@@ -185,7 +185,7 @@ class PrimitiveTrace : public testing::TestWithParam<PrimitiveRow> {};
 
 TEST_P(PrimitiveTrace, ReachesGlUnchanged) {
     FakeGl gl;
-    Shape(1, GetParam().type).draw(0, 1);
+    CountedShape(1, GetParam().type).draw(0, 1);
     EXPECT_EQ(gl.takeCalls().front(), std::string("glDrawArrays(") + GetParam().name + ", 0, 1)");
 }
 

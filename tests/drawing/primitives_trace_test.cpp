@@ -368,14 +368,14 @@ TEST_F(PrimitivesTrace, LastHolderDeletesTheVertexArrayObject) {
 }
 
 /// A buffer that tells another number of elements than it holds.
-class Counting : public VertexAttributeBuffer<glm::vec3> {
+class SixElements : public VertexAttributeBuffer<glm::vec3> {
 public:
-    Counting() : VertexAttributeBuffer(nullptr, 10, BufferUsage::Static, BufferAccess::Draw) {}
+    SixElements() : VertexAttributeBuffer(nullptr, 10, BufferUsage::Static, BufferAccess::Draw) {}
     unsigned int numElements() const override { return 6; }
 };
 
 TEST_F(PrimitivesTrace, VertexCountIsAskedThroughTheVirtualOperation) {
-    const auto buffer = std::make_shared<Counting>();
+    const auto buffer = std::make_shared<SixElements>();
     gl.ignoreTheRest();
     EXPECT_EQ(Strip(program, Positions("position", buffer, 2)).numVertices(), 4u);
 }

@@ -21,11 +21,11 @@ using namespace vellis::test;
 
 using Live = std::array<bool, test::numKinds>;
 
-constexpr Live all = {true, true, true, true, true, true, true};
+constexpr Live allLive = {true, true, true, true, true, true, true};
 
 /// All but one kind.
 Live allBut(std::size_t kind) {
-    Live live = all;
+    Live live = allLive;
     live[kind] = false;
     return live;
 }
@@ -64,12 +64,12 @@ protected:
             SCOPED_TRACE(kindNames[kind]);
             end([&] { sceneOfA->end(kind); });
             ASSERT_TRUE(b->use());
-            EXPECT_EQ(areLive(sceneOfB->names()), all);
+            EXPECT_EQ(areLive(sceneOfB->names()), allLive);
             EXPECT_EQ(texelOf(*sceneOfB->shared.texture), green);
             EXPECT_TRUE(draws(*sceneOfB, green, blue));
             EXPECT_TRUE(isQuiet());
             ASSERT_TRUE(a->gl->makeCurrent());
-            EXPECT_EQ(areLive(namesOfA), all) << "it is to wait for use()";
+            EXPECT_EQ(areLive(namesOfA), allLive) << "it is to wait for use()";
             ASSERT_TRUE(a->use());
             EXPECT_EQ(areLive(namesOfA), allBut(kind));
             EXPECT_TRUE(isQuiet());
@@ -90,7 +90,7 @@ TEST_F(ContextEndsRender, WhileAnotherIsInUse) {
     endEachKind([this](auto end) {
         ASSERT_TRUE(b->use());
         end();
-        EXPECT_EQ(areLive(sceneOfB->names()), all);
+        EXPECT_EQ(areLive(sceneOfB->names()), allLive);
     });
 }
 
@@ -116,7 +116,7 @@ TEST_F(ContextEndsRender, WhileItsGlContextIsNotCurrentThoughItIsInUse) {
     Context::useProcess();
     ASSERT_TRUE(a->gl->makeCurrent());
     sceneOfA->end(0);
-    EXPECT_EQ(areLive(namesOfA), all);
+    EXPECT_EQ(areLive(namesOfA), allLive);
     ASSERT_TRUE(a->use());
     EXPECT_EQ(areLive(namesOfA), allBut(0));
 }
@@ -125,7 +125,7 @@ TEST_F(ContextEndsRender, OnAnotherThread) {
     endEachKind([this](auto end) {
         ASSERT_TRUE(a->use());
         std::thread([&] { end(); }).join();
-        EXPECT_EQ(areLive(namesOfA), all);
+        EXPECT_EQ(areLive(namesOfA), allLive);
     });
 }
 
@@ -137,7 +137,7 @@ TEST_F(ContextEndsRender, OnAnotherThreadWithTheOtherInUseThere) {
         std::thread([&] {
             EXPECT_TRUE(b->use());
             end();
-            EXPECT_EQ(areLive(sceneOfB->names()), all);
+            EXPECT_EQ(areLive(sceneOfB->names()), allLive);
             b->leave();
         }).join();
     });
@@ -174,7 +174,7 @@ TEST_F(ContextEndsRender, DisposedElsewhereWaitsAsWell) {
     sceneOfA->shared.corners->dispose();
     sceneOfA->shared.texture->dispose();
     sceneOfA->shared.program->dispose();
-    EXPECT_EQ(areLive(sceneOfB->names()), all);
+    EXPECT_EQ(areLive(sceneOfB->names()), allLive);
     EXPECT_TRUE(draws(*sceneOfB, green, blue));
     ASSERT_TRUE(a->use());
     EXPECT_EQ(areLive(namesOfA), (Live{false, false, true, true, false, true, true}));
@@ -190,7 +190,7 @@ TEST_F(ContextEndsRender, AfterTheContextWasDisposedOfNothingIsLeftToDelete) {
     EXPECT_STREQ(internal::check_context(), "vertex array") << "which names() binds";
     sceneOfA.reset();
     ASSERT_TRUE(b->use());
-    EXPECT_EQ(areLive(sceneOfB->names()), all);
+    EXPECT_EQ(areLive(sceneOfB->names()), allLive);
     EXPECT_TRUE(draws(*sceneOfB, green, blue));
     EXPECT_TRUE(isQuiet());
 }
@@ -206,7 +206,7 @@ TEST_F(ContextEndsRender, AfterAbandonWithoutAGlCall) {
     const auto before = countObjects();
     sceneOfA.reset();
     EXPECT_EQ(countObjects(), before);
-    EXPECT_EQ(areLive(sceneOfB->names()), all);
+    EXPECT_EQ(areLive(sceneOfB->names()), allLive);
     ASSERT_TRUE(b->use());
     EXPECT_TRUE(draws(*sceneOfB, green, blue));
     EXPECT_TRUE(isQuiet());
@@ -230,7 +230,7 @@ TEST_F(ContextEndsRender, AfterTheDestructorOfTheOneInUse) {
     EXPECT_EQ(Context::current(), nullptr);
     sceneOfA.reset();
     ASSERT_TRUE(b->use());
-    EXPECT_EQ(areLive(sceneOfB->names()), all);
+    EXPECT_EQ(areLive(sceneOfB->names()), allLive);
     EXPECT_TRUE(draws(*sceneOfB, green, blue));
     EXPECT_TRUE(isQuiet());
 }
@@ -241,7 +241,7 @@ TEST_F(ContextEndsRender, AbandonedWhileTheGlContextIsThereMakesNoGlCall) {
     a->context->abandon();
     sceneOfA.reset();
     EXPECT_EQ(countObjects(), before) << "the names are left to the end of the GL context";
-    EXPECT_EQ(areLive(namesOfA), all);
+    EXPECT_EQ(areLive(namesOfA), allLive);
 }
 
 TEST_F(ContextEndsRender, DisposeWithAnotherGlContextAbandons) {

@@ -22,6 +22,7 @@
 namespace {
 
 using namespace vellis;
+using BuiltIn = ProgramManager::BuiltIn;
 using ::testing::HasSubstr;
 using vellis::test::stateOf;
 using vellis::test::stderrOf;
@@ -137,7 +138,6 @@ TEST_P(CoreProfileRender, ToolboxDrawsTheSameAsInACompatibilityContext) {
 }
 
 TEST_P(CoreProfileRender, BuiltInProgramsLinkInAVersionThatSuchContextsHave) {
-    using BuiltIn = ProgramManager::BuiltIn;
     for (const BuiltIn builtIn :
          {BuiltIn::SoftPoints2D, BuiltIn::SoftPoints3D, BuiltIn::UniformColor2D,
           BuiltIn::UniformColor3D, BuiltIn::DashLines2D, BuiltIn::DashLines3D}) {
@@ -200,7 +200,7 @@ TEST_P(CoreProfileRender, LinesAreAsWideAsTheContextHasThem) {
 }
 
 TEST_P(CoreProfileRender, PrimitivesThatAreGoneAreGlsError) {
-    const auto program = ProgramManager::instance().get(ProgramManager::BuiltIn::UniformColor2D);
+    const auto program = ProgramManager::instance().get(BuiltIn::UniformColor2D);
     const auto corners = VertexAttributeBuffer<glm::vec2>::make(
         {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}, BufferUsage::Static, BufferAccess::Draw);
     class Quads : public Drawable {

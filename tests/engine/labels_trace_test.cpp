@@ -27,7 +27,7 @@ using test::stderrOf;
 using Lines = std::vector<std::string>;
 using Floats = VertexAttributeBuffer<float>;
 
-std::shared_ptr<Floats> makeBuffer() {
+std::shared_ptr<Floats> makeFloats() {
     return Floats::make(1, BufferUsage::Static, BufferAccess::Draw);
 }
 
@@ -59,7 +59,7 @@ protected:
 };
 
 TEST_F(LabelsTrace, EveryClassThatOwnsANameTellsItToGl) {
-    const auto buffer = makeBuffer();
+    const auto buffer = makeFloats();
     const auto texture = Texture2D<float>::make(1, 1);
     const auto renderbuffer = Renderbuffer<float>::make(1, 1);
     const auto shader = VertexShader::make("");
@@ -86,9 +86,9 @@ TEST_F(LabelsTrace, EveryClassThatOwnsANameTellsItToGl) {
 }
 
 TEST_F(LabelsTrace, ADrawableGivesItsVertexArrayOne) {
-    using Position = VertexAttribute<float>;
     const auto program = Program::make();
-    const auto points = drawable::Points<Position>::make(program, Position("x", makeBuffer()));
+    const auto points = drawable::Points<VertexAttribute<float>>::make(
+        program, VertexAttribute<float>("x", makeFloats()));
     gl.forget();
     EXPECT_TRUE(label(points, "points"));
     EXPECT_GL_CALLS(gl, "glObjectLabel(GL_VERTEX_ARRAY, 3, 6, \"points\")");
@@ -113,7 +113,7 @@ TEST_F(LabelsTrace, AFramebufferThatWasNotBoundIsBoundForAMoment) {
 }
 
 TEST_F(LabelsTrace, NullAndEmptyTextsTakeItAway) {
-    const auto buffer = makeBuffer();
+    const auto buffer = makeFloats();
     for (const char* none : {static_cast<const char*>(nullptr), ""}) {
         label(buffer, "a");
         gl.forget();
@@ -161,7 +161,7 @@ TEST_F(LabelsTrace, GlGetsWhatItTakesAndEndsWithAWholeCharacter) {
     gl.answer(glad_glObjectLabel,
               [&](GLenum, GLuint, GLsizei length, const GLchar*) { numBytes = length; });
     gl.setState(GL_MAX_LABEL_LENGTH, {256});
-    const auto buffer = makeBuffer();
+    const auto buffer = makeFloats();
     gl.forget();
     const std::string fits(255, 'x');
     label(buffer, fits.c_str());
@@ -186,7 +186,7 @@ TEST_F(LabelsTrace, ItEndsWithItsObject) {
     gl.setState(GL_TEXTURE_BINDING_2D, {1});
     gl.setState(GL_CURRENT_PROGRAM, {3});
     auto texture = Texture2D<float>::make(1, 1);
-    auto buffer = makeBuffer();
+    auto buffer = makeFloats();
     auto program = Program::make();
     label(texture, "a");
     label(buffer, "b");
@@ -309,7 +309,7 @@ TEST_F(LabelsTrace, ObjectsOfAnotherContextGetNoneThere) {
     FakeContext second;
     first.makeCurrent();
     auto one = Context::make(FakeGl::lookUp);
-    const auto buffer = makeBuffer();
+    const auto buffer = makeFloats();
     label(buffer, "a");
     second.makeCurrent();
     auto other = Context::make(FakeGl::lookUp);

@@ -47,11 +47,10 @@ struct Pass {
 
 /// Whether the calls left each piece of state as the whole operation leaves it, or as they found
 /// it. A failed attempt may have done less than the whole, but nothing else.
-void expectStateOf(const Lines& failedCalls, const Use& whole) {
-    const std::vector<Effect> effects = test::effectsOf(whole);
+void expectStateOf(const Lines& failedCalls, const std::vector<Effect>& whole) {
     for (const Effect& effect : test::effectsOf({"", "", "", failedCalls})) {
         const bool isLeftAsByTheWhole =
-            std::any_of(effects.begin(), effects.end(), [&](const Effect& other) {
+            std::any_of(whole.begin(), whole.end(), [&](const Effect& other) {
                 return other.state == effect.state && other.value == effect.value;
             });
         EXPECT_TRUE(effect.kind == Effect::Kind::PutBack || isLeftAsByTheWhole)
@@ -72,9 +71,12 @@ private:
         std::vector<Lines> failedCalls;
         while (!attempt(use, once, failedCalls.size() + 1))
             failedCalls.push_back(gl.takeCalls());
+        const std::vector<Effect> effects = test::effectsOf(use);
         for (std::size_t i = 0; i < failedCalls.size(); ++i) {
+            if (i != 0 && failedCalls[i] == failedCalls[i - 1])
+                continue; // the same state, too
             SCOPED_TRACE("with allocation " + std::to_string(i + 1) + " failing");
-            expectStateOf(failedCalls[i], use);
+            expectStateOf(failedCalls[i], effects);
         }
         gl.forget();
         outcomes.push_back({std::move(use), failedCalls.size()});

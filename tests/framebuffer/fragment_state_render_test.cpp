@@ -31,7 +31,7 @@ using glm::vec3;
 using glm::vec4;
 
 const vec4 black(0.f);
-const vec4 white(1.f);
+const vec4 opaqueWhite(1.f);
 constexpr unsigned int edge = 16;
 
 /// A framebuffer of bytes of four components, depth and stencil, bound and cleared to 0, with
@@ -92,7 +92,7 @@ TEST_F(FragmentStateRender, ClearSetsEverythingAndTheValuesStaySet) {
 }
 
 TEST_F(FragmentStateRender, ClearColorReadsBackAndLeavesTheRest) {
-    Framebuffer::clearColor(white);
+    Framebuffer::clearColor(opaqueWhite);
     EXPECT_EQ(pixel(), U8vec4(255));
     EXPECT_NEAR(depth(), 1.0, 1e-6);
     EXPECT_EQ(stencil(), 0u);
@@ -147,7 +147,7 @@ TEST_F(FragmentStateRender, DepthTestComparesWithTheStoredDepth) {
             Framebuffer::enableDepthTest(Comparator::ALWAYS);
             fill(black, 0.5f);
             Framebuffer::enableDepthTest(comparator);
-            fill(white, 0.25f * static_cast<float>(quarters));
+            fill(opaqueWhite, 0.25f * static_cast<float>(quarters));
             EXPECT_EQ(pixel().r == 255, passes(comparator, quarters, 2))
                 << static_cast<unsigned int>(comparator) << ' ' << quarters;
         }
@@ -158,7 +158,7 @@ TEST_F(FragmentStateRender, DepthTestThatIsOffPassesAndKeepsItsFunction) {
     Framebuffer::enableDepthTest(Comparator::NEVER);
     Framebuffer::enableDepthTest(false);
     EXPECT_EQ(stateOf(GL_DEPTH_FUNC), GL_NEVER);
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(pixel(), U8vec4(255));
     Framebuffer::enableDepthTest(true);
     fill(black);
@@ -171,12 +171,12 @@ TEST_F(FragmentStateRender, DepthTestThatIsOffPassesAndKeepsItsFunction) {
 TEST_F(FragmentStateRender, DepthMaskKeepsTheStoredDepth) {
     Framebuffer::enableDepthTest(Comparator::ALWAYS);
     Framebuffer::setDepthMask(false);
-    fill(white, 0.25f);
+    fill(opaqueWhite, 0.25f);
     Framebuffer::clearDepth(0.f);
     EXPECT_NEAR(depth(), 1.0, 1e-6);
     EXPECT_EQ(pixel(), U8vec4(255));
     Framebuffer::setDepthMask(true);
-    fill(white, 0.25f);
+    fill(opaqueWhite, 0.25f);
     EXPECT_NEAR(depth(), 0.25, 1e-6);
 }
 
@@ -185,7 +185,7 @@ TEST_F(FragmentStateRender, StencilTestComparesTheReferenceWithTheStoredValue) {
         for (const unsigned int reference : {4u, 5u, 6u}) {
             Framebuffer::clear(black, 1.f, 5);
             Framebuffer::enableStencilTest(comparator, reference, 0xFF, Action::KEEP, Action::KEEP);
-            fill(white);
+            fill(opaqueWhite);
             EXPECT_EQ(pixel().r == 255, passes(comparator, static_cast<int>(reference), 5))
                 << static_cast<unsigned int>(comparator) << ' ' << reference;
         }
@@ -195,7 +195,7 @@ TEST_F(FragmentStateRender, StencilTestComparesTheReferenceWithTheStoredValue) {
 TEST_F(FragmentStateRender, StencilTestComparesUnderItsMask) {
     Framebuffer::clearStencil(0xF5);
     Framebuffer::enableStencilTest(Comparator::EQUAL, 0x05, 0x0F, Action::KEEP, Action::KEEP);
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(pixel(), U8vec4(255));
 }
 
@@ -218,7 +218,7 @@ TEST_F(FragmentStateRender, StencilActionsActWhereTheirCaseArises) {
     Framebuffer::setDepthMask(false);
     const auto result = [](unsigned int before, float depth) {
         Framebuffer::clearStencil(before);
-        fill(white, depth);
+        fill(opaqueWhite, depth);
         return stencil();
     };
     Framebuffer::setDepthMask(true);
@@ -245,7 +245,7 @@ TEST_F(FragmentStateRender, StencilActionsActWhereTheirCaseArises) {
 TEST_F(FragmentStateRender, StencilTestIsForBothFaces) {
     Framebuffer::enableStencilTest(Comparator::ALWAYS, 3, 0xFF, Action::KEEP, Action::REPLACE);
     glFrontFace(GL_CW); // what fill() draws is a back face now
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(stencil(), 3u);
     EXPECT_EQ(stateOf(GL_STENCIL_BACK_PASS_DEPTH_PASS), GL_REPLACE);
 }
@@ -253,7 +253,7 @@ TEST_F(FragmentStateRender, StencilTestIsForBothFaces) {
 TEST_F(FragmentStateRender, StencilTestThatIsOffPassesAndKeepsItsSettings) {
     Framebuffer::enableStencilTest(Comparator::NEVER, 3, 0xFF, Action::ZERO, Action::KEEP);
     Framebuffer::disableStencilTest();
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(pixel(), U8vec4(255));
     Framebuffer::enableStencilTest(true);
     fill(black);
@@ -268,13 +268,13 @@ TEST_F(FragmentStateRender, StencilMaskWritesItsBitsAlone) {
     Framebuffer::clearStencil(0x55);
     EXPECT_EQ(stencil(), 0xA5u);
     Framebuffer::enableStencilTest(Comparator::ALWAYS, 0xFF, 0xFF, Action::KEEP, Action::REPLACE);
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(stencil(), 0xAFu);
 }
 
 TEST_F(FragmentStateRender, ScissorConfinesClearingAndDrawing) {
     Framebuffer::enableScissorTest(4, 6, 2, 1);
-    Framebuffer::clearColor(white);
+    Framebuffer::clearColor(opaqueWhite);
     EXPECT_EQ(pixel(4, 6), U8vec4(255));
     EXPECT_EQ(pixel(5, 6), U8vec4(255));
     EXPECT_EQ(pixel(6, 6), U8vec4(0));
@@ -283,10 +283,10 @@ TEST_F(FragmentStateRender, ScissorConfinesClearingAndDrawing) {
     fill(black);
     EXPECT_EQ(pixel(4, 6), U8vec4(0));
     Framebuffer::enableScissorTest(0, 0, 0, 0);
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(pixel(0, 0), U8vec4(0));
     Framebuffer::disableScissorTest();
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(pixel(0, 0), U8vec4(255));
     Framebuffer::enableScissorTest(true);
     fill(black);
@@ -295,7 +295,7 @@ TEST_F(FragmentStateRender, ScissorConfinesClearingAndDrawing) {
 
 TEST_F(FragmentStateRender, ViewportPlacesWhatIsDrawn) {
     Framebuffer::setViewport(8, 4, 4, 2);
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(pixel(8, 4), U8vec4(255));
     EXPECT_EQ(pixel(11, 5), U8vec4(255));
     EXPECT_EQ(pixel(7, 4), U8vec4(0));
@@ -308,7 +308,7 @@ TEST_F(FragmentStateRender, ColorMaskWritesItsComponentsAlone) {
         Framebuffer::setColorMask(true, true, true, true);
         Framebuffer::clearColor(black);
         Framebuffer::setColorMask(i == 0, i == 1, i == 2, i == 3);
-        fill(white);
+        fill(opaqueWhite);
         U8vec4 expected(0);
         expected[i] = 255;
         EXPECT_EQ(pixel(), expected);
@@ -317,7 +317,7 @@ TEST_F(FragmentStateRender, ColorMaskWritesItsComponentsAlone) {
 
 TEST_F(FragmentStateRender, DrawBufferAndReadBufferChooseTheImage) {
     Framebuffer::setDrawBuffer(BufferID::COLOR_ATTACHMENT1);
-    Framebuffer::clearColor(white);
+    Framebuffer::clearColor(opaqueWhite);
     EXPECT_EQ(pixel(), U8vec4(0));
     Framebuffer::setReadBuffer(BufferID::COLOR_ATTACHMENT1);
     EXPECT_EQ(pixel(), U8vec4(255));
@@ -370,7 +370,7 @@ TEST_F(FragmentStateRender, LogicOperationsCombineTheBits) {
 TEST_F(FragmentStateRender, LogicOperationThatIsOffKeepsItsOperator) {
     Framebuffer::enableLogicOp(Operator::NOOP);
     Framebuffer::enableLogicOp(false);
-    fill(white);
+    fill(opaqueWhite);
     EXPECT_EQ(pixel(), U8vec4(255));
     Framebuffer::enableLogicOp(true);
     fill(black);
@@ -537,22 +537,21 @@ TEST_P(FragmentStateRefusalRender, IsGlsAndChangesNothing) {
     EXPECT_EQ(integersOf(GetParam().state), before);
 }
 
-using F = Framebuffer;
 constexpr unsigned int tooLarge = 0x80000000;
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Refusals, FragmentStateRefusalRender, testing::Values(
-    RefusalRow{"DepthComparator", [] { F::enableDepthTest(static_cast<Comparator>(1)); }, "GL_INVALID_ENUM", GL_DEPTH_FUNC},
-    RefusalRow{"StencilComparator", [] { F::enableStencilTest(static_cast<Comparator>(1), 0, 0, Action::KEEP, Action::KEEP); }, "GL_INVALID_ENUM", GL_STENCIL_FUNC},
-    RefusalRow{"StencilAction", [] { F::enableStencilTest(Comparator::ALWAYS, 0, 0, static_cast<Action>(1), Action::KEEP); }, "GL_INVALID_ENUM", GL_STENCIL_FAIL},
-    RefusalRow{"LogicOperator", [] { F::enableLogicOp(static_cast<Operator>(1)); }, "GL_INVALID_ENUM", GL_LOGIC_OP_MODE},
-    RefusalRow{"BlendingFactor", [] { F::enableBlending(static_cast<Factor>(2), Factor::ONE); }, "GL_INVALID_ENUM", GL_BLEND_SRC_RGB},
-    RefusalRow{"BlendEquation", [] { F::setBlendEquation(static_cast<Equation>(1), Equation::FUNC_ADD); }, "GL_INVALID_ENUM", GL_BLEND_EQUATION_RGB},
-    RefusalRow{"DrawBuffer", [] { F::setDrawBuffer(static_cast<BufferID>(1)); }, "GL_INVALID_ENUM", GL_DRAW_BUFFER},
-    RefusalRow{"DrawBufferOfTheWindow", [] { F::setDrawBuffer(BufferID::BACK); }, "GL_INVALID_OPERATION", GL_DRAW_BUFFER},
-    RefusalRow{"ReadBufferOfTheWindow", [] { F::setReadBuffer(BufferID::FRONT); }, "GL_INVALID_OPERATION", GL_READ_BUFFER},
-    RefusalRow{"ViewportSize", [] { F::setViewport(0, 0, tooLarge, 1); }, "GL_INVALID_VALUE", GL_VIEWPORT},
-    RefusalRow{"ScissorSize", [] { F::enableScissorTest(0, 0, 1, tooLarge); }, "GL_INVALID_VALUE", GL_SCISSOR_BOX}),
+    RefusalRow{"DepthComparator", [] { Framebuffer::enableDepthTest(static_cast<Comparator>(1)); }, "GL_INVALID_ENUM", GL_DEPTH_FUNC},
+    RefusalRow{"StencilComparator", [] { Framebuffer::enableStencilTest(static_cast<Comparator>(1), 0, 0, Action::KEEP, Action::KEEP); }, "GL_INVALID_ENUM", GL_STENCIL_FUNC},
+    RefusalRow{"StencilAction", [] { Framebuffer::enableStencilTest(Comparator::ALWAYS, 0, 0, static_cast<Action>(1), Action::KEEP); }, "GL_INVALID_ENUM", GL_STENCIL_FAIL},
+    RefusalRow{"LogicOperator", [] { Framebuffer::enableLogicOp(static_cast<Operator>(1)); }, "GL_INVALID_ENUM", GL_LOGIC_OP_MODE},
+    RefusalRow{"BlendingFactor", [] { Framebuffer::enableBlending(static_cast<Factor>(2), Factor::ONE); }, "GL_INVALID_ENUM", GL_BLEND_SRC_RGB},
+    RefusalRow{"BlendEquation", [] { Framebuffer::setBlendEquation(static_cast<Equation>(1), Equation::FUNC_ADD); }, "GL_INVALID_ENUM", GL_BLEND_EQUATION_RGB},
+    RefusalRow{"DrawBuffer", [] { Framebuffer::setDrawBuffer(static_cast<BufferID>(1)); }, "GL_INVALID_ENUM", GL_DRAW_BUFFER},
+    RefusalRow{"DrawBufferOfTheWindow", [] { Framebuffer::setDrawBuffer(BufferID::BACK); }, "GL_INVALID_OPERATION", GL_DRAW_BUFFER},
+    RefusalRow{"ReadBufferOfTheWindow", [] { Framebuffer::setReadBuffer(BufferID::FRONT); }, "GL_INVALID_OPERATION", GL_READ_BUFFER},
+    RefusalRow{"ViewportSize", [] { Framebuffer::setViewport(0, 0, tooLarge, 1); }, "GL_INVALID_VALUE", GL_VIEWPORT},
+    RefusalRow{"ScissorSize", [] { Framebuffer::enableScissorTest(0, 0, 1, tooLarge); }, "GL_INVALID_VALUE", GL_SCISSOR_BOX}),
     [](const auto& row) { return std::string(row.param.name); });
 // clang-format on
 

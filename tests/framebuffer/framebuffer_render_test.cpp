@@ -29,9 +29,9 @@ const glm::vec4 red(1.f, 0.f, 0.f, 1.f);
 const glm::vec4 green(0.f, 1.f, 0.f, 1.f);
 const U8vec4 redPixel(255, 0, 0, 255);
 const U8vec4 greenPixel(0, 255, 0, 255);
-const U8vec4 nothing(0);
-constexpr unsigned int width = 8;
-constexpr unsigned int height = 4;
+constexpr unsigned int columns = 8;
+constexpr unsigned int rows = 4;
+const U8vec4 cleared(0);
 
 class FramebufferRender : public RenderTest {
 protected:
@@ -49,8 +49,8 @@ protected:
         RenderTest::TearDown();
     }
 
-    static std::shared_ptr<Texture2D<U8vec4>> blackTexture(unsigned int w = width,
-                                                           unsigned int h = height) {
+    static std::shared_ptr<Texture2D<U8vec4>> blackTexture(unsigned int w = columns,
+                                                           unsigned int h = rows) {
         const std::vector<U8vec4> texels(std::size_t{w} * h);
         return Texture2D<U8vec4>::make(w, h, texels.data());
     }
@@ -172,9 +172,9 @@ TEST_F(FramebufferRender, EveryColorFormatAttachesAsEveryKindOfImage) {
     eachOffered<ColorTexels>([this](auto texel) {
         using F = typename decltype(texel)::type;
         SCOPED_TRACE(texelRow<F>.name);
-        const auto texture = Texture2D<F>::make(width, height);
-        const auto renderbuffer = Renderbuffer<F>::make(width, height);
-        const auto samples = MultiSampleRenderbuffer<F>::make(width, height, maxSamples());
+        const auto texture = Texture2D<F>::make(columns, rows);
+        const auto renderbuffer = Renderbuffer<F>::make(columns, rows);
+        const auto samples = MultiSampleRenderbuffer<F>::make(columns, rows, maxSamples());
         framebuffer->attachFragmentOut(*texture);
         expectCompleteOrUnsupported();
         framebuffer->attachFragmentOut(*renderbuffer);
@@ -190,8 +190,8 @@ TEST_F(FramebufferRender, EveryColorFormatAttachesAsEveryKindOfImage) {
 TEST_F(FramebufferRender, BytesOfFourComponentsAlwaysAttach) {
     framebuffer->bind();
     const auto texture = blackTexture();
-    const auto renderbuffer = Renderbuffer<U8vec4>::make(width, height);
-    const auto samples = MultiSampleRenderbuffer<U8vec4>::make(width, height, maxSamples());
+    const auto renderbuffer = Renderbuffer<U8vec4>::make(columns, rows);
+    const auto samples = MultiSampleRenderbuffer<U8vec4>::make(columns, rows, maxSamples());
     framebuffer->attachFragmentOut(*texture);
     EXPECT_EQ(problem(), "");
     framebuffer->attachFragmentOut(*renderbuffer);
@@ -217,9 +217,9 @@ TEST_F(FramebufferRender, DepthAloneIsCompleteAndIsCleared) {
     const auto check = [this](auto texel) {
         using F = typename decltype(texel)::type;
         SCOPED_TRACE(texelRow<F>.name);
-        const auto renderbuffer = Renderbuffer<F>::make(width, height);
-        const auto samples = MultiSampleRenderbuffer<F>::make(width, height, maxSamples());
-        const auto texture = Texture2D<F>::make(width, height);
+        const auto renderbuffer = Renderbuffer<F>::make(columns, rows);
+        const auto samples = MultiSampleRenderbuffer<F>::make(columns, rows, maxSamples());
+        const auto texture = Texture2D<F>::make(columns, rows);
         framebuffer->attachDepthbuffer(*samples);
         EXPECT_EQ(problem(), "");
         framebuffer->attachDepthbuffer(*renderbuffer);
@@ -244,8 +244,8 @@ TEST_F(FramebufferRender, StencilAloneIsForTheDriverToTakeAndIsCleared) {
     StencilTexels::each([this](auto texel) {
         using F = typename decltype(texel)::type;
         SCOPED_TRACE(texelRow<F>.name);
-        const auto renderbuffer = Renderbuffer<F>::make(width, height);
-        const auto samples = MultiSampleRenderbuffer<F>::make(width, height, maxSamples());
+        const auto renderbuffer = Renderbuffer<F>::make(columns, rows);
+        const auto samples = MultiSampleRenderbuffer<F>::make(columns, rows, maxSamples());
         framebuffer->attachStencilbuffer(*samples);
         expectCompleteOrUnsupported();
         framebuffer->attachStencilbuffer(*renderbuffer);
@@ -265,9 +265,9 @@ TEST_F(FramebufferRender, DepthAndStencilInOneAreCompleteAndAreCleared) {
     framebuffer->bind();
     useNoColor();
     using F = depth24_stencil8;
-    const auto renderbuffer = Renderbuffer<F>::make(width, height);
-    const auto samples = MultiSampleRenderbuffer<F>::make(width, height, maxSamples());
-    const auto texture = Texture2D<F>::make(width, height);
+    const auto renderbuffer = Renderbuffer<F>::make(columns, rows);
+    const auto samples = MultiSampleRenderbuffer<F>::make(columns, rows, maxSamples());
+    const auto texture = Texture2D<F>::make(columns, rows);
     const auto expectCleared = [](float depth, unsigned int stencil) {
         Framebuffer::clearDepthStencil(depth, stencil);
         const auto pixel = Framebuffer::download<F>(7, 3, 1, 1).at(0);
@@ -289,8 +289,8 @@ TEST_F(FramebufferRender, DepthAndStencilInOneAreCompleteAndAreCleared) {
 
 TEST_F(FramebufferRender, SeparateDepthAndStencilAreForTheDriverToTake) {
     const auto color = blackTexture();
-    const auto depth = Renderbuffer<depth16>::make(width, height);
-    const auto stencil = Renderbuffer<stencil8>::make(width, height);
+    const auto depth = Renderbuffer<depth16>::make(columns, rows);
+    const auto stencil = Renderbuffer<stencil8>::make(columns, rows);
     framebuffer->bind();
     framebuffer->attachFragmentOut(*color);
     framebuffer->attachDepthbuffer(*depth);
@@ -323,7 +323,7 @@ TEST_F(FramebufferRender, LevelOfATextureIsDrawnTo) {
     glGetTexImage(GL_TEXTURE_2D, 1, GL_RGBA, GL_UNSIGNED_BYTE, level.data());
     texture->unbind();
     EXPECT_THAT(level, Each(redPixel));
-    EXPECT_THAT(texture->download(), Each(nothing));
+    EXPECT_THAT(texture->download(), Each(cleared));
 }
 
 // Several fragment outputs at once.
@@ -347,7 +347,7 @@ const U8vec4 outputPixels[4] = {redPixel, greenPixel, U8vec4(0, 0, 255, 255), U8
 void drawFourOutputs() {
     const auto program = programOf(fourOutputs);
     ASSERT_FALSE(program->hasLinkError());
-    Framebuffer::setViewport(0, 0, width, height);
+    Framebuffer::setViewport(0, 0, columns, rows);
     program->bind();
     fill(glm::vec4(0.f));
     program->unbind();
@@ -380,14 +380,14 @@ TEST_F(FramebufferRender, OutputsWithoutAnImageLandNowhere) {
 
 TEST_F(FramebufferRender, OutputsGoToRenderbuffersToo) {
     const auto texture = blackTexture();
-    const auto renderbuffer = Renderbuffer<U8vec4>::make(width, height);
+    const auto renderbuffer = Renderbuffer<U8vec4>::make(columns, rows);
     framebuffer->bind();
     framebuffer->attachFragmentOuts(*texture, *renderbuffer);
     ASSERT_EQ(problem(), "");
     drawFourOutputs();
     EXPECT_THAT(texture->download(), Each(outputPixels[0]));
     Framebuffer::setReadBuffer(BufferID::COLOR_ATTACHMENT1);
-    EXPECT_THAT(Framebuffer::download<U8vec4>(0, 0, width, height), Each(outputPixels[1]));
+    EXPECT_THAT(Framebuffer::download<U8vec4>(0, 0, columns, rows), Each(outputPixels[1]));
 }
 
 TEST_F(FramebufferRender, NoImagesDrawNowhere) {
@@ -396,7 +396,7 @@ TEST_F(FramebufferRender, NoImagesDrawNowhere) {
     framebuffer->attachFragmentOut(*texture);
     framebuffer->attachFragmentOuts();
     drawFourOutputs();
-    EXPECT_THAT(texture->download(), Each(nothing));
+    EXPECT_THAT(texture->download(), Each(cleared));
 }
 
 // What GL refuses.
@@ -438,7 +438,7 @@ TEST_F(FramebufferRender, ColorIndexThatGlDoesNotHaveIsRefused) {
 
 TEST_F(FramebufferRender, ColourIndexBeyondGlsEnumeratorsReachesNoOtherPoint) {
     const auto texture = blackTexture();
-    const auto renderbuffer = Renderbuffer<U8vec4>::make(width, height);
+    const auto renderbuffer = Renderbuffer<U8vec4>::make(columns, rows);
     framebuffer->bind();
     for (const unsigned int index : {32u, 64u, 0x10000u, 0xFFFFFFFFu}) {
         framebuffer->attachFragmentOut(index, *texture);
@@ -476,7 +476,7 @@ TEST_F(FramebufferRender, ImagesOfDifferentSizesAreDrawnWhereTheyOverlap) {
     const std::vector<U8vec4> texels = large->download();
     EXPECT_EQ(texels[0], redPixel);
     EXPECT_EQ(texels[3 * 8 + 3], redPixel);
-    EXPECT_EQ(texels[7 * 8 + 7], nothing);
+    EXPECT_EQ(texels[7 * 8 + 7], cleared);
     EXPECT_THAT(small->download(), Each(redPixel));
 }
 
@@ -499,8 +499,8 @@ TEST_F(FramebufferRender, ImagesWithoutPixelsAreIncomplete) {
 TEST_F(FramebufferRender, ImagesOfDifferentSampleCountsAreIncomplete) {
     if (maxSamples() < 2)
         GTEST_SKIP() << "the driver has no multisampling";
-    const auto color = MultiSampleRenderbuffer<U8vec4>::make(width, height, maxSamples());
-    const auto depth = Renderbuffer<depth24_stencil8>::make(width, height);
+    const auto color = MultiSampleRenderbuffer<U8vec4>::make(columns, rows, maxSamples());
+    const auto depth = Renderbuffer<depth24_stencil8>::make(columns, rows);
     framebuffer->bind();
     framebuffer->attachFragmentOut(*color);
     framebuffer->attachDepthStencilbuffer(*depth);
@@ -509,7 +509,7 @@ TEST_F(FramebufferRender, ImagesOfDifferentSampleCountsAreIncomplete) {
 
 TEST_F(FramebufferRender, DestroyedImageIsDetachedFromTheBoundFramebuffer) {
     auto texture = blackTexture();
-    auto depth = Renderbuffer<depth16>::make(width, height);
+    auto depth = Renderbuffer<depth16>::make(columns, rows);
     framebuffer->bind();
     framebuffer->attachFragmentOut(*texture);
     framebuffer->attachDepthbuffer(*depth);
@@ -533,7 +533,7 @@ TEST_F(FramebufferRender, DisposedTextureAttachesNothing) {
 
 TEST_F(FramebufferRender, DetachAllAndResetRemoveEverything) {
     const auto color = blackTexture();
-    const auto depth = Renderbuffer<depth24_stencil8>::make(width, height);
+    const auto depth = Renderbuffer<depth24_stencil8>::make(columns, rows);
     framebuffer->bind();
     for (const auto detach : {&Framebuffer::detachAll, &Framebuffer::reset}) {
         for (unsigned int i = 0; i < 8; ++i)

@@ -93,7 +93,7 @@ class Workshop:
                               f"-DCMAKE_SHARED_LINKER_FLAGS={linker}",
                               f"-DCMAKE_MODULE_LINKER_FLAGS={linker}",
                               "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DVELLIS_BUILD_TESTS=ON",
-                              "-DVELLIS_BUILD_EXAMPLES=ON"])
+                              "-DVELLIS_BUILD_EXAMPLES=ON", "-DVELLIS_UNITE_TESTS=OFF"])
         if status != 0:
             fail(f"configuring failed:\n{output}")
 

@@ -14,7 +14,7 @@ namespace {
 using Points = std::initializer_list<glm::vec2>;
 
 const glm::vec4 color(1.f);
-const glm::mat4 mvp(1.f);
+const glm::mat4 identity(1.f);
 const Points points = {{0.f, 0.f}, {1.f, 0.f}, {1.f, 1.f}, {0.f, 1.f}};
 const std::initializer_list<glm::vec3> points3D = {
     {0.f, 0.f, 0.f}, {1.f, 0.f, 0.f}, {1.f, 1.f, 0.f}, {0.f, 1.f, 0.f}};
@@ -41,15 +41,15 @@ void useRasterisation(UseRecorder& use) {
 }
 
 template <class V>
-void useFlatFamilies(UseRecorder& use, std::initializer_list<V> corners) {
-    use("drawLines", [&] { Toolbox::drawLines(color, corners, mvp); });
-    use("drawLineStrip", [&] { Toolbox::drawLineStrip(color, corners, mvp); });
-    use("drawLineLoop", [&] { Toolbox::drawLineLoop(color, corners, mvp); });
-    use("drawTriangleFan", [&] { Toolbox::drawTriangleFan(color, corners, mvp); });
-    use("drawTriangleStrip", [&] { Toolbox::drawTriangleStrip(color, corners, mvp); });
-    use("drawDashLineStrip", [&] { Toolbox::drawDashLineStrip(color, 1.f, 1.f, corners, mvp); });
-    use("drawPoints", [&] { Toolbox::drawPoints(color, 2.f, corners, mvp); });
-    use("drawBullseyes", [&] { Toolbox::drawBullseyes(color, color, 9.f, corners, mvp); });
+void useFlatFamilies(UseRecorder& use, std::initializer_list<V> ends) {
+    use("drawLines", [&] { Toolbox::drawLines(color, ends, identity); });
+    use("drawLineStrip", [&] { Toolbox::drawLineStrip(color, ends, identity); });
+    use("drawLineLoop", [&] { Toolbox::drawLineLoop(color, ends, identity); });
+    use("drawTriangleFan", [&] { Toolbox::drawTriangleFan(color, ends, identity); });
+    use("drawTriangleStrip", [&] { Toolbox::drawTriangleStrip(color, ends, identity); });
+    use("drawDashLineStrip", [&] { Toolbox::drawDashLineStrip(color, 1.f, 1.f, ends, identity); });
+    use("drawPoints", [&] { Toolbox::drawPoints(color, 2.f, ends, identity); });
+    use("drawBullseyes", [&] { Toolbox::drawBullseyes(color, color, 9.f, ends, identity); });
 }
 
 } // namespace
@@ -91,9 +91,9 @@ void useToolbox(UseRecorder& use) {
     use("getVertexBuffer (first)", [] { Toolbox::getVertexBuffer(); });
     useFlatFamilies(use, points);
     useFlatFamilies(use, points3D);
-    use("drawQuad", [] { Toolbox::drawQuad(color, points3D, mvp); });
-    use("drawQuad", [] { Toolbox::drawQuad(color, color, points3D, mvp); });
-    use("drawRect", [] { Toolbox::drawRect(color, glm::vec2(0.f), glm::vec2(1.f), mvp); });
+    use("drawQuad", [] { Toolbox::drawQuad(color, points3D, identity); });
+    use("drawQuad", [] { Toolbox::drawQuad(color, color, points3D, identity); });
+    use("drawRect", [] { Toolbox::drawRect(color, glm::vec2(0.f), glm::vec2(1.f), identity); });
 }
 
 } // namespace vellis::test

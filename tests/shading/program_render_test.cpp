@@ -17,11 +17,11 @@ namespace {
 
 using namespace vellis;
 
-const char* const vertexSource = "#version 120 \n"
-                                 "attribute vec2 position; \n"
-                                 "void main() { gl_Position = vec4(position, 0.0, 1.0); } \n";
-const char* const fragmentSource = "#version 120 \n"
-                                   "void main() { gl_FragColor = vec4(1.0, 0.5, 0.0, 1.0); } \n";
+const char* const vertexText = "#version 120 \n"
+                               "attribute vec2 position; \n"
+                               "void main() { gl_Position = vec4(position, 0.0, 1.0); } \n";
+const char* const fragmentText = "#version 120 \n"
+                                 "void main() { gl_FragColor = vec4(1.0, 0.5, 0.0, 1.0); } \n";
 
 /// Vertices at `position`, in clip coordinates.
 class Shape : public Drawable {
@@ -46,7 +46,7 @@ protected:
         RenderTest::SetUp();
         if (HasFatalFailure())
             return;
-        program = Program::make(vertexSource, fragmentSource);
+        program = Program::make(vertexText, fragmentText);
         ASSERT_FALSE(program->hasLinkError());
         glClear(GL_COLOR_BUFFER_BIT);
     }
@@ -155,7 +155,7 @@ TEST_F(ProgramRender, ShaderWithASyntaxErrorIsAnObjectWithAnError) {
     const auto shader = FragmentShader::make("#version 120 \nvoid main() { nonsense } \n");
     EXPECT_TRUE(shader->hasCompilationError());
     EXPECT_NE(shader->id(), 0u);
-    const auto broken = Program::make(VertexShader::make(vertexSource), shader);
+    const auto broken = Program::make(VertexShader::make(vertexText), shader);
     ASSERT_NE(broken, nullptr);
     EXPECT_TRUE(broken->hasLinkError());
     // A program that has not linked cannot be used, which linking tries.
@@ -170,8 +170,8 @@ TEST_F(ProgramRender, EmptyProgramHasALinkError) {
 
 TEST_F(ProgramRender, MissingShadersLeaveTheirStageToTheFixedFunctionsOfACompatibilityContext) {
     SKIP_IN_CORE("fixed functions");
-    const auto vertexShader = VertexShader::make(vertexSource);
-    const auto fragmentShader = FragmentShader::make(fragmentSource);
+    const auto vertexShader = VertexShader::make(vertexText);
+    const auto fragmentShader = FragmentShader::make(fragmentText);
     const std::shared_ptr<VertexShader> noVertexShader;
     const std::shared_ptr<FragmentShader> noFragmentShader;
     for (const auto& incomplete : {Program::make(vertexShader, noFragmentShader),
@@ -189,8 +189,8 @@ TEST_F(ProgramRender, MissingShadersLeaveTheirStageToTheFixedFunctionsOfACompati
 }
 
 TEST_F(ProgramRender, ProgramOutlivesTheShadersItWasMadeFrom) {
-    auto vertexShader = VertexShader::make(vertexSource);
-    auto fragmentShader = FragmentShader::make(fragmentSource);
+    auto vertexShader = VertexShader::make(vertexText);
+    auto fragmentShader = FragmentShader::make(fragmentText);
     const auto other = Program::make(vertexShader, fragmentShader);
     vertexShader.reset();
     fragmentShader.reset();
@@ -203,7 +203,7 @@ TEST_F(ProgramRender, ProgramOutlivesTheShadersItWasMadeFrom) {
 TEST_F(ProgramRender, DrawableOutlivesTheProgramThatRecordedItsBinding) {
     const auto positions = vertices({{-1.f, -1.f}, {1.f, -1.f}, {-1.f, 1.f}});
     const Shape triangle(*program, *positions);
-    const auto other = Program::make(vertexSource, fragmentSource);
+    const auto other = Program::make(vertexText, fragmentText);
     program.reset();
     other->draw(triangle);
     EXPECT_TRUE(isDrawn(-0.5f, -0.5f));

@@ -39,7 +39,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-std::vector<std::string> lines(const Snapshot& before, const Snapshot& after) {
+std::vector<std::string> changes(const Snapshot& before, const Snapshot& after) {
     std::vector<std::string> all;
     for (const state::Difference& difference : differences(before, after)) {
         std::ostringstream stream;
@@ -66,19 +66,19 @@ void isFoundAndRestored(const PieceRow& row) {
     ASSERT_TRUE(change(row, objects));
     ASSERT_EQ(takeError(), "") << "of the change";
     const Snapshot after = Snapshot::take();
-    const std::vector<std::string> found = lines(before, after);
+    const std::vector<std::string> found = changes(before, after);
     EXPECT_TRUE(std::any_of(found.begin(), found.end(), [&](const std::string& line) {
         return isOf(line, row);
     })) << ::testing::PrintToString(found);
     EXPECT_NE(before, after);
     EXPECT_TRUE(before.restore());
     EXPECT_EQ(takeError(), "") << "of restoring";
-    EXPECT_THAT(lines(before, Snapshot::take()), IsEmpty());
+    EXPECT_THAT(changes(before, Snapshot::take()), IsEmpty());
     EXPECT_EQ(before, Snapshot::take());
     // And the other way.
     EXPECT_TRUE(after.restore());
     EXPECT_EQ(takeError(), "") << "of changing back";
-    EXPECT_THAT(lines(after, Snapshot::take()), IsEmpty());
+    EXPECT_THAT(changes(after, Snapshot::take()), IsEmpty());
     EXPECT_TRUE(before.restore());
 }
 
@@ -132,7 +132,7 @@ TEST_F(SnapshotRender, AllPiecesTogetherAreRestored) {
         takeError();
         EXPECT_TRUE(before.restore());
         EXPECT_EQ(takeError(), "");
-        EXPECT_THAT(lines(before, Snapshot::take()), IsEmpty());
+        EXPECT_THAT(changes(before, Snapshot::take()), IsEmpty());
     }
 }
 
@@ -166,7 +166,7 @@ TEST_F(SnapshotRender, RangesAndAttributesAreRestoredAsTheyWere) {
     glGetVertexAttribPointerv(2, GL_VERTEX_ATTRIB_ARRAY_POINTER, &pointer);
     EXPECT_EQ(pointer, reinterpret_cast<void*>(16));
     EXPECT_EQ(test::stateOf(GL_ARRAY_BUFFER_BINDING), 0);
-    EXPECT_THAT(lines(before, Snapshot::take()), IsEmpty());
+    EXPECT_THAT(changes(before, Snapshot::take()), IsEmpty());
 }
 
 TEST_F(SnapshotRender, ErrorsOfBeforeStay) {
@@ -185,7 +185,7 @@ TEST_F(SnapshotRender, DifferencesArePrinted) {
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 17);
     glDepthRange(0.25, 0.75);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
-    EXPECT_THAT(lines(before, Snapshot::take()),
+    EXPECT_THAT(changes(before, Snapshot::take()),
                 ElementsAre("GL_ACTIVE_TEXTURE: GL_TEXTURE0 -> GL_TEXTURE1",
                             "GL_UNPACK_ROW_LENGTH: 0 -> 17", "GL_BLEND: false -> true",
                             "GL_BLEND_SRC_RGB: GL_ONE -> GL_SRC_ALPHA",
@@ -207,7 +207,7 @@ TEST_F(SnapshotRender, DifferencesHaveTheLabelsOfObjects) {
     texture->bind();
     buffer->bind();
     EXPECT_THAT(
-        lines(before, Snapshot::take()),
+        changes(before, Snapshot::take()),
         ElementsAre("GL_ARRAY_BUFFER_BINDING: 0 -> " + std::to_string(buffer->id()) + " 'heights'",
                     "GL_TEXTURE_BINDING_2D[0]: 0 -> " + std::to_string(texture->id()) +
                         " 'noise'"));
@@ -298,7 +298,7 @@ TEST_F(SnapshotRender, AnotherContextIsLeftAsItIs) {
     EXPECT_TRUE(ofContext.restore());
     EXPECT_NE(ofContext, ofProcess);
     glLineWidth(1.f);
-    EXPECT_THAT(lines(ofProcess, ofContext), ElementsAre("GL_LINE_WIDTH: 1 -> 0.5"));
+    EXPECT_THAT(changes(ofProcess, ofContext), ElementsAre("GL_LINE_WIDTH: 1 -> 0.5"));
     context->dispose();
     EXPECT_FALSE(ofContext.restore());
     EXPECT_TRUE(ofProcess.restore());
@@ -323,7 +323,7 @@ TEST_F(SnapshotRender, KeptKeepsTheHostsPixelBufferFromATexture) {
         EXPECT_EQ(width, 8);
         EXPECT_EQ(test::stateOf(GL_ACTIVE_TEXTURE), GL_TEXTURE0);
     }
-    EXPECT_THAT(lines(before, Snapshot::take()), IsEmpty());
+    EXPECT_THAT(changes(before, Snapshot::take()), IsEmpty());
     glDeleteBuffers(1, &buffer);
 }
 
@@ -360,7 +360,7 @@ TEST_F(SnapshotRender, KeptGroupsKeepTheirsAndNoOther) {
         glBindTexture(GL_TEXTURE_2D, objects.texture());
         glCullFace(GL_FRONT);
     }
-    EXPECT_THAT(lines(before, Snapshot::take()),
+    EXPECT_THAT(changes(before, Snapshot::take()),
                 ElementsAre("GL_CULL_FACE_MODE: GL_BACK -> GL_FRONT"));
     glCullFace(GL_BACK);
     {
@@ -379,7 +379,7 @@ TEST_F(SnapshotRender, ResetSetsWhatGlBeginsWith) {
     state::reset();
     EXPECT_EQ(takeError(), "");
     // A driver may begin with the bits alone that there are.
-    for (const std::string& line : lines(before, Snapshot::take()))
+    for (const std::string& line : changes(before, Snapshot::take()))
         EXPECT_THAT(line, HasSubstr("_WRITEMASK: 0xff -> 0x"));
 }
 
@@ -395,7 +395,7 @@ TEST_F(SnapshotRender, ResetUndoesWhatHostsLeave) {
         takeError();
         state::reset();
         EXPECT_EQ(takeError(), "") << row.name;
-        const std::vector<std::string> found = lines(before, Snapshot::take());
+        const std::vector<std::string> found = changes(before, Snapshot::take());
         if (!found.empty())
             left.insert(row.name);
         EXPECT_TRUE(before.restore());

@@ -109,37 +109,35 @@ private:
 
 GLuint ObjectNames::make(ObjectKind kind, bool remember) {
     ++last_;
-    if (remember)
-        objects_[last_] = {kind, true};
+    if (remember) {
+        made_[last_] = kind;
+        live_.insert(last_);
+    }
     return last_;
 }
 
 void ObjectNames::remove(ObjectKind kind, GLuint name) {
-    const auto object = objects_.find(name);
     if (name == 0 || wasMadeUnseen(name))
         return;
-    if (object == objects_.end() || object->second.kind != kind || !object->second.live)
-        wrongDeletes_.push_back(describe(kind, name));
+    if (isLive(name) && made_.at(name) == kind)
+        live_.erase(name);
     else
-        object->second.live = false;
+        wrongDeletes_.push_back(describe(kind, name));
 }
 
 std::vector<std::string> ObjectNames::live() const {
     std::vector<std::string> names;
-    for (const auto& [name, object] : objects_) {
-        if (object.live)
-            names.push_back(describe(object.kind, name));
-    }
+    for (const GLuint name : live_)
+        names.push_back(describe(made_.at(name), name));
     return names;
 }
 
 bool ObjectNames::isLive(GLuint name) const {
-    const auto object = objects_.find(name);
-    return object != objects_.end() && object->second.live;
+    return live_.count(name) != 0;
 }
 
 bool ObjectNames::wasMadeUnseen(GLuint name) const {
-    return name > before_ && name <= last_ && objects_.count(name) == 0;
+    return name > before_ && name <= last_ && made_.count(name) == 0;
 }
 
 bool ObjectNames::isLive(ObjectKind kind, GLuint name) const {
@@ -147,13 +145,13 @@ bool ObjectNames::isLive(ObjectKind kind, GLuint name) const {
 }
 
 bool ObjectNames::wasMade(ObjectKind kind, GLuint name) const {
-    const auto object = objects_.find(name);
-    return object != objects_.end() ? object->second.kind == kind : wasMadeUnseen(name);
+    const auto object = made_.find(name);
+    return object != made_.end() ? object->second == kind : wasMadeUnseen(name);
 }
 
 void ObjectNames::forgetDeleted() {
-    for (auto object = objects_.begin(); object != objects_.end();)
-        object = object->second.live ? std::next(object) : objects_.erase(object);
+    for (auto object = made_.begin(); object != made_.end();)
+        object = isLive(object->first) ? std::next(object) : made_.erase(object);
     wrongDeletes_.clear();
 }
 

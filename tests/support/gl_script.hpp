@@ -81,17 +81,13 @@ public:
     void forgetDeleted();
 
 private:
-    struct Object {
-        ObjectKind kind;
-        bool live;
-    };
-
     /// Whether the object was made, but is not remembered.
     bool wasMadeUnseen(GLuint name) const;
 
     GLuint before_;
     GLuint last_;
-    std::map<GLuint, Object> objects_;
+    std::map<GLuint, ObjectKind> made_;
+    std::set<GLuint> live_; ///< of those, the few that tests ask for again and again
     std::vector<std::string> wrongDeletes_;
 };
 

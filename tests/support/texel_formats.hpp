@@ -1,13 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
+#include <utility>
 
 #include <glm/mat4x4.hpp>
 #include <vellis/gl.hpp>
 #include <vellis/texture/texel_format.hpp>
 
 /// \file
-/// The texel types in lists, and what is expected of each, for tests that walk through them.
+/// The texel types in lists, what is expected of each, and a type of one's own, for tests of all
+/// that have a format.
 
 namespace vellis::test {
 
@@ -111,4 +114,21 @@ constexpr std::size_t numTexelRows = 0
 static_assert(ColorTexels::size + DepthTexels::size + StencilTexels::size == numTexelRows,
               "each row is in a list");
 
+/// A format of one's own.
+struct Packed565 {
+    unsigned short bits;
+};
+
+/// Whether there is a make() with arguments of these types.
+template <class Made, class = void, class... Arguments>
+struct HasMakeOf : std::false_type {};
+template <class Made, class... Arguments>
+struct HasMakeOf<Made, std::void_t<decltype(Made::make(std::declval<Arguments>()...))>,
+                 Arguments...> : std::true_type {};
+
 } // namespace vellis::test
+
+template <>
+struct vellis::TexelFormat<vellis::test::Packed565>
+    : vellis::StoredTexel<vellis::test::Packed565, vellis::TexelKind::Color, GL_RGB5, GL_RGB,
+                          GL_UNSIGNED_SHORT_5_6_5> {};

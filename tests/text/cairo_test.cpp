@@ -20,8 +20,8 @@ using vellis::text::Font;
 using vellis::text::GlyphQuad;
 using vellis::text::GlyphQuads;
 
-constexpr int width = 320;
-constexpr int height = 96;
+constexpr int pictureWidth = 320;
+constexpr int pictureHeight = 96;
 
 /// Coverage, the upper row first.
 using Image = std::vector<std::uint8_t>;
@@ -30,18 +30,18 @@ using Image = std::vector<std::uint8_t>;
 /// middle of the image.
 Image drawWithQuads(Font& font, std::string_view text) {
     GlyphQuads quads;
-    Image image(std::size_t{width} * height, 0);
+    Image image(std::size_t{pictureWidth} * pictureHeight, 0);
     for (const GlyphQuad& quad : quads.make(font, text, Anchor::Center, 0.f)) {
         const Atlas::Texture& texture = quads.atlas().texture(quad.texture);
         const glm::vec2 size(texture.width(), texture.height());
         const glm::ivec2 texel(glm::vec2(quad.part.from.x, quad.part.to.y) * size + 0.5f);
-        const int left = width / 2 + static_cast<int>(quad.corner.x);
-        const int top = height / 2 - static_cast<int>(quad.corner.y + quad.up.y);
+        const int left = pictureWidth / 2 + static_cast<int>(quad.corner.x);
+        const int top = pictureHeight / 2 - static_cast<int>(quad.corner.y + quad.up.y);
         for (int y = 0; y < static_cast<int>(quad.up.y); ++y) {
             for (int x = 0; x < static_cast<int>(quad.right.x); ++x) {
                 const auto from = static_cast<std::size_t>(texel.y + y) * texture.width() +
                                   static_cast<std::size_t>(texel.x + x);
-                std::uint8_t& pixel = image.at(static_cast<std::size_t>(top + y) * width +
+                std::uint8_t& pixel = image.at(static_cast<std::size_t>(top + y) * pictureWidth +
                                                static_cast<std::size_t>(left + x));
                 pixel = std::max(pixel, texture.texels()[from]);
             }
@@ -53,7 +53,8 @@ Image drawWithQuads(Font& font, std::string_view text) {
 /// The same by cairo, which has glyphs and positions from HarfBuzz alone.
 Image drawWithCairo(const PlainFace& face, float pixels, std::string_view text, double ascent,
                     double descent) {
-    cairo_surface_t* const surface = cairo_image_surface_create(CAIRO_FORMAT_A8, width, height);
+    cairo_surface_t* const surface =
+        cairo_image_surface_create(CAIRO_FORMAT_A8, pictureWidth, pictureHeight);
     cairo_t* const cairo = cairo_create(surface);
     cairo_font_face_t* const fontFace =
         cairo_ft_font_face_create_for_ft_face(face.face(), FT_LOAD_NO_HINTING);
@@ -67,21 +68,22 @@ Image drawWithCairo(const PlainFace& face, float pixels, std::string_view text, 
 
     const auto shape = vellis::test::shapePlainly(face, text);
     const double left =
-        width / 2 - std::floor(static_cast<double>(shape.lines[0].advance) / 2.) / 64.;
+        pictureWidth / 2 - std::floor(static_cast<double>(shape.lines[0].advance) / 2.) / 64.;
     const double baseLine = (ascent + descent) / 2. - ascent;
     std::vector<cairo_glyph_t> glyphs;
     for (const auto& glyph : shape.glyphs) {
         const double x = left + static_cast<double>(glyph.x) / 64.;
         const double y = baseLine + static_cast<double>(glyph.y) / 64.;
-        glyphs.push_back({glyph.index, std::floor(x + 0.5), height / 2 - std::floor(y + 0.5)});
+        glyphs.push_back(
+            {glyph.index, std::floor(x + 0.5), pictureHeight / 2 - std::floor(y + 0.5)});
     }
     cairo_show_glyphs(cairo, glyphs.data(), static_cast<int>(glyphs.size()));
     cairo_surface_flush(surface);
     Image image;
     const std::uint8_t* const rows = cairo_image_surface_get_data(surface);
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < pictureHeight; ++y) {
         const std::uint8_t* const row = rows + y * cairo_image_surface_get_stride(surface);
-        image.insert(image.end(), row, row + width);
+        image.insert(image.end(), row, row + pictureWidth);
     }
     cairo_font_options_destroy(options);
     cairo_font_face_destroy(fontFace);

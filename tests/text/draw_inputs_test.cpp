@@ -14,20 +14,19 @@
 
 namespace {
 
+using vellis::test::dejaVuSans;
 using vellis::test::Lines;
 using vellis::test::only;
 using vellis::text::Anchor;
 using vellis::text::Font;
 using vellis::text::Position;
 
-constexpr const char* name = "DejaVuSans.ttf";
-
 class DrawInputs : public vellis::test::CanvasTest {
 protected:
     void SetUp() override {
-        path = vellis::test::findFont(name);
+        path = vellis::test::findFont(dejaVuSans);
         if (path.empty())
-            GTEST_SKIP() << "there is no " << name;
+            GTEST_SKIP() << "there is no " << dejaVuSans;
         font = Font::load(path, 16.f);
         ASSERT_NE(font, nullptr);
     }

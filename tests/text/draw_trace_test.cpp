@@ -15,19 +15,18 @@
 
 namespace {
 
+using vellis::test::dejaVuSans;
 using vellis::test::Lines;
 using vellis::test::only;
 using vellis::text::Anchor;
 using vellis::text::Font;
 
-constexpr const char* name = "DejaVuSans.ttf";
-
 class DrawTrace : public vellis::test::CanvasTest {
 protected:
     void SetUp() override {
-        if (vellis::test::findFont(name).empty())
-            GTEST_SKIP() << "there is no " << name;
-        font = Font::load(vellis::test::findFont(name), 16.f);
+        if (vellis::test::findFont(dejaVuSans).empty())
+            GTEST_SKIP() << "there is no " << dejaVuSans;
+        font = Font::load(vellis::test::findFont(dejaVuSans), 16.f);
         ASSERT_NE(font, nullptr);
     }
 
@@ -71,7 +70,7 @@ TEST_F(DrawTrace, TurnedTextsHaveTexturesThatAreFiltered) {
 }
 
 TEST_F(DrawTrace, AGlyphOfMoreThanAQuarterOfAPageHasATextureOfItsOwn) {
-    font = Font::load(vellis::test::findFont(name), 900.f);
+    font = Font::load(vellis::test::findFont(dejaVuSans), 900.f);
     ASSERT_NE(font, nullptr);
     const auto bitmap = font->render(font->shape("W")->glyphs[0].index);
     const Lines uploads = uploadsOf("W");
@@ -160,7 +159,7 @@ TEST_F(DrawTrace, AKnownTextCostsNoAllocation) {
 
 TEST_F(DrawTrace, BeyondTheLimitOfItsTexturesItStartsAnew) {
     EXPECT_EQ(uploadsOf("abc").size(), 1u);
-    const auto large = Font::load(vellis::test::findFont(name), 2400.f);
+    const auto large = Font::load(vellis::test::findFont(dejaVuSans), 2400.f);
     ASSERT_NE(large, nullptr);
     canvas->begin(glm::mat4(1.f));
     const std::string letters = "ABCDEFGHKLMNOPQRSTUVWXYZ&%@wmdbg";

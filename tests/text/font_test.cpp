@@ -19,6 +19,7 @@ namespace {
 using testing::EndsWith;
 using testing::StartsWith;
 using vellis::test::bytesOf;
+using vellis::test::dejaVuSans;
 using vellis::test::findFont;
 using vellis::test::PlainFace;
 using vellis::test::randomBelow;
@@ -27,8 +28,6 @@ using vellis::text::Extents;
 using vellis::text::Fixed;
 using vellis::text::FixedBox;
 using vellis::text::Font;
-
-constexpr const char* name = "DejaVuSans.ttf";
 
 /// That a call has given no font, and said so in one line.
 template <class Load>
@@ -86,9 +85,9 @@ TEST(Font, WhatIsNoFontGivesNone) {
 class FontSizes : public testing::TestWithParam<float> {};
 
 TEST_P(FontSizes, OutsideOfTheLimitsGiveNone) {
-    const std::string path = findFont(name);
+    const std::string path = findFont(dejaVuSans);
     if (path.empty())
-        GTEST_SKIP() << "there is no " << name;
+        GTEST_SKIP() << "there is no " << dejaVuSans;
     expectRefused([&] { return Font::load(path, GetParam()); });
     const std::vector<std::uint8_t> bytes = bytesOf(path);
     expectRefused([&] { return Font::load(bytes.data(), bytes.size(), GetParam()); });
@@ -102,9 +101,9 @@ INSTANTIATE_TEST_SUITE_P(Font, FontSizes,
 
 TEST(Font, TakesAllSizesWithinTheLimits) {
     for (const float pixels : {Font::smallestSize, 1.f, 12.25f, 1000.f, Font::largestSize}) {
-        LOAD_TEST_FONT(font, name, pixels);
+        LOAD_TEST_FONT(font, dejaVuSans, pixels);
         EXPECT_EQ(font->pixels(), pixels);
-        const PlainFace face(findFont(name), 16.f);
+        const PlainFace face(findFont(dejaVuSans), 16.f);
         ASSERT_EQ(FT_Load_Char(face.face(), 'W', FT_LOAD_NO_SCALE), 0);
         const double em = face.face()->units_per_EM;
         const double part = static_cast<double>(face.face()->glyph->advance.x) / em;
@@ -114,7 +113,7 @@ TEST(Font, TakesAllSizesWithinTheLimits) {
 }
 
 TEST(Font, TheLargestSizeRenders) {
-    LOAD_TEST_FONT(font, name, Font::largestSize);
+    LOAD_TEST_FONT(font, dejaVuSans, Font::largestSize);
     const auto bitmap = font->render(font->shape("W")->glyphs[0].index);
     EXPECT_GT(bitmap.width, 3000u);
     EXPECT_GT(bitmap.height, 2500u);
@@ -134,8 +133,8 @@ TEST(Font, AGlyphBeyondTheLimitIsEmpty) {
 }
 
 TEST(Font, MemoryMayGoAfterLoading) {
-    LOAD_TEST_FONT(font, name, 20.f);
-    std::vector<std::uint8_t> bytes = bytesOf(findFont(name));
+    LOAD_TEST_FONT(font, dejaVuSans, 20.f);
+    std::vector<std::uint8_t> bytes = bytesOf(findFont(dejaVuSans));
     const auto copy = Font::load(bytes.data(), bytes.size(), 20.f);
     ASSERT_NE(copy, nullptr);
     std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
@@ -145,8 +144,8 @@ TEST(Font, MemoryMayGoAfterLoading) {
 }
 
 TEST(Font, MetricsAreThoseOfFreeType) {
-    LOAD_TEST_FONT(font, name, 20.f);
-    const PlainFace face(findFont(name), 20.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 20.f);
+    const PlainFace face(findFont(dejaVuSans), 20.f);
     const FT_Size_Metrics& metrics = face.face()->size->metrics;
     EXPECT_EQ(font->metrics().ascent, metrics.ascender);
     EXPECT_EQ(font->metrics().descent, -metrics.descender);
@@ -155,8 +154,8 @@ TEST(Font, MetricsAreThoseOfFreeType) {
 }
 
 TEST(Font, MeasuresTheInkOfOutlines) {
-    LOAD_TEST_FONT(font, name, 40.f);
-    const PlainFace face(findFont(name), 40.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 40.f);
+    const PlainFace face(findFont(dejaVuSans), 40.f);
     ASSERT_EQ(FT_Load_Char(face.face(), 'g', FT_LOAD_NO_HINTING), 0);
     const FT_Glyph_Metrics& metrics = face.face()->glyph->metrics;
     const FixedBox ink = font->measure("g").ink;
@@ -168,7 +167,7 @@ TEST(Font, MeasuresTheInkOfOutlines) {
 }
 
 TEST(Font, MeasuresAllLines) {
-    LOAD_TEST_FONT(font, name, 40.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 40.f);
     const Extents first = font->measure("wide line");
     const Extents second = font->measure("g");
     const Extents both = font->measure("wide line\n\ng");
@@ -181,7 +180,7 @@ TEST(Font, MeasuresAllLines) {
 }
 
 TEST(Font, BlanksHaveNoInk) {
-    LOAD_TEST_FONT(font, name, 40.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 40.f);
     EXPECT_TRUE(font->measure("").ink.isEmpty());
     EXPECT_EQ(font->measure("").advance, 0);
     EXPECT_TRUE(font->measure("   ").ink.isEmpty());
@@ -191,9 +190,9 @@ TEST(Font, BlanksHaveNoInk) {
 }
 
 TEST(Font, ATruncatedFileGivesNoneOrAFontThatWorks) {
-    const std::string path = findFont(name);
+    const std::string path = findFont(dejaVuSans);
     if (path.empty())
-        GTEST_SKIP() << "there is no " << name;
+        GTEST_SKIP() << "there is no " << dejaVuSans;
     const std::vector<std::uint8_t> bytes = bytesOf(path);
     int numRefused = 0;
     for (std::size_t part = 0; part < 40; ++part) {
@@ -210,9 +209,9 @@ TEST(Font, ATruncatedFileGivesNoneOrAFontThatWorks) {
 }
 
 TEST(Font, ADamagedFileGivesNoneOrAFontThatWorks) {
-    const std::string path = findFont(name);
+    const std::string path = findFont(dejaVuSans);
     if (path.empty())
-        GTEST_SKIP() << "there is no " << name;
+        GTEST_SKIP() << "there is no " << dejaVuSans;
     const std::vector<std::uint8_t> bytes = bytesOf(path);
     std::mt19937 random(3);
     const auto size = static_cast<unsigned int>(bytes.size());

@@ -10,13 +10,12 @@
 
 namespace {
 
+using vellis::test::dejaVuSans;
 using vellis::text::Anchor;
 using vellis::text::Atlas;
 using vellis::text::GlyphBitmap;
 using vellis::text::GlyphQuad;
 using vellis::text::GlyphQuads;
-
-constexpr const char* name = "DejaVuSans.ttf";
 
 /// The texel in which a point of a texture lies.
 std::uint8_t texelAt(GlyphQuads& quads, std::size_t texture, const glm::vec2& point) {
@@ -27,7 +26,7 @@ std::uint8_t texelAt(GlyphQuads& quads, std::size_t texture, const glm::vec2& po
 }
 
 TEST(GlyphQuads, ShowEachPixelOfAGlyphWhereItBelongs) {
-    LOAD_TEST_FONT(font, name, 24.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 24.f);
     GlyphQuads quads;
     const auto& made = quads.make(*font, "Rg", Anchor::BottomLeft, 0.f);
     const auto placed = place(*font, "Rg", Anchor::BottomLeft);
@@ -56,14 +55,14 @@ TEST(GlyphQuads, ShowEachPixelOfAGlyphWhereItBelongs) {
 }
 
 TEST(GlyphQuads, BlanksHaveNone) {
-    LOAD_TEST_FONT(font, name, 24.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 24.f);
     GlyphQuads quads;
     EXPECT_TRUE(quads.make(*font, " \n ", Anchor::Center, 0.f).empty());
     EXPECT_EQ(quads.make(*font, "a b", Anchor::Center, 0.f).size(), 2u);
 }
 
 TEST(GlyphQuads, AGlyphIsInTheAtlasOnce) {
-    LOAD_TEST_FONT(font, name, 24.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 24.f);
     GlyphQuads quads;
     quads.make(*font, "a", Anchor::Center, 0.f);
     quads.atlas().texture(0).setClean();
@@ -74,8 +73,8 @@ TEST(GlyphQuads, AGlyphIsInTheAtlasOnce) {
 }
 
 TEST(GlyphQuads, FontsShareThePages) {
-    LOAD_TEST_FONT(font, name, 24.f);
-    LOAD_TEST_FONT(larger, name, 30.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 24.f);
+    LOAD_TEST_FONT(larger, dejaVuSans, 30.f);
     GlyphQuads quads;
     const GlyphQuad small = quads.make(*font, "a", Anchor::Center, 0.f)[0];
     const GlyphQuad large = quads.make(*larger, "a", Anchor::Center, 0.f)[0];
@@ -86,7 +85,7 @@ TEST(GlyphQuads, FontsShareThePages) {
 }
 
 TEST(GlyphQuads, TurnWithTheirEdgesAndTheTexelsAroundThem) {
-    LOAD_TEST_FONT(font, name, 24.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 24.f);
     GlyphQuads quads;
     const float angle = 0.9f;
     const GlyphQuad straight = quads.make(*font, "R", Anchor::Center, 0.f)[0];
@@ -109,7 +108,7 @@ TEST(GlyphQuads, TurnWithTheirEdgesAndTheTexelsAroundThem) {
 }
 
 TEST(GlyphQuads, QuadsOfATextureFollowEachOther) {
-    LOAD_TEST_FONT(font, name, 24.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 24.f);
     GlyphQuads quads(32); // a page has room for one or two
     const auto& made = quads.make(*font, "abcabcWabc", Anchor::Center, 0.f);
     ASSERT_EQ(made.size(), 10u);
@@ -119,7 +118,7 @@ TEST(GlyphQuads, QuadsOfATextureFollowEachOther) {
 }
 
 TEST(GlyphQuads, AKnownTextCostsNoAllocation) {
-    LOAD_TEST_FONT(font, name, 24.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 24.f);
     GlyphQuads quads(32);
     quads.make(*font, "abcabcWabc", Anchor::Center, 0.f);
     const std::size_t before = vellis::test::allocationCount();
@@ -128,7 +127,7 @@ TEST(GlyphQuads, AKnownTextCostsNoAllocation) {
 }
 
 TEST(GlyphQuads, StartAnewAfterAClear) {
-    LOAD_TEST_FONT(font, name, 24.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 24.f);
     GlyphQuads quads;
     quads.make(*font, "abc", Anchor::Center, 0.f);
     quads.clear();

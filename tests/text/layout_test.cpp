@@ -11,14 +11,13 @@
 
 namespace {
 
+using vellis::test::dejaVuSans;
 using vellis::text::Anchor;
 using vellis::text::Fixed;
 using vellis::text::FontMetrics;
 using vellis::text::pixelsOf;
 using vellis::text::place;
 using vellis::text::PlacedGlyph;
-
-constexpr const char* name = "DejaVuSans.ttf";
 
 /// An anchor, and how much of the text is left of its position and above it.
 struct AnchorParts {
@@ -36,7 +35,7 @@ constexpr AnchorParts anchors[] = {
 class Anchors : public testing::TestWithParam<AnchorParts> {};
 
 TEST_P(Anchors, PutThatPointOfTheBoxAtThePosition) {
-    LOAD_TEST_FONT(font, name, 21.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 21.f);
     const AnchorParts& row = GetParam();
     const double width = pixelsOf(font->measure("Hamburg").advance);
     const FontMetrics& metrics = font->metrics();
@@ -56,7 +55,7 @@ TEST_P(Anchors, PutThatPointOfTheBoxAtThePosition) {
 }
 
 TEST_P(Anchors, PutEachLineBelowTheOther) {
-    LOAD_TEST_FONT(font, name, 21.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 21.f);
     const AnchorParts& row = GetParam();
     const auto placed = place(*font, "wwww\ni\ni", row.anchor);
     ASSERT_EQ(placed.size(), 6u);
@@ -76,7 +75,7 @@ TEST_P(Anchors, PutEachLineBelowTheOther) {
 INSTANTIATE_TEST_SUITE_P(Layout, Anchors, testing::ValuesIn(anchors));
 
 TEST(Layout, RoundsEachGlyphOnceFromItsExactPosition) {
-    LOAD_TEST_FONT(font, name, 13.3f);
+    LOAD_TEST_FONT(font, dejaVuSans, 13.3f);
     const char* const text = "iiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiiii";
     const auto shape = font->shape(text);
     const auto placed = place(*font, text, Anchor::TopLeft);
@@ -89,7 +88,7 @@ TEST(Layout, RoundsEachGlyphOnceFromItsExactPosition) {
 }
 
 TEST(Layout, ATurnGoesCounterClockwiseAboutThePosition) {
-    LOAD_TEST_FONT(font, name, 21.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 21.f);
     const auto shape = font->shape("Hamburg");
     const double below = pixelsOf(font->metrics().ascent);
     const float angle = 0.7f;
@@ -106,7 +105,7 @@ TEST(Layout, ATurnGoesCounterClockwiseAboutThePosition) {
 }
 
 TEST(Layout, AnAngleThatIsNotFinitePlacesNothing) {
-    LOAD_TEST_FONT(font, name, 21.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 21.f);
     for (const float angle :
          {std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
         std::vector<PlacedGlyph> placed(3);
@@ -116,7 +115,7 @@ TEST(Layout, AnAngleThatIsNotFinitePlacesNothing) {
 }
 
 TEST(Layout, AnAnchorThatDoesNotExistIsTopLeft) {
-    LOAD_TEST_FONT(font, name, 21.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 21.f);
     const auto placed = place(*font, "ab", static_cast<Anchor>(200));
     const auto expected = place(*font, "ab", Anchor::TopLeft);
     ASSERT_EQ(placed.size(), 2u);
@@ -125,13 +124,13 @@ TEST(Layout, AnAnchorThatDoesNotExistIsTopLeft) {
 }
 
 TEST(Layout, AnEmptyTextHasNoGlyphs) {
-    LOAD_TEST_FONT(font, name, 21.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 21.f);
     EXPECT_TRUE(place(*font, "").empty());
     EXPECT_TRUE(place(*font, "\n\n").empty());
 }
 
 TEST(Layout, AKeptTextCostsNoAllocation) {
-    LOAD_TEST_FONT(font, name, 21.f);
+    LOAD_TEST_FONT(font, dejaVuSans, 21.f);
     std::vector<PlacedGlyph> placed;
     place(*font, "Hamburg", Anchor::Center, 0.f, placed);
     const std::size_t before = vellis::test::allocationCount();

@@ -13,6 +13,9 @@
 
 namespace vellis::test {
 
+/// The font of most tests.
+inline constexpr const char* dejaVuSans = "DejaVuSans.ttf";
+
 /// The path of a font file of that name among the fonts of the system; empty where it is missing.
 std::string findFont(const std::string& name);
 

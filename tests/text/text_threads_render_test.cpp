@@ -20,13 +20,12 @@ namespace {
 using text::Anchor;
 using text::Font;
 
-constexpr const char* name = "DejaVuSans.ttf";
 constexpr int numThreads = 4;
 
 TEST(TextThreads, EachShapesAndRendersWithAFontOfItsOwn) {
-    const std::string path = findFont(name);
+    const std::string path = findFont(dejaVuSans);
     if (path.empty())
-        GTEST_SKIP() << "there is no " << name;
+        GTEST_SKIP() << "there is no " << dejaVuSans;
     const char* const words = "office \u0627\u0644\u0639 12 \u05D0 e\u0302\u0301 \u0416";
     const auto reference = Font::load(path, 16.f);
     const text::Fixed advance = reference->measure(words).advance;
@@ -44,9 +43,9 @@ TEST(TextThreads, EachShapesAndRendersWithAFontOfItsOwn) {
 }
 
 TEST(TextThreads, EachDrawsWithAContextOfItsOwn) {
-    const std::string path = findFont(name);
+    const std::string path = findFont(dejaVuSans);
     if (path.empty())
-        GTEST_SKIP() << "there is no " << name;
+        GTEST_SKIP() << "there is no " << dejaVuSans;
     const std::string reason = onThreads(numThreads, [&](int thread) -> std::string {
         std::string error;
         const auto surface = Surface::open(nullptr, error);

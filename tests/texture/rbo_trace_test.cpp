@@ -34,12 +34,6 @@ struct MakesMultiSample
     : std::is_constructible<MultiSampleRenderbuffer<F>, unsigned int, unsigned int, unsigned int> {
 };
 
-/// Whether there is a make() with so many numbers.
-template <class Buffer, class = void, class... Numbers>
-struct HasMakeOf : std::false_type {};
-template <class Buffer, class... Numbers>
-struct HasMakeOf<Buffer, std::void_t<decltype(Buffer::make(std::declval<Numbers>()...))>,
-                 Numbers...> : std::true_type {};
 template <class F>
 struct HasMake : HasMakeOf<Renderbuffer<F>, void, unsigned int, unsigned int> {};
 template <class F>
@@ -298,20 +292,6 @@ TEST_F(RboTrace, WithoutMultisamplingNoStorageIsMade) {
     EXPECT_EQ(recorded(*renderbuffer), (Lines{"0", "0", "1"}));
     EXPECT_GL_CALLS(gl);
 }
-
-/// A format of one's own.
-struct Packed565 {
-    unsigned short bits;
-};
-
-} // namespace
-
-template <>
-struct vellis::TexelFormat<Packed565>
-    : vellis::StoredTexel<Packed565, vellis::TexelKind::Color, GL_RGB5, GL_RGB,
-                          GL_UNSIGNED_SHORT_5_6_5> {};
-
-namespace {
 
 TEST_F(RboTrace, TakesAFormatOfOnesOwn) {
     const Renderbuffer<Packed565> typed(8, 4);

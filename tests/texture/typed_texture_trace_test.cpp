@@ -38,12 +38,6 @@ static_assert(!SamplerTexels::any<Makes1D> && !SamplerTexels::any<Makes2D> &&
               !SamplerTexels::any<Makes3D>);
 static_assert(!OtherTypes::any<Makes1D> && !OtherTypes::any<Makes2D> && !OtherTypes::any<Makes3D>);
 
-/// Whether there is a make() with arguments of these types.
-template <class Texture, class = void, class... Arguments>
-struct HasMakeOf : std::false_type {};
-template <class Texture, class... Arguments>
-struct HasMakeOf<Texture, std::void_t<decltype(Texture::make(std::declval<Arguments>()...))>,
-                 Arguments...> : std::true_type {};
 template <class Texture, class... Arguments>
 constexpr bool hasMake = HasMakeOf<Texture, void, Arguments...>::value;
 
@@ -544,20 +538,6 @@ TEST_F(TypedTextureTrace, EquivalenceIsAcrossTypes) {
     EXPECT_FALSE(a->equivalent(*otherFormat));
     EXPECT_FALSE(a->equivalent(*otherTarget));
 }
-
-/// A format of one's own.
-struct Packed565 {
-    unsigned short bits;
-};
-
-} // namespace
-
-template <>
-struct vellis::TexelFormat<Packed565>
-    : vellis::StoredTexel<Packed565, vellis::TexelKind::Color, GL_RGB5, GL_RGB,
-                          GL_UNSIGNED_SHORT_5_6_5> {};
-
-namespace {
 
 TEST_F(TypedTextureTrace, TakesAFormatOfOnesOwn) {
     const Packed565 texels[4] = {};
