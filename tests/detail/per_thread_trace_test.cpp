@@ -37,6 +37,9 @@ TEST(PerThreadTrace, KeepsOneObjectUntilItIsReleased) {
 }
 
 TEST(PerThreadTrace, ThreadsHaveObjectsOfTheirOwnWhichEndWithThem) {
+#ifdef __MINGW32__
+    GTEST_SKIP() << "what a thread keeps is gone before its destructors run";
+#endif
     Counted& own = PerThread::set(Counted(1));
     std::thread([] {
         EXPECT_EQ(PerThread::set(Counted(2)).value, 2);

@@ -305,6 +305,7 @@ TEST_F(LabelsTrace, APictureGivesItsBuffersOne) {
 }
 
 TEST_F(LabelsTrace, ObjectsOfAnotherContextGetNoneThere) {
+    internal::check_context(); // what earlier tests of this process have used
     FakeContext first;
     FakeContext second;
     first.makeCurrent();
