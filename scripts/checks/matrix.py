@@ -272,6 +272,7 @@ class Matrix:
     def __init__(self, repository, quick):
         self._build = repository / "build/default/tests"
         self._results = repository / "build/matrix"
+        self._shaders = self._results / "shaders"
         self._quick = quick
         self._x_server = XServer(self._results)
 
@@ -279,7 +280,7 @@ class Matrix:
         """Runs the rows, as many at a time as there are processors; prints and keeps the table. Returns
         the names of those that failed, and of those that did not run."""
         subprocess.run(["rm", "-rf", self._results], check=True)
-        self._results.mkdir(parents=True)
+        self._shaders.mkdir(parents=True)  # which Mesa does not make
         notes, failed, not_run = [], [], []
         with open(self._results / "results.md", "w", encoding="utf-8") as table:
 
@@ -333,7 +334,8 @@ class Matrix:
         return cells, counts
 
     def _environment(self, row):
-        environment = dict(os.environ, OFFSCREEN_PLATFORM=row.platform, MESA_SHADER_CACHE_DISABLE="true")
+        # What Mesa has compiled since this run began need not be compiled for each test anew.
+        environment = dict(os.environ, OFFSCREEN_PLATFORM=row.platform, MESA_SHADER_CACHE_DIR=str(self._shaders))
         environment |= DRIVER_ENVIRONMENT[row.driver]
         # Of the compatibility kind, unless the row has another.
         environment["OFFSCREEN_PROFILE"] = row.context if row.context in CORE_LIMITS else ""

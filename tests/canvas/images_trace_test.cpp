@@ -1,7 +1,6 @@
 /// What a canvas does to draw images.
 
 #include <cmath>
-#include <limits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -9,11 +8,14 @@
 
 #include "canvas/canvas_fixture.hpp"
 #include "canvas/drawing.hpp"
+#include "support/special_numbers.hpp"
 
 namespace {
 
 using namespace vellis;
+using vellis::test::infinity;
 using vellis::test::Lines;
+using vellis::test::nan;
 using vellis::test::only;
 
 using Corner = canvas::ImageCorner<2>;
