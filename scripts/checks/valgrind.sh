@@ -18,15 +18,40 @@ install_dependencies
 command -v valgrind >/dev/null || install_packages valgrind
 build_preset default --target vellis_tests_trace
 
+scratch="$(mktemp -d)"
+trap 'rm -rf "$scratch"' EXIT
+
 # The programs count allocations by an operator new of their own, which valgrind must not replace. A
 # death test's child ends without tidying up.
 check() {
-    say "Checking $(basename "$1") ${*:2}"
     valgrind --quiet --error-exitcode=99 --leak-check=full \
         --show-leak-kinds="$leaks" --errors-for-leak-kinds="$leaks" \
         --soname-synonyms=somalloc=nouserintercepts --child-silent-after-fork=yes \
-        "$@" --gtest_brief=1 ||
-        fail "'$*' failed under valgrind: see above."
+        "$@" --gtest_brief=1
+}
+
+# Starts a check beside others, of which as many run as there are processors. What it prints is shown where
+# it fails.
+num_checks=0
+start_check() {
+    say "Checking $(basename "$1") ${*:2}"
+    while (($(jobs -rp | wc -l) >= $(nproc))); do
+        wait -n || true # it has left its output
+    done
+    ((++num_checks))
+    { check "$@" >"$scratch/$num_checks" 2>&1 && rm "$scratch/$num_checks"; } &
+}
+
+# Waits for all checks.
+finish_checks() {
+    local output
+    wait
+    for output in "$scratch"/*; do
+        if [[ -e "$output" ]]; then
+            cat "$scratch"/*
+            fail "tests failed under valgrind: see above."
+        fi
+    done
 }
 
 # Prints the tests of a program that match a filter, one on a line.
@@ -50,14 +75,15 @@ for program in "$tests"/vellis_*trace_tests; do
     if [[ "$program" == */vellis_diff_gl_states_trace_tests ]]; then
         pattern='*' # the diff remembers for the whole process
     else
-        check "$program" "--gtest_filter=-$alone_pattern"
+        start_check "$program" "--gtest_filter=-$alone_pattern"
     fi
     while read -r name; do
-        check "$program" "--gtest_filter=$name"
+        start_check "$program" "--gtest_filter=$name"
     done < <(list_tests "$program" "$pattern")
 done
 leaks=definite,indirect,possible
 if [[ -e "$tests/text/vellis_text_tests" ]]; then
-    check "$tests/text/vellis_text_tests"
+    start_check "$tests/text/vellis_text_tests"
 fi
+finish_checks
 say "No error, and no leak."
