@@ -291,9 +291,12 @@ class Matrix:
             say(table_line(COLUMNS))
             say(table_line(["---"] * 3 + ["---:"] * (len(COLUMNS) - 3)))
             with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-                for row, outcome in zip(rows, [pool.submit(self._run_row, row) for row in rows]):
+                # The slowest first, so that none is left alone at the end.
+                slowest_first = sorted(rows, key=lambda row: row.driver != "softpipe")
+                outcomes = {row: pool.submit(self._run_row, row) for row in slowest_first}
+                for row in rows:
                     try:
-                        cells, counts = outcome.result()
+                        cells, counts = outcomes[row].result()
                     except NotRun as reason:
                         say(table_line([row.name] + ["-"] * (len(COLUMNS) - 1)))
                         notes.append(f"{row.name}: not run: {reason}")
