@@ -226,11 +226,11 @@ TEST_F(CoreProfileTrace, BuiltInProgramsAreGlsl150) {
         const std::string body = old[i].substr(old[i].find('\n'));
         EXPECT_THAT(sources[i], testing::EndsWith(body));
         const bool isVertex = body.find("gl_Position") != std::string::npos;
-        for (const char* line :
-             isVertex ? std::initializer_list<const char*>{"#define attribute in ",
-                                                           "#define varying out "}
-                      : std::initializer_list<const char*>{
-                            "#define varying in ", "#define gl_FragColor OUT0 ", "out vec4 OUT0; "})
+        const std::vector<const char*> lines =
+            isVertex ? std::vector{"#define attribute in ", "#define varying out "}
+                     : std::vector{"#define varying in ", "#define gl_FragColor OUT0 ",
+                                   "out vec4 OUT0; "};
+        for (const char* line : lines)
             EXPECT_THAT(sources[i], HasSubstr(line));
     }
 }
