@@ -52,38 +52,34 @@ protected:
         EXPECT_EQ(drawn([&] { draw(points.size(), points.data()); }), expected);
     }
 
+    /// Both.
+    template <class Draw>
+    void expectForms(Draw draw) {
+        expectLists(draw);
+        expectAddresses(draw);
+    }
+
     const Stroke stroke{glm::vec4(1.f, 0.5f, 0.f, 1.f), 3.f};
     const glm::vec4 blue = glm::vec4(0.f, 0.f, 1.f, 1.f);
 };
 
 TEST_F(CanvasFormsTrace, LinesInBracesAndAtAnAddress) {
-    const auto check = [&](auto draw) {
-        expectLists(draw);
-        expectAddresses(draw);
-    };
-    check([&](const auto&... points) { canvas->drawLines(stroke, points...); });
-    check([&](const auto&... points) { canvas->drawLineStrip(stroke, points...); });
-    check([&](const auto&... points) { canvas->drawLineLoop(stroke, points...); });
-    check([&](const auto&... points) { canvas->drawDashLineStrip(stroke, 2.f, 3.f, points...); });
+    expectForms([&](const auto&... points) { canvas->drawLines(stroke, points...); });
+    expectForms([&](const auto&... points) { canvas->drawLineStrip(stroke, points...); });
+    expectForms([&](const auto&... points) { canvas->drawLineLoop(stroke, points...); });
+    expectForms(
+        [&](const auto&... points) { canvas->drawDashLineStrip(stroke, 2.f, 3.f, points...); });
 }
 
 TEST_F(CanvasFormsTrace, PointsInBracesAndAtAnAddress) {
-    const auto check = [&](auto draw) {
-        expectLists(draw);
-        expectAddresses(draw);
-    };
-    check([&](const auto&... points) { canvas->drawPoints(white, 4.f, points...); });
-    check([&](const auto&... points) { canvas->drawBullseyes(white, blue, 4.f, points...); });
+    expectForms([&](const auto&... points) { canvas->drawPoints(white, 4.f, points...); });
+    expectForms([&](const auto&... points) { canvas->drawBullseyes(white, blue, 4.f, points...); });
 }
 
 TEST_F(CanvasFormsTrace, AreasInBracesAndAtAnAddress) {
-    const auto check = [&](auto draw) {
-        expectLists(draw);
-        expectAddresses(draw);
-    };
-    check([&](const auto&... points) { canvas->drawTriangles(white, points...); });
-    check([&](const auto&... points) { canvas->drawTriangleStrip(white, points...); });
-    check([&](const auto&... points) { canvas->drawTriangleFan(white, points...); });
+    expectForms([&](const auto&... points) { canvas->drawTriangles(white, points...); });
+    expectForms([&](const auto&... points) { canvas->drawTriangleStrip(white, points...); });
+    expectForms([&](const auto&... points) { canvas->drawTriangleFan(white, points...); });
     expectLists([&](const auto& points) { canvas->drawQuad(white, points); });
     expectLists([&](const auto& points) { canvas->drawQuad(white, stroke, points); });
 }
